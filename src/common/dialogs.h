@@ -1,0 +1,37 @@
+// Messages, questions, input boxes and file choices: the one way to ask the user, so that tests can answer.
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+class QWidget;
+
+namespace tradewick
+{
+
+enum class MessageIcon { None, Information, Exclamation, Question, Critical };
+
+class Dialogs
+{
+public:
+    virtual ~Dialogs() = default;
+    // A message with OK alone. title may be empty.
+    virtual void message(QWidget *parent, const QString &text, const QString &title, MessageIcon icon) = 0;
+    // A question with Yes and No and the question icon; gives whether Yes was chosen.
+    virtual bool ask(QWidget *parent, const QString &text, const QString &title) = 0;
+    // An input box; no value when it was cancelled.
+    virtual std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title) = 0;
+    // The path of a file to open, or no value when cancelled; filter in the form of QFileDialog.
+    virtual std::optional<QString> openFile(QWidget *parent, const QString &title, const QString &filter) = 0;
+    // The path of a file to write, or no value when cancelled.
+    virtual std::optional<QString> saveFile(QWidget *parent, const QString &title, const QString &suggested,
+                                            const QString &filter) = 0;
+};
+
+// The dialogs of the running program; real windows unless a test set its own.
+Dialogs &dialogs();
+// Sets other dialogs, which the caller keeps alive; nullptr restores the real ones.
+void setDialogs(Dialogs *dialogs);
+
+} // namespace tradewick

@@ -1,0 +1,102 @@
+// A database connection, opened with an OLE DB connection string whatever engine stands behind it.
+#pragma once
+
+#include "data/data_error.h"
+#include "data/statement.h"
+
+#include <QSqlDatabase>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tradewick
+{
+
+// The parts of a connection string that count.
+struct ConnectionParts {
+    QString provider, dataSource, userId, password, catalog;
+};
+
+// Reads "Provider=...;password=...;User ID=...;Initial Catalog=...;Data Source=...", keys without regard to case. A
+// value may hold semicolons and equal signs as long as no known key follows them.
+ConnectionParts connectionParts(const QString &connectionString);
+
+// The rows of a select, read forwards once; column names in the statement's own spelling.
+struct Row {
+    QVariantList values;
+};
+
+class Connection
+{
+public:
+    Connection();
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    // 3, client side, is the only location there is; kept because start-up sets it.
+    int CursorLocation = 3;
+
+    // Opens the database the string names: a provider of Jet, or a data source ending in .db, is an SQLite file that
+    // must exist; mariadb://... is a MariaDB server; anything else is SQL Server through ODBC. The remaining arguments
+    // are those of the interface and may stay empty. Throws DataError, the connection then is closed.
+    void Open(const QString &connectionString, const QString &userId = {}, const QString &password = {},
+              int options = -1);
+    void Close();
+    bool isOpen() const;
+    Engine engine() const { return m_engine; }
+    const QString &connectionString() const { return m_connectionString; }
+
+    // Runs a statement without a result and gives the number of rows it changed. Throws DataError.
+    qint64 Execute(const QString &statement, const Values &values = {});
+
+    // Hands the rows of a select to `row` one by one, unbuffered, until it gives false; `columns` is called once before
+    // the first, with a result of no rows too. Throws DataError.
+    void read(const QString &statement, const Values &values,
+              const std::function<void(const QStringList &columns)> &columns,
+              const std::function<bool(const QVariantList &values)> &row);
+
+    // Runs `work` as one transaction: all of it is stored, or, when it throws, nothing. Inside another transaction it
+    // joins that one.
+    void transaction(const std::function<void()> &work);
+    // Calls `action` when the running transaction is stored, never when it is undone; at once outside of one.
+    void onCommit(std::function<void()> action);
+
+    // Kinds of a table's or view's columns, read from the database once.
+    ColumnKinds kindsOf(const QString &table);
+    // Column names of a table or view in their order, lower case.
+    QStringList columnsOf(const QString &table);
+
+    // The statement as this engine gets it.
+    BoundStatement bound(const QString &statement, const Values &values);
+    QSqlDatabase &database() { return m_database; }
+
+    // The open connection of that string: the one that was opened with it and still lives, otherwise a new one.
+    // Throws DataError.
+    static std::shared_ptr<Connection> shared(const QString &connectionString);
+    // Makes shared() find this connection under its string.
+    static void share(const std::shared_ptr<Connection> &connection);
+
+private:
+    void openSqlite(const QString &path);
+    void openMariaDb(const ConnectionParts &parts);
+    void openSqlServer(const ConnectionParts &parts);
+
+    struct Table {
+        QStringList columns;
+        ColumnKinds kinds;
+    };
+    const Table &table(const QString &name);
+
+    QString m_name; // Qt's name of the connection
+    QString m_connectionString;
+    QSqlDatabase m_database;
+    Engine m_engine = Engine::Sqlite;
+    int m_depth = 0; // of transactions
+    std::vector<std::function<void()>> m_onCommit;
+    QHash<QString, Table> m_tables;
+};
+
+} // namespace tradewick

@@ -1,0 +1,62 @@
+// Dialogs that answer by themselves and remember what they were asked.
+#pragma once
+
+#include "common/dialogs.h"
+
+#include <QStringList>
+#include <QVector>
+
+namespace tradewick::test
+{
+
+struct Shown {
+    QString text, title;
+    MessageIcon icon = MessageIcon::None;
+    bool operator==(const Shown &) const = default;
+};
+
+class ScriptedDialogs : public Dialogs
+{
+public:
+    ScriptedDialogs() { setDialogs(this); }
+    ~ScriptedDialogs() override { setDialogs(nullptr); }
+
+    QVector<Shown> shown;           // messages and questions in their order
+    bool answer = true;             // to every question
+    std::optional<QString> typed;   // into every input box and file choice
+
+    void message(QWidget *, const QString &text, const QString &title, MessageIcon icon) override
+    {
+        shown.append({text, title, icon});
+    }
+    bool ask(QWidget *, const QString &text, const QString &title) override
+    {
+        shown.append({text, title, MessageIcon::Question});
+        return answer;
+    }
+    std::optional<QString> input(QWidget *, const QString &prompt, const QString &title) override
+    {
+        shown.append({prompt, title, MessageIcon::None});
+        return typed;
+    }
+    std::optional<QString> openFile(QWidget *, const QString &title, const QString &) override
+    {
+        shown.append({title, {}, MessageIcon::None});
+        return typed;
+    }
+    std::optional<QString> saveFile(QWidget *, const QString &title, const QString &, const QString &) override
+    {
+        shown.append({title, {}, MessageIcon::None});
+        return typed;
+    }
+
+    // The only message shown so far, and forgets it.
+    Shown take()
+    {
+        Shown only = shown.size() == 1 ? shown.first() : Shown{QString::number(shown.size()) + " messages", {}, {}};
+        shown.clear();
+        return only;
+    }
+};
+
+} // namespace tradewick::test
