@@ -23,11 +23,6 @@ struct ConnectionParts {
 // value may hold semicolons and equal signs as long as no known key follows them.
 ConnectionParts connectionParts(const QString &connectionString);
 
-// The rows of a select, read forwards once; column names in the statement's own spelling.
-struct Row {
-    QVariantList values;
-};
-
 class Connection
 {
 public:
@@ -69,9 +64,14 @@ public:
     // Column names of a table or view in their order, lower case.
     QStringList columnsOf(const QString &table);
 
-    // The statement as this engine gets it.
+    // The statement as this engine gets it, and the same actions on statements that are bound already.
     BoundStatement bound(const QString &statement, const Values &values);
-    QSqlDatabase &database() { return m_database; }
+    qint64 executeBound(const BoundStatement &statement);
+    qint64 insertBound(const BoundStatement &statement); // gives the new row's identity
+    void readBound(const BoundStatement &statement, const std::function<void(const QStringList &columns)> &columns,
+                   const std::function<bool(const QVariantList &values)> &row);
+    // Appends the first column of each row, whole numbers.
+    void readKeys(const BoundStatement &statement, QVector<qint64> &keys);
 
     // The open connection of that string: the one that was opened with it and still lives, otherwise a new one.
     // Throws DataError.
@@ -81,8 +81,6 @@ public:
 
 private:
     void openSqlite(const QString &path);
-    void openMariaDb(const ConnectionParts &parts);
-    void openSqlServer(const ConnectionParts &parts);
 
     struct Table {
         QStringList columns;

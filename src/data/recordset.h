@@ -105,6 +105,7 @@ Q_SIGNALS:
     void rowRemoved(int row);
 
 private:
+    friend class Field;
     class Impl;
     std::unique_ptr<Impl> m_impl;
     std::shared_ptr<Connection> m_connection;

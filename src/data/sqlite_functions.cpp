@@ -1,0 +1,113 @@
+#include "data/sqlite_functions.h"
+
+#include <sqlite3.h>
+
+#include <QCollator>
+#include <QString>
+
+#include <array>
+
+namespace tradewick
+{
+
+namespace
+{
+
+int withoutTrailingBlanks(const char *text, int length)
+{
+    while (length > 0 && text[length - 1] == ' ')
+        --length;
+    return length;
+}
+
+// Order of the ASCII characters: signs, digits, letters regardless of case.
+const std::array<unsigned char, 128> &asciiOrder()
+{
+    static const auto order = [] {
+        std::array<unsigned char, 128> weights{};
+        for (int c = 0; c < 128; ++c) {
+            const bool digit = c >= '0' && c <= '9', upper = c >= 'A' && c <= 'Z', lower = c >= 'a' && c <= 'z';
+            weights[c] = static_cast<unsigned char>(digit ? 128 + c : upper ? 128 + c + 32 : lower ? 128 + c : c);
+        }
+        return weights;
+    }();
+    return order;
+}
+
+int compareBeyondAscii(const char *a, int lengthA, const char *b, int lengthB)
+{
+    static const QCollator collator = [] {
+        QCollator chinese(QLocale(QLocale::Chinese, QLocale::China));
+        chinese.setCaseSensitivity(Qt::CaseInsensitive);
+        return chinese;
+    }();
+    const QString textA = QString::fromUtf8(a, lengthA).toCaseFolded();
+    const QString textB = QString::fromUtf8(b, lengthB).toCaseFolded();
+    if (textA == textB)
+        return 0;
+    const int order = collator.compare(textA, textB);
+    return order != 0 ? order : textA.compare(textB);
+}
+
+int collate(void *, int lengthA, const void *dataA, int lengthB, const void *dataB)
+{
+    const char *a = static_cast<const char *>(dataA), *b = static_cast<const char *>(dataB);
+    lengthA = withoutTrailingBlanks(a, lengthA);
+    lengthB = withoutTrailingBlanks(b, lengthB);
+    const auto &order = asciiOrder();
+    for (int i = 0; i < lengthA && i < lengthB; ++i) {
+        const auto x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
+        if (x > 127 || y > 127)
+            return compareBeyondAscii(a + i, lengthA - i, b + i, lengthB - i);
+        if (order[x] != order[y])
+            return order[x] < order[y] ? -1 : 1;
+    }
+    return lengthA == lengthB ? 0 : lengthA < lengthB ? -1 : 1;
+}
+
+bool matches(QStringView value, QStringView pattern)
+{
+    while (!pattern.isEmpty()) {
+        const QChar c = pattern[0];
+        if (c == u'%') {
+            for (qsizetype skip = 0; skip <= value.size(); ++skip)
+                if (matches(value.mid(skip), pattern.mid(1)))
+                    return true;
+            return false;
+        }
+        if (value.isEmpty())
+            return false;
+        const bool escaped = c == u'!' && pattern.size() > 1;
+        if (c != u'_' && value[0] != pattern[escaped ? 1 : 0])
+            return false;
+        pattern = pattern.mid(escaped ? 2 : 1);
+        value = value.mid(1);
+    }
+    return value.isEmpty();
+}
+
+QString folded(sqlite3_value *value)
+{
+    return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(value)), sqlite3_value_bytes(value))
+        .toCaseFolded();
+}
+
+void like(sqlite3_context *context, int, sqlite3_value **arguments)
+{
+    if (sqlite3_value_type(arguments[0]) == SQLITE_NULL || sqlite3_value_type(arguments[1]) == SQLITE_NULL)
+        sqlite3_result_null(context);
+    else
+        sqlite3_result_int(context, matches(folded(arguments[0]), folded(arguments[1])));
+}
+
+} // namespace
+
+void addSqliteFunctions(const QVariant &driverHandle)
+{
+    auto *database = *static_cast<sqlite3 *const *>(driverHandle.constData());
+    sqlite3_create_collation_v2(database, "tradewick", SQLITE_UTF8, nullptr, collate, nullptr);
+    sqlite3_create_function_v2(database, "tradewick_like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, like,
+                               nullptr, nullptr, nullptr);
+}
+
+} // namespace tradewick
