@@ -1,0 +1,140 @@
+#include "database/description.h"
+
+#include <algorithm>
+
+namespace tradewick
+{
+
+namespace
+{
+
+// More text columns than this, each of 255 characters, are more than a row of MariaDB may declare.
+constexpr qsizetype widestVarcharRow = 50;
+
+// Numbers and dates are refused by the server when they are none; SQLite has to be told so. The type names stand as
+// they are so that any SQLite browser shows what a column is for.
+QString sqliteType(const ColumnDescription &column)
+{
+    switch (column.kind) {
+    case ColumnKind::Number:
+        return QStringLiteral("REAL CHECK (typeof(%1) NOT IN ('text', 'blob'))").arg(column.name);
+    case ColumnKind::Date:
+        return QStringLiteral("DATE CHECK (date(%1) IS substr(%1, 1, 10))").arg(column.name);
+    case ColumnKind::Flag:
+        return QStringLiteral("BOOLEAN CHECK (%1 IN (0, 1))").arg(column.name);
+    default:
+        return QStringLiteral("TEXT");
+    }
+}
+
+QString mariaDbType(const ColumnDescription &column, bool isShort)
+{
+    switch (column.kind) {
+    case ColumnKind::Number:
+        return QStringLiteral("DOUBLE");
+    case ColumnKind::Date:
+        return QStringLiteral("DATE");
+    case ColumnKind::Flag:
+        return QStringLiteral("BOOLEAN");
+    default:
+        return isShort ? QStringLiteral("VARCHAR(255)") : QStringLiteral("TEXT");
+    }
+}
+
+QString sqlServerType(const ColumnDescription &column, bool isShort)
+{
+    switch (column.kind) {
+    case ColumnKind::Number:
+        return QStringLiteral("float");
+    case ColumnKind::Date:
+        return QStringLiteral("datetime");
+    case ColumnKind::Flag:
+        return QStringLiteral("bit");
+    default:
+        return QStringLiteral("nvarchar(%1) COLLATE Chinese_PRC_CI_AS").arg(isShort ? "255" : "max");
+    }
+}
+
+QString createTable(const TableDescription &table, Engine engine)
+{
+    const auto texts = std::count_if(table.columns.begin(), table.columns.end(), [](const ColumnDescription &column) {
+        return column.kind == ColumnKind::Text && !column.longText;
+    });
+    const bool wide = engine == Engine::MariaDb && texts > widestVarcharRow;
+    QStringList columns;
+    for (const ColumnDescription &column : table.columns) {
+        const bool key = column.name == table.unique || table.indexed.contains(column.name);
+        const bool isShort = key || (!column.longText && !wide);
+        columns.append(column.name + u' ' +
+                       (engine == Engine::Sqlite    ? sqliteType(column)
+                        : engine == Engine::MariaDb ? mariaDbType(column, isShort)
+                                                    : sqlServerType(column, isShort) + " NULL"));
+    }
+    // The identity of a row, out of sight so that "insert into t select * from its twin" fits.
+    if (engine == Engine::MariaDb)
+        columns.append(QStringLiteral("tradewick_id BIGINT NOT NULL AUTO_INCREMENT PRIMARY KEY INVISIBLE"));
+    const QString create =
+        QStringLiteral("CREATE TABLE %1 (\n    %2\n)").arg(table.name, columns.join(QStringLiteral(",\n    ")));
+    return engine == Engine::MariaDb
+               ? create + QStringLiteral(" ENGINE=InnoDB CHARACTER SET utf8mb4 COLLATE utf8mb4_unicode_520_ci")
+               : create;
+}
+
+// Statements compare text regardless of case and trailing blanks; in SQLite that is an expression, and the index is on
+// the same one.
+QString createIndex(const TableDescription &table, const QString &column, bool unique, Engine engine)
+{
+    const auto found = std::find_if(table.columns.begin(), table.columns.end(),
+                                    [&](const ColumnDescription &other) { return other.name == column; });
+    const bool text = found->kind == ColumnKind::Text;
+    // SQL Server counts two Nulls as twins, the others do not.
+    const bool filtered = unique && engine == Engine::SqlServer;
+    return QStringLiteral("CREATE %1INDEX ix_%2_%3 ON %2 (%4)%5")
+        .arg(unique ? "UNIQUE " : "", table.name, column,
+             text && engine == Engine::Sqlite ? "rtrim(" + column + ") COLLATE NOCASE" : column,
+             filtered ? " WHERE " + column + " IS NOT NULL" : QString());
+}
+
+QString createView(const ViewDescription &view, Engine engine)
+{
+    QStringList columns;
+    for (const ColumnDescription &column : view.columns)
+        columns.append(column.expression.endsWith(u'.' + column.name) ? column.expression
+                                                                      : column.expression + " AS " + column.name);
+    const QString join = engine == Engine::Sqlite ? QStringLiteral("rtrim(h.%1) = rtrim(b.%1) COLLATE NOCASE")
+                                                  : QStringLiteral("h.%1 = b.%1");
+    return QStringLiteral("CREATE VIEW %1 AS\nSELECT %2\nFROM %3 h %4 JOIN %5 b ON %6")
+        .arg(view.name, columns.join(QStringLiteral(", ")), view.head, view.headsAlone ? "LEFT" : "INNER", view.body,
+             join.arg(view.key));
+}
+
+} // namespace
+
+QStringList ddl(Engine engine)
+{
+    QStringList statements;
+    for (const TableDescription &table : tableDescriptions()) {
+        statements.append(createTable(table, engine));
+        if (!table.unique.isEmpty())
+            statements.append(createIndex(table, table.unique, true, engine));
+        for (const QString &column : table.indexed)
+            statements.append(createIndex(table, column, false, engine));
+    }
+    for (const ViewDescription &view : viewDescriptions())
+        statements.append(createView(view, engine));
+    return statements;
+}
+
+QString settingsDdl()
+{
+    return QStringLiteral("CREATE TABLE data_link (datasource TEXT, UserID TEXT, Password TEXT, \"Database\" TEXT)");
+}
+
+QString ddlScript(Engine engine)
+{
+    // A view must be the first statement of its batch on SQL Server.
+    const QString end = engine == Engine::SqlServer ? QStringLiteral("\nGO\n") : QStringLiteral(";\n");
+    return ddl(engine).join(end) + end;
+}
+
+} // namespace tradewick
