@@ -18,7 +18,12 @@ namespace
 
 DataError errorOf(const QSqlError &error)
 {
-    const QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    // What a clerk can put right is said in words first.
+    if (text.startsWith("UNIQUE constraint failed"))
+        text.prepend(QStringLiteral("编号重复，数据库中已有相同的记录。\n"));
+    else if (text.startsWith("CHECK constraint failed"))
+        text.prepend(QStringLiteral("录入的内容不是该栏所要求的数字或日期。\n"));
     return {error.nativeErrorCode().toInt(), text};
 }
 
@@ -29,7 +34,7 @@ void run(QSqlQuery &query, const BoundStatement &statement)
     // A null QString would be stored as Null; Null is an invalid QVariant and nothing else.
     for (const QVariant &value : statement.parameters)
         query.addBindValue(value.typeId() == QMetaType::QString && value.toString().isNull() ? QVariant(QString(""))
-                                                                                               : value);
+                                                                                             : value);
     if (!query.exec())
         throw errorOf(query.lastError());
 }
@@ -37,11 +42,11 @@ void run(QSqlQuery &query, const BoundStatement &statement)
 ColumnKind kindOfDeclaredType(const QString &type)
 {
     static const QHash<QString, ColumnKind> kinds{
-        {"text", ColumnKind::Text},      {"varchar", ColumnKind::Text},   {"longtext", ColumnKind::Text},
+        {"text", ColumnKind::Text},       {"varchar", ColumnKind::Text},  {"longtext", ColumnKind::Text},
         {"mediumtext", ColumnKind::Text}, {"real", ColumnKind::Number},   {"double", ColumnKind::Number},
-        {"integer", ColumnKind::Number}, {"int", ColumnKind::Number},     {"numeric", ColumnKind::Number},
-        {"date", ColumnKind::Date},      {"datetime", ColumnKind::Date},  {"boolean", ColumnKind::Flag},
-        {"tinyint", ColumnKind::Flag},   {"nvarchar", ColumnKind::Text},  {"float", ColumnKind::Number},
+        {"integer", ColumnKind::Number},  {"int", ColumnKind::Number},    {"numeric", ColumnKind::Number},
+        {"date", ColumnKind::Date},       {"datetime", ColumnKind::Date}, {"boolean", ColumnKind::Flag},
+        {"tinyint", ColumnKind::Flag},    {"nvarchar", ColumnKind::Text}, {"float", ColumnKind::Number},
         {"bit", ColumnKind::Flag},
     };
     return kinds.value(type.section(u'(', 0, 0).trimmed().toLower(), ColumnKind::Unknown);
@@ -57,8 +62,8 @@ QList<std::weak_ptr<Connection>> &sharedConnections()
 
 ConnectionParts connectionParts(const QString &connectionString)
 {
-    static const QStringList keys{"provider=",    "persist security info=", "password=", "user id=",
-                                  "initial catalog=", "data source="};
+    static const QStringList keys{
+        "provider=", "persist security info=", "password=", "user id=", "initial catalog=", "data source="};
     QStringList found(keys.size());
     qsizetype open = -1; // key whose value is being read
     qsizetype start = 0;
@@ -86,9 +91,15 @@ ConnectionParts connectionParts(const QString &connectionString)
 
 Connection::Connection() : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces)) {}
 
-Connection::~Connection() { Close(); }
+Connection::~Connection()
+{
+    Close();
+}
 
-bool Connection::isOpen() const { return m_database.isOpen(); }
+bool Connection::isOpen() const
+{
+    return m_database.isOpen();
+}
 
 void Connection::Open(const QString &connectionString, const QString &, const QString &, int)
 {
@@ -96,8 +107,7 @@ void Connection::Open(const QString &connectionString, const QString &, const QS
     m_connectionString = connectionString;
     const ConnectionParts parts = connectionParts(connectionString);
     const QString path = QDir::fromNativeSeparators(QString(parts.dataSource).replace(u'\\', u'/'));
-    if (parts.provider.startsWith("Microsoft.Jet", Qt::CaseInsensitive) ||
-        path.endsWith(".db", Qt::CaseInsensitive))
+    if (parts.provider.startsWith("Microsoft.Jet", Qt::CaseInsensitive) || path.endsWith(".db", Qt::CaseInsensitive))
         openSqlite(path);
     else
         throw DataError(0, QStringLiteral("无法连接“%1”：没有该服务器的驱动程序").arg(parts.dataSource));
@@ -195,6 +205,26 @@ void Connection::readBound(const BoundStatement &statement, const std::function<
         throw errorOf(query.lastError());
 }
 
+QVector<Values> Connection::rows(const QString &statement, const Values &values)
+{
+    QVector<Values> rows;
+    QStringList names;
+    read(
+        statement, values,
+        [&](const QStringList &columns) {
+            for (const QString &column : columns)
+                names.append(column.toLower());
+        },
+        [&](const QVariantList &line) {
+            Values row;
+            for (int i = 0; i < names.size(); ++i)
+                row.insert(names[i], line[i]);
+            rows.append(row);
+            return true;
+        });
+    return rows;
+}
+
 void Connection::transaction(const std::function<void()> &work)
 {
     if (m_depth > 0) {
@@ -249,9 +279,15 @@ const Connection::Table &Connection::table(const QString &name)
     return *m_tables.insert(key, table);
 }
 
-ColumnKinds Connection::kindsOf(const QString &name) { return table(name).kinds; }
+ColumnKinds Connection::kindsOf(const QString &name)
+{
+    return table(name).kinds;
+}
 
-QStringList Connection::columnsOf(const QString &name) { return table(name).columns; }
+QStringList Connection::columnsOf(const QString &name)
+{
+    return table(name).columns;
+}
 
 std::shared_ptr<Connection> Connection::shared(const QString &connectionString)
 {
@@ -266,6 +302,9 @@ std::shared_ptr<Connection> Connection::shared(const QString &connectionString)
     return connection;
 }
 
-void Connection::share(const std::shared_ptr<Connection> &connection) { sharedConnections().append(connection); }
+void Connection::share(const std::shared_ptr<Connection> &connection)
+{
+    sharedConnections().append(connection);
+}
 
 } // namespace tradewick

@@ -53,6 +53,9 @@ public:
               const std::function<void(const QStringList &columns)> &columns,
               const std::function<bool(const QVariantList &values)> &row);
 
+    // The rows of a select, whole, each by lower-case column name; for lookups of a few rows. Throws DataError.
+    QVector<Values> rows(const QString &statement, const Values &values = {});
+
     // Runs `work` as one transaction: all of it is stored, or, when it throws, nothing. Inside another transaction it
     // joins that one.
     void transaction(const std::function<void()> &work);

@@ -9,6 +9,9 @@ void DataControl::setRecordSource(const QString &statement, const Values &values
     m_values = values;
 }
 
-void DataControl::Refresh() { m_recordset.Open(m_statement, m_values, Connection::shared(ConnectionString)); }
+void DataControl::Refresh()
+{
+    m_recordset.Open(m_statement, m_values, Connection::shared(ConnectionString));
+}
 
 } // namespace tradewick

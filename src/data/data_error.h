@@ -15,8 +15,7 @@ public:
     static constexpr int invalidUseOfNull = 94;
 
     // number: the engine's own error number, or one of the constants here; text: for the user, as the engine words it.
-    DataError(int number, const QString &text)
-        : std::runtime_error(text.toStdString()), m_number(number), m_text(text)
+    DataError(int number, const QString &text) : std::runtime_error(text.toStdString()), m_number(number), m_text(text)
     {
     }
 

@@ -46,7 +46,10 @@ QDate dateFromText(const QString &text)
     return {};
 }
 
-QString dateText(const QDate &date) { return date.isValid() ? date.toString(Qt::ISODate) : QString(); }
+QString dateText(const QDate &date)
+{
+    return date.isValid() ? date.toString(Qt::ISODate) : QString();
+}
 
 QString dateText(const QVariant &value)
 {

@@ -123,10 +123,10 @@ public:
             parameters.append(stored(row.values[i], kinds[i]));
         }
         const QString into = "insert into " + table;
-        return connection.insertBound(names.isEmpty() ? BoundStatement{into + " default values", {}}
-                                                      : BoundStatement{into + "(" + names.join(u',') + ") values(" +
-                                                                           marks.join(u',') + ")",
-                                                                       parameters});
+        return connection.insertBound(
+            names.isEmpty()
+                ? BoundStatement{into + " default values", {}}
+                : BoundStatement{into + "(" + names.join(u',') + ") values(" + marks.join(u',') + ")", parameters});
     }
 
     // The row as it was read, whole: what another desktop changed in it no longer fits.
@@ -164,11 +164,20 @@ public:
     }
 };
 
-QVariant Field::value() const { return m_set.valueAt(m_set.m_position, m_column); }
+QVariant Field::value() const
+{
+    return m_set.valueAt(m_set.m_position, m_column);
+}
 
-QString Field::text() const { return Recordset::text(value(), m_set.columnKind(m_column)); }
+QString Field::text() const
+{
+    return Recordset::text(value(), m_set.columnKind(m_column));
+}
 
-void Field::setValue(const QVariant &value) const { m_set.setValueAt(m_set.m_position, m_column, value); }
+void Field::setValue(const QVariant &value) const
+{
+    m_set.setValueAt(m_set.m_position, m_column, value);
+}
 
 Recordset::Recordset(QObject *parent) : QObject(parent), m_impl(std::make_unique<Impl>()) {}
 
@@ -229,13 +238,25 @@ void Recordset::Close()
     Q_EMIT currentChanged();
 }
 
-bool Recordset::isOpen() const { return m_impl->open; }
+bool Recordset::isOpen() const
+{
+    return m_impl->open;
+}
 
-int Recordset::RecordCount() const { return static_cast<int>(m_impl->keys.size()); }
+int Recordset::RecordCount() const
+{
+    return static_cast<int>(m_impl->keys.size());
+}
 
-bool Recordset::BOF() const { return m_position < 0; }
+bool Recordset::BOF() const
+{
+    return m_position < 0;
+}
 
-bool Recordset::EOF_() const { return m_position >= RecordCount() || RecordCount() == 0; }
+bool Recordset::EOF_() const
+{
+    return m_position >= RecordCount() || RecordCount() == 0;
+}
 
 void Recordset::setAbsolutePosition(int row)
 {
@@ -249,13 +270,25 @@ void Recordset::setAbsolutePosition(int row)
     Q_EMIT currentChanged();
 }
 
-void Recordset::MoveFirst() { setAbsolutePosition(0); }
+void Recordset::MoveFirst()
+{
+    setAbsolutePosition(0);
+}
 
-void Recordset::MoveLast() { setAbsolutePosition(RecordCount() - 1); }
+void Recordset::MoveLast()
+{
+    setAbsolutePosition(RecordCount() - 1);
+}
 
-void Recordset::MoveNext() { setAbsolutePosition(m_afterDelete ? m_position : m_position + 1); }
+void Recordset::MoveNext()
+{
+    setAbsolutePosition(m_afterDelete ? m_position : m_position + 1);
+}
 
-void Recordset::MovePrevious() { setAbsolutePosition(m_position - 1); }
+void Recordset::MovePrevious()
+{
+    setAbsolutePosition(m_position - 1);
+}
 
 int Recordset::columnIndex(const QString &column) const
 {
@@ -270,9 +303,15 @@ Field Recordset::Fields(const QString &column)
     return {*this, index};
 }
 
-QStringList Recordset::columns() const { return m_impl->columns; }
+QStringList Recordset::columns() const
+{
+    return m_impl->columns;
+}
 
-ColumnKind Recordset::columnKind(int column) const { return m_impl->kinds.value(column, ColumnKind::Unknown); }
+ColumnKind Recordset::columnKind(int column) const
+{
+    return m_impl->kinds.value(column, ColumnKind::Unknown);
+}
 
 QVariant Recordset::valueAt(int row, int column) const
 {
@@ -394,9 +433,20 @@ void Recordset::CancelUpdate()
     Q_EMIT currentChanged();
 }
 
-bool Recordset::hasPendingChanges() const { return !m_impl->pending.isEmpty(); }
+bool Recordset::hasPendingChanges() const
+{
+    return !m_impl->pending.isEmpty();
+}
 
-bool Recordset::isPending(int row) const { return m_impl->pending.contains(m_impl->keys.value(row)); }
+bool Recordset::isNew(int row) const
+{
+    return m_impl->pending.value(m_impl->keys.value(row)).isNew;
+}
+
+bool Recordset::isPending(int row) const
+{
+    return m_impl->pending.contains(m_impl->keys.value(row));
+}
 
 void Recordset::Find(const QString &column, const QVariant &value)
 {
@@ -412,10 +462,10 @@ void Recordset::Find(const QString &column, const QVariant &value)
         std::sort(found.begin(), found.end());
     }
     for (int row = std::max(m_position, 0); row < RecordCount(); ++row) {
-        const bool match = m_impl->table.isEmpty()
-                               ? valueAt(row, index).toString().trimmed().compare(value.toString().trimmed(),
-                                                                                  Qt::CaseInsensitive) == 0
-                               : std::binary_search(found.begin(), found.end(), m_impl->keys[row]);
+        const bool match =
+            m_impl->table.isEmpty()
+                ? valueAt(row, index).toString().trimmed().compare(value.toString().trimmed(), Qt::CaseInsensitive) == 0
+                : std::binary_search(found.begin(), found.end(), m_impl->keys[row]);
         if (match) {
             setAbsolutePosition(row);
             return;

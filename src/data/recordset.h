@@ -55,7 +55,7 @@ public:
 
     int RecordCount() const;
     bool BOF() const;
-    bool EOF_() const;
+    bool EOF_() const; // the plain name is a macro of the C library
     // Moves past either end leave BOF or EOF true; on an empty set they throw DataError.
     void MoveFirst();
     void MoveNext();
@@ -64,7 +64,7 @@ public:
 
     // Column by name without regard to case; throws DataError for a name the set lacks.
     Field Fields(const QString &column);
-    QStringList columns() const; // lower case
+    QStringList columns() const;                  // lower case
     int columnIndex(const QString &column) const; // -1 when the set lacks it
     ColumnKind columnKind(int column) const;
 
@@ -90,14 +90,15 @@ public:
     QVariant valueAt(int row, int column) const;
     void setValueAt(int row, int column, const QVariant &value);
     bool isPending(int row) const;
+    bool isNew(int row) const; // added and not stored yet
 
     // Text of a value of that kind on the screen.
     static QString text(const QVariant &value, ColumnKind kind);
 
 Q_SIGNALS:
     void aboutToReset();
-    void reset();                        // other rows: opened, closed
-    void currentChanged();               // the position moved, or the row under it is another
+    void reset();          // other rows: opened, closed
+    void currentChanged(); // the position moved, or the row under it is another
     void valueChanged(int row, int column);
     void rowAboutToBeInserted(int row);
     void rowInserted(int row);

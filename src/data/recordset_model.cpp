@@ -11,7 +11,12 @@ RecordsetModel::RecordsetModel(Recordset &recordset, QVector<GridColumn> columns
         m_sourceColumns.clear();
         endResetModel();
     });
-    connect(&recordset, &Recordset::rowAboutToBeInserted, this, [this](int row) { beginInsertRows({}, row, row); });
+    // A record added while the empty row is there takes that row's place, and a further empty row follows: the cursor
+    // stays where it is.
+    connect(&recordset, &Recordset::rowAboutToBeInserted, this, [this](int row) {
+        const int at = row + (m_newRow ? 1 : 0);
+        beginInsertRows({}, at, at);
+    });
     connect(&recordset, &Recordset::rowInserted, this, [this] { endInsertRows(); });
     connect(&recordset, &Recordset::rowAboutToBeRemoved, this, [this](int row) { beginRemoveRows({}, row, row); });
     connect(&recordset, &Recordset::rowRemoved, this, [this] { endRemoveRows(); });
@@ -22,11 +27,24 @@ RecordsetModel::RecordsetModel(Recordset &recordset, QVector<GridColumn> columns
     });
 }
 
-void RecordsetModel::setEditable(bool editable) { m_editable = editable; }
+void RecordsetModel::setEditable(bool editable, std::function<void()> newRow)
+{
+    m_editable = editable;
+    const int end = m_recordset.RecordCount();
+    if (newRow && !m_newRow) {
+        beginInsertRows({}, end, end);
+        m_newRow = std::move(newRow);
+        endInsertRows();
+    } else if (!newRow && m_newRow) {
+        beginRemoveRows({}, end, end);
+        m_newRow = {};
+        endRemoveRows();
+    }
+}
 
 int RecordsetModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_recordset.RecordCount();
+    return parent.isValid() ? 0 : m_recordset.RecordCount() + (m_newRow ? 1 : 0);
 }
 
 int RecordsetModel::columnCount(const QModelIndex &parent) const
@@ -47,12 +65,12 @@ int RecordsetModel::sourceColumn(int section) const
 QVariant RecordsetModel::data(const QModelIndex &index, int role) const
 {
     const int source = index.isValid() ? sourceColumn(index.column()) : -1;
-    if (source < 0 || index.row() >= m_recordset.RecordCount())
+    if (source < 0)
         return {};
     const ColumnKind kind = m_recordset.columnKind(source);
     if (role == Qt::TextAlignmentRole)
         return static_cast<int>((kind == ColumnKind::Number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    if (role != Qt::DisplayRole && role != Qt::EditRole)
+    if ((role != Qt::DisplayRole && role != Qt::EditRole) || index.row() >= m_recordset.RecordCount())
         return {};
     try {
         return Recordset::text(m_recordset.valueAt(index.row(), source), kind);
@@ -78,6 +96,13 @@ bool RecordsetModel::setData(const QModelIndex &index, const QVariant &value, in
     const int source = index.isValid() ? sourceColumn(index.column()) : -1;
     if (role != Qt::EditRole || source < 0)
         return false;
+    if (index.row() >= m_recordset.RecordCount()) {
+        if (!m_newRow || value.toString().isEmpty())
+            return false;
+        m_newRow();
+    }
+    if (Recordset::text(m_recordset.valueAt(index.row(), source), m_recordset.columnKind(source)) == value.toString())
+        return true; // only looked at
     m_recordset.setValueAt(index.row(), source, value);
     Q_EMIT cellEdited(index.row(), m_columns[index.column()].column);
     return true;

@@ -9,7 +9,7 @@ namespace tradewick
 {
 
 struct GridColumn {
-    QString column;  // of the record set; a name it lacks shows nothing
+    QString column; // of the record set; a name it lacks shows nothing
     QString caption;
 };
 
@@ -21,8 +21,9 @@ public:
     // recordset: outlives the model.
     RecordsetModel(Recordset &recordset, QVector<GridColumn> columns, QObject *parent = nullptr);
 
-    // Whether cells can be typed into.
-    void setEditable(bool editable);
+    // Whether cells can be typed into. With newRow there is an empty row behind the last; a value typed there calls
+    // newRow, which adds the record that the value then goes into.
+    void setEditable(bool editable, std::function<void()> newRow = {});
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -44,6 +45,7 @@ private:
     QVector<GridColumn> m_columns;
     mutable QVector<int> m_sourceColumns; // resolved per opening of the record set
     bool m_editable = false;
+    std::function<void()> m_newRow;
 };
 
 } // namespace tradewick

@@ -6,7 +6,10 @@ namespace tradewick
 namespace
 {
 
-bool startsWord(QChar c) { return c.isLetter() || c == u'_' || c == u'#' || c == u'@'; }
+bool startsWord(QChar c)
+{
+    return c.isLetter() || c == u'_' || c == u'#' || c == u'@';
+}
 
 qsizetype endOfNumber(const QString &sql, qsizetype at)
 {
@@ -94,7 +97,13 @@ int partner(const SqlTokens &tokens, int at, int step)
 
 } // namespace
 
-int closingParenthesis(const SqlTokens &tokens, int open) { return partner(tokens, open, 1); }
-int openingParenthesis(const SqlTokens &tokens, int close) { return partner(tokens, close, -1); }
+int closingParenthesis(const SqlTokens &tokens, int open)
+{
+    return partner(tokens, open, 1);
+}
+int openingParenthesis(const SqlTokens &tokens, int close)
+{
+    return partner(tokens, close, -1);
+}
 
 } // namespace tradewick

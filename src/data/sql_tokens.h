@@ -10,7 +10,7 @@ namespace tradewick
 struct SqlToken {
     enum Kind {
         Space,
-        Word,        // identifier, keyword
+        Word, // identifier, keyword
         Number,
         Text,        // 'quoted'; text() is what stands between the quotes
         Bracketed,   // [identifier]

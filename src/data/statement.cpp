@@ -188,7 +188,8 @@ private:
             if (isColumnAt(i))
                 kinds.append(kindOf(m_tokens[i].text.toLower()));
         int column = 0;
-        for (int i = nextToken(m_tokens, nextToken(m_tokens, values)); i < m_tokens.size(); i = nextToken(m_tokens, i)) {
+        for (int i = nextToken(m_tokens, nextToken(m_tokens, values)); i < m_tokens.size();
+             i = nextToken(m_tokens, i)) {
             if (m_tokens[i].isSymbol(u','))
                 ++column;
             else if (column < kinds.size())

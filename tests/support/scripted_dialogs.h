@@ -21,9 +21,9 @@ public:
     ScriptedDialogs() { setDialogs(this); }
     ~ScriptedDialogs() override { setDialogs(nullptr); }
 
-    QVector<Shown> shown;           // messages and questions in their order
-    bool answer = true;             // to every question
-    std::optional<QString> typed;   // into every input box and file choice
+    QVector<Shown> shown;         // messages and questions in their order
+    bool answer = true;           // to every question
+    std::optional<QString> typed; // into every input box and file choice
 
     void message(QWidget *, const QString &text, const QString &title, MessageIcon icon) override
     {

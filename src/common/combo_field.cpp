@@ -1,0 +1,48 @@
+#include "common/combo_field.h"
+
+#include <QCompleter>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QWheelEvent>
+
+namespace tradewick
+{
+
+ComboField::ComboField(QWidget *parent) : QComboBox(parent)
+{
+    setEditable(true);
+    setInsertPolicy(NoInsert);
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(8);
+    completer()->setCompletionMode(QCompleter::PopupCompletion);
+    completer()->setFilterMode(Qt::MatchContains);
+    completer()->setCaseSensitivity(Qt::CaseInsensitive);
+}
+
+void ComboField::setReadOnly(bool readOnly)
+{
+    m_readOnly = readOnly;
+    lineEdit()->setReadOnly(readOnly);
+}
+
+void ComboField::showPopup()
+{
+    if (!m_readOnly)
+        QComboBox::showPopup();
+}
+
+void ComboField::keyPressEvent(QKeyEvent *event)
+{
+    const bool changes = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down || event->key() == Qt::Key_PageUp ||
+                         event->key() == Qt::Key_PageDown;
+    if (!(m_readOnly && changes))
+        QComboBox::keyPressEvent(event);
+}
+
+// The wheel scrolls the form; a value must not change because the pointer passed.
+void ComboField::wheelEvent(QWheelEvent *event)
+{
+    event->ignore();
+}
+
+} // namespace tradewick

@@ -1,0 +1,199 @@
+#include "common/grid.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+
+namespace tradewick
+{
+
+namespace
+{
+
+// Rows looked at to find a column's width; a register of 100,000 rows must not be read for it.
+constexpr int rowsMeasured = 30;
+constexpr int widestColumn = 260;
+
+} // namespace
+
+Grid::Grid(const QString &name, const QString &accessibleName, QWidget *parent) : QTableView(parent)
+{
+    setObjectName(name);
+    setAccessibleName(accessibleName);
+    setAlternatingRowColors(true);
+    setSelectionMode(ContiguousSelection);
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
+    connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (!m_editing)
+            Q_EMIT rowActivated(index.row());
+    });
+}
+
+void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
+{
+    m_model = new RecordsetModel(recordset, columns, this);
+    setModel(m_model);
+    connect(m_model, &RecordsetModel::cellEdited, this, &Grid::cellEdited);
+    const auto follow = [this, &recordset] {
+        const int row = recordset.absolutePosition();
+        if (row < 0 || row >= recordset.RecordCount() || currentIndex().row() == row)
+            return;
+        setCurrentIndex(m_model->index(row, qMax(0, currentIndex().column())));
+    };
+    connect(&recordset, &Recordset::currentChanged, this, follow);
+    connect(&recordset, &Recordset::reset, this, [this, follow] {
+        resizeColumnsToContents();
+        for (int i = 0; i < m_model->columnCount(); ++i)
+            setColumnWidth(i, qBound(fontMetrics().averageCharWidth() * 8, columnWidth(i), widestColumn));
+        follow();
+    });
+    connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [&recordset](const QModelIndex &current) {
+        if (current.isValid() && current.row() < recordset.RecordCount())
+            recordset.setAbsolutePosition(current.row());
+    });
+}
+
+void Grid::setEditing(bool editing, std::function<void()> newRow)
+{
+    if (!editing)
+        commitEditor();
+    m_editing = editing;
+    setEditTriggers(editing ? AnyKeyPressed | DoubleClicked | EditKeyPressed : NoEditTriggers);
+    m_model->setEditable(editing, std::move(newRow));
+}
+
+void Grid::commitEditor()
+{
+    if (state() == EditingState)
+        if (auto *editor = viewport()->findChild<QLineEdit *>()) {
+            commitData(editor);
+            closeEditor(editor, QAbstractItemDelegate::NoHint);
+        }
+}
+
+QString Grid::currentColumn() const
+{
+    return currentIndex().isValid() ? m_model->columns()[currentIndex().column()].column : QString();
+}
+
+void Grid::editCell(int row, const QString &column)
+{
+    commitEditor();
+    for (int i = 0; i < m_model->columns().size(); ++i)
+        if (m_model->columns()[i].column == column) {
+            setCurrentIndex(m_model->index(row, i));
+            scrollTo(currentIndex());
+            if (m_editing)
+                QTableView::edit(currentIndex());
+            return;
+        }
+}
+
+// Opens the cell's editor and listens to what is typed there.
+bool Grid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
+{
+    const bool opened = QTableView::edit(index, trigger, event);
+    if (!opened || state() != EditingState)
+        return opened;
+    if (auto *editor = viewport()->findChild<QLineEdit *>(); editor && editor->property("watched").isNull()) {
+        editor->setProperty("watched", true);
+        editor->setAccessibleName(m_model->columns()[index.column()].caption);
+        editor->installEventFilter(this);
+        const QString column = m_model->columns()[index.column()].column;
+        connect(editor, &QLineEdit::textEdited, this,
+                [this, column](const QString &text) { Q_EMIT typed(column, text); });
+        // The key that opened the editor is typed into it before anyone listened.
+        if (trigger == AnyKeyPressed)
+            Q_EMIT typed(column, editor->text());
+    }
+    return opened;
+}
+
+bool Grid::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::InputMethod)
+        m_composing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
+    if (event->type() == QEvent::KeyPress && qobject_cast<QLineEdit *>(watched) && !m_composing) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            commitEditor();
+            goOn();
+            return true;
+        }
+        if (key == Qt::Key_Down) {
+            Q_EMIT downInEditor();
+            return true;
+        }
+    }
+    return QTableView::eventFilter(watched, event);
+}
+
+void Grid::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy)) {
+        copySelection();
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_editing)
+            goOn();
+        else if (currentIndex().isValid())
+            Q_EMIT rowActivated(currentIndex().row());
+        return;
+    case Qt::Key_Delete:
+        Q_EMIT deletePressed();
+        return;
+    default:
+        QTableView::keyPressEvent(event);
+    }
+}
+
+// The next column of those that Enter goes through; behind the last the next line, as long as there is one.
+void Grid::goOn()
+{
+    const QModelIndex at = currentIndex();
+    if (!at.isValid() || m_model->columnCount() == 0)
+        return;
+    const auto stops = [this](int column) {
+        return m_enterColumns.isEmpty() || m_enterColumns.contains(m_model->columns()[column].column);
+    };
+    int row = at.row(), column = at.column() + 1;
+    while (column < m_model->columnCount() && !stops(column))
+        ++column;
+    if (column == m_model->columnCount()) {
+        row = qMin(row + 1, m_model->rowCount() - 1);
+        for (column = 0; column < m_model->columnCount() - 1 && !stops(column);)
+            ++column;
+    }
+    setCurrentIndex(m_model->index(row, column));
+    scrollTo(currentIndex());
+}
+
+void Grid::copySelection() const
+{
+    QString text;
+    int row = -1;
+    QModelIndexList cells = selectionModel()->selectedIndexes();
+    std::sort(cells.begin(), cells.end());
+    for (const QModelIndex &cell : std::as_const(cells)) {
+        if (!text.isEmpty())
+            text += row == cell.row() ? u'\t' : u'\n';
+        row = cell.row();
+        text += cell.data().toString();
+    }
+    QApplication::clipboard()->setText(text);
+}
+
+} // namespace tradewick

@@ -1,0 +1,59 @@
+// The grid of lists and lines: shows a record set, moves with it in both directions, and is worked by keyboard alone.
+#pragma once
+
+#include "data/recordset_model.h"
+
+#include <QTableView>
+
+namespace tradewick
+{
+
+class Grid : public QTableView
+{
+    Q_OBJECT
+
+public:
+    // name: object name; accessibleName: what a screen reader says.
+    Grid(const QString &name, const QString &accessibleName, QWidget *parent);
+
+    // Shows the columns of the record set; its current row and the grid's are one from then on.
+    void showRecords(Recordset &recordset, const QVector<GridColumn> &columns);
+    RecordsetModel *recordsetModel() const { return m_model; }
+
+    // Lets cells be typed into, and, where newRow is given, lines be added in the empty row at the end; newRow makes
+    // the record that the typed value then goes into.
+    void setEditing(bool editing, std::function<void()> newRow = {});
+    bool isEditing() const { return m_editing; }
+    // Columns that Enter goes through, the next line's first behind the last; all columns when empty.
+    void setEnterColumns(const QStringList &columns) { m_enterColumns = columns; }
+
+    // Puts what stands in an open cell editor into the record set.
+    void commitEditor();
+    // Column name under the cursor, empty when there is none.
+    QString currentColumn() const;
+    // Moves the cursor to the column of a row and opens the cell where it can be typed into.
+    void editCell(int row, const QString &column);
+
+Q_SIGNALS:
+    void typed(const QString &column, const QString &text); // each change of the text in a cell editor
+    void cellEdited(int row, const QString &column);        // the value stands in the record set
+    void deletePressed();
+    void downInEditor();        // the down arrow while a cell is typed into
+    void rowActivated(int row); // double click or Enter where nothing can be typed
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+
+private:
+    void goOn();
+    void copySelection() const;
+
+    RecordsetModel *m_model = nullptr;
+    QStringList m_enterColumns;
+    bool m_editing = false;
+    bool m_composing = false; // an input method holds text that is not committed yet
+};
+
+} // namespace tradewick

@@ -1,0 +1,557 @@
+#include "common/record_form.h"
+
+#include "common/dialogs.h"
+#include "common/globals.h"
+#include "common/numbering.h"
+#include "data/date_text.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QTabWidget>
+
+namespace tradewick
+{
+
+namespace
+{
+
+// "Text1(3)" is element 3 of the array "Text1".
+QString arrayOf(const QString &name)
+{
+    return name.section(u'(', 0, 0);
+}
+int indexOf(const QString &name)
+{
+    return name.section(u'(', 1).chopped(1).toInt();
+}
+
+} // namespace
+
+RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidget(mainWindow, Qt::Window), m_spec(spec)
+{
+    setObjectName(spec.name);
+    setWindowTitle(spec.caption);
+    m_primary.setObjectName(spec.control);
+    for (DataControl *control : {&m_primary, &m_body, &m_pickerRows})
+        control->ConnectionString = gConnStr;
+    build();
+    setBusy(false);
+    lockFields(true);
+    connect(&records(), &Recordset::currentChanged, this, &RecordForm::showRecord);
+    connect(&records(), &Recordset::valueChanged, this, [this](int row, int column) {
+        if (row >= 0 && column >= 0 && row != records().absolutePosition())
+            return;
+        for (const FieldSpec &field : std::as_const(m_spec.fields))
+            if (column < 0 || records().columnIndex(field.column) == column)
+                showField(field);
+    });
+    load();
+}
+
+RecordForm::~RecordForm()
+{
+    // The grids look into the record sets, which end before the child widgets do.
+    delete m_list;
+    delete m_bodyGrid;
+    delete m_pickerGrid;
+}
+
+bool RecordForm::isBusy() const
+{
+    return m_busy;
+}
+
+void RecordForm::load()
+{
+    for (const FieldSpec &field : std::as_const(m_spec.fields))
+        if (field.list)
+            fillCombo(field.name, field.list);
+    m_primary.setRecordSource(m_spec.statement);
+    m_primary.Refresh();
+}
+
+void RecordForm::run(Failure failure, std::initializer_list<std::function<void()>> steps)
+{
+    for (const auto &step : steps) {
+        if (failure == Failure::None) {
+            step();
+            continue;
+        }
+        try {
+            step();
+        } catch (const DataError &error) {
+            if (failure == Failure::Skip)
+                continue;
+            dialogs().message(this, error.text(), {}, MessageIcon::None);
+            return;
+        }
+    }
+}
+
+void RecordForm::inOneTransaction(const std::function<void()> &work)
+{
+    Connection::shared(m_primary.ConnectionString)->transaction(work);
+}
+
+// ---- fields and the record ----
+
+QString RecordForm::fieldText(const QString &name) const
+{
+    QWidget *widget = m_fields.value(name);
+    if (auto *line = qobject_cast<QLineEdit *>(widget))
+        return line->text();
+    if (auto *text = qobject_cast<QPlainTextEdit *>(widget))
+        return text->toPlainText();
+    if (auto *combo = qobject_cast<QComboBox *>(widget))
+        return combo->currentText();
+    auto *check = qobject_cast<QCheckBox *>(widget);
+    return check ? Recordset::text(check->isChecked(), ColumnKind::Flag) : QString();
+}
+
+void RecordForm::setFieldText(const QString &name, const QString &text)
+{
+    for (const FieldSpec &field : std::as_const(m_spec.fields))
+        if (field.name == name)
+            fieldTyped(field, text);
+}
+
+void RecordForm::showField(const FieldSpec &field)
+{
+    const QScopedValueRollback showing(m_showing, true);
+    const bool hasRecord = !records().BOF() && !records().EOF_() && records().columnIndex(field.column) >= 0;
+    const QString text = hasRecord ? records().Fields(field.column).text() : QString();
+    if (text == fieldText(field.name))
+        return;
+    QWidget *widget = m_fields.value(field.name);
+    if (auto *line = qobject_cast<QLineEdit *>(widget)) {
+        line->setText(text);
+        line->setCursorPosition(0);
+    } else if (auto *edit = qobject_cast<QPlainTextEdit *>(widget)) {
+        edit->setPlainText(text);
+    } else if (auto *combo = qobject_cast<QComboBox *>(widget)) {
+        combo->setEditText(text);
+        combo->lineEdit()->setCursorPosition(0);
+    } else if (auto *check = qobject_cast<QCheckBox *>(widget)) {
+        check->setChecked(text == Recordset::text(true, ColumnKind::Flag));
+    }
+    m_chosen[field.name] = text;
+}
+
+void RecordForm::showRecord()
+{
+    for (const FieldSpec &field : std::as_const(m_spec.fields))
+        showField(field);
+    keyChanged(false);
+}
+
+void RecordForm::fieldTyped(const FieldSpec &field, const QVariant &value)
+{
+    if (m_showing || records().BOF() || records().EOF_())
+        return;
+    records().Fields(field.column).setValue(value);
+    if (field.name == m_spec.fields.first().name)
+        keyChanged(true);
+}
+
+void RecordForm::fillCombo(const QString &name, const char *statement)
+{
+    auto *combo = qobject_cast<QComboBox *>(m_fields.value(name));
+    const QScopedValueRollback showing(m_showing, true);
+    const QString text = combo->currentText();
+    combo->clear();
+    Connection::shared(m_primary.ConnectionString)
+        ->read(
+            QString::fromUtf8(statement), {}, [](const QStringList &) {},
+            [combo](const QVariantList &row) {
+                combo->addItem(row.first().toString());
+                return true;
+            });
+    combo->setEditText(text);
+}
+
+void RecordForm::focusField(const QString &name)
+{
+    for (const FieldSpec &field : std::as_const(m_spec.fields))
+        if (field.name == name && m_tabs)
+            m_tabs->setCurrentIndex(field.page);
+    QWidget *widget = m_fields.value(name);
+    widget->setFocus(Qt::TabFocusReason);
+    if (auto *line = qobject_cast<QLineEdit *>(widget))
+        line->selectAll();
+}
+
+void RecordForm::focusFirstField()
+{
+    focusField(m_spec.fields.first().name);
+}
+
+void RecordForm::lockFields(bool locked)
+{
+    for (QWidget *widget : std::as_const(m_fields)) {
+        if (qobject_cast<QCheckBox *>(widget))
+            widget->setEnabled(!locked);
+        else
+            widget->setProperty("readOnly", locked);
+    }
+}
+
+// ---- the lines of a document ----
+
+void RecordForm::keyChanged(bool typedOver)
+{
+    if (!m_spec.body.statement)
+        return;
+    const QString key = fieldText(m_spec.fields.first().name);
+    if (key == m_bodyKey && body().isOpen())
+        return;
+    m_bodyKey = key;
+    if (typedOver && body().isOpen() && body().hasPendingChanges()) {
+        // The number is typed over: lines not stored yet go along with it, nothing typed is dropped.
+        const int column = body().columnIndex(m_spec.body.key);
+        for (int row = 0; row < body().RecordCount(); ++row)
+            if (body().isNew(row))
+                body().setValueAt(row, column, key);
+        return;
+    }
+    refreshBody();
+}
+
+void RecordForm::refreshBody()
+{
+    if (!m_spec.body.statement)
+        return;
+    m_body.setRecordSource(m_spec.body.statement, {{m_spec.body.key, m_bodyKey}});
+    m_body.Refresh();
+}
+
+void RecordForm::startBodyRow()
+{
+    body().AddNew();
+    body().Fields(m_spec.body.key).setValue(m_bodyKey);
+    bodyRowStarted();
+}
+
+void RecordForm::deleteBodyRow()
+{
+    if (!isBusy() || body().RecordCount() == 0 || m_bodyGrid->currentIndex().row() >= body().RecordCount())
+        return;
+    run(Failure::Report, {[this] {
+            inOneTransaction([this] {
+                body().Delete();
+                body().UpdateBatch();
+            });
+            refreshBody();
+        }});
+}
+
+void RecordForm::openPicker(const char *statement, const Values &values)
+{
+    m_pickerRows.setRecordSource(statement, values);
+    run(Failure::Report, {[this] { m_pickerRows.Refresh(); }});
+    showPicker();
+}
+
+void RecordForm::showPicker()
+{
+    m_pickerGrid->show();
+}
+
+void RecordForm::hidePicker()
+{
+    if (m_pickerGrid)
+        m_pickerGrid->hide();
+}
+
+// ---- navigation ----
+
+void RecordForm::first()
+{
+    run(m_spec.failures.ends, {[this] {
+            if (records().RecordCount() > 0)
+                records().BOF() ? records().MoveNext() : records().MoveFirst();
+        }});
+}
+
+void RecordForm::last()
+{
+    run(m_spec.failures.ends, {[this] {
+            if (records().RecordCount() > 0)
+                records().EOF_() ? records().MovePrevious() : records().MoveLast();
+        }});
+}
+
+void RecordForm::next()
+{
+    run(m_spec.failures.next, {[this] {
+                                   if (!records().EOF_())
+                                       records().MoveNext();
+                               },
+                               [this] {
+                                   if (records().EOF_() && records().RecordCount() > 0) {
+                                       QApplication::beep();
+                                       records().MoveLast();
+                                   }
+                               }});
+}
+
+void RecordForm::previous()
+{
+    run(m_spec.failures.previous, {[this] {
+                                       if (!records().BOF())
+                                           records().MovePrevious();
+                                   },
+                                   [this] {
+                                       if (records().BOF() && records().RecordCount() > 0) {
+                                           QApplication::beep();
+                                           records().MoveFirst();
+                                       }
+                                   }});
+}
+
+// ---- add, edit, save, cancel, delete ----
+
+void RecordForm::add()
+{
+    QString number;
+    run(m_spec.failures.add,
+        {[this] { setBusy(true, true); },
+         [&] {
+             if (!m_spec.numberedAs.isEmpty())
+                 number = proposeNumber(m_spec.numberedAs, *Connection::shared(m_primary.ConnectionString),
+                                        QDate::currentDate());
+         },
+         [this] {
+             if (records().RecordCount() > 0)
+                 records().MoveLast();
+         },
+         [this] { records().AddNew(); }, [this] { lockFields(false); }, [this] { focusFirstField(); },
+         [&] {
+             if (!number.isEmpty())
+                 setFieldText(m_spec.fields.first().name, number);
+             afterAdd();
+         }});
+}
+
+void RecordForm::edit()
+{
+    if (records().BOF() || records().EOF_()) {
+        QApplication::beep();
+        return;
+    }
+    run(m_spec.failures.edit,
+        {[this] { setBusy(true); }, [this] { lockFields(false); }, [this] { focusFirstField(); }});
+}
+
+bool RecordForm::hasBadDate()
+{
+    for (const FieldSpec &field : std::as_const(m_spec.fields)) {
+        if (field.kind != FieldKind::Date)
+            continue;
+        const QString text = fieldText(field.name);
+        if (text.trimmed().isEmpty() || dateFromText(text).isValid())
+            continue;
+        dialogs().message(this, QStringLiteral("日期输入有误，请重新核对！"), QStringLiteral("系统提示"),
+                          MessageIcon::Critical);
+        focusField(field.name);
+        return true;
+    }
+    return false;
+}
+
+bool RecordForm::missesRequiredField()
+{
+    for (const RequiredField &field : std::as_const(m_spec.required)) {
+        if (!fieldText(field.name).isEmpty())
+            continue;
+        if (!field.message.isEmpty()) {
+            dialogs().message(this, field.message, m_spec.requiredTitle, MessageIcon::Exclamation);
+            focusFirstField();
+        }
+        return true;
+    }
+    return false;
+}
+
+void RecordForm::fillBlanks()
+{
+    for (const QString &name : std::as_const(m_spec.blankWhenEmpty))
+        if (fieldText(name).isEmpty())
+            setFieldText(name, QStringLiteral("  "));
+}
+
+void RecordForm::save()
+{
+    const bool isDocument = m_spec.body.statement != nullptr;
+    if (hasBadDate())
+        return;
+    hidePicker();
+    if (isDocument)
+        m_bodyGrid->setEditing(false);
+    if (missesRequiredField())
+        return;
+    fillBlanks();
+    run(m_spec.failures.ok, {[this] { lockFields(true); }, [this] { focusFirstField(); }, [this] { setBusy(false); },
+                             [this, isDocument] {
+                                 inOneTransaction([this, isDocument] {
+                                     records().UpdateBatch();
+                                     if (isDocument)
+                                         body().UpdateBatch();
+                                 });
+                             },
+                             [this, isDocument] { // a step away and back shows what is stored
+                                 if (isDocument && records().EOF_()) {
+                                     records().MoveNext();
+                                     records().MovePrevious();
+                                 } else if (!records().BOF()) {
+                                     records().MovePrevious();
+                                     records().MoveNext();
+                                 }
+                             }});
+}
+
+void RecordForm::cancel()
+{
+    hidePicker();
+    run(m_spec.failures.deleteAndCancel,
+        {[this] { lockFields(true); }, [this] { focusFirstField(); }, [this] { setBusy(false); },
+         [this] { records().CancelUpdate(); }, [this] { records().MoveFirst(); }, [this] { refreshBody(); }});
+    showRecord();
+}
+
+void RecordForm::deleteRecord()
+{
+    if (!dialogs().ask(this, QStringLiteral("是否真的删除当前记录 ？"), QStringLiteral("系统提示")))
+        return;
+    const bool isDocument = m_spec.body.statement != nullptr;
+    run(m_spec.failures.deleteAndCancel,
+        {[this, isDocument] {
+             inOneTransaction([this, isDocument] {
+                 if (isDocument) {
+                     const auto connection = Connection::shared(m_primary.ConnectionString);
+                     connection->Execute(m_spec.body.deletion,
+                                         {{m_spec.body.key, fieldText(m_spec.fields.first().name).trimmed()}});
+                     body().UpdateBatch();
+                 }
+                 if (records().RecordCount() > 0)
+                     records().Delete();
+             });
+         },
+         [this, isDocument] {
+             if (!records().EOF_() || !isDocument) {
+                 records().MoveNext();
+                 if (records().EOF_())
+                     records().MoveFirst();
+                 return;
+             }
+             m_primary.Refresh();
+             if (records().RecordCount() > 0)
+                 records().MoveLast();
+         },
+         [this] { refreshBody(); }});
+    showRecord();
+}
+
+// ---- keys, dates, closing ----
+
+bool RecordForm::keyInField(QWidget *field, int key)
+{
+    const QString name = field->objectName();
+    const auto *text = qobject_cast<QPlainTextEdit *>(field);
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        focusNextChild();
+        return true;
+    }
+    // A long text keeps the arrows until its first or last line.
+    if (text && !text->textCursor().atStart() && key == Qt::Key_Up)
+        return false;
+    if (text && !text->textCursor().atEnd() && key == Qt::Key_Down)
+        return false;
+    if (qobject_cast<QComboBox *>(field))
+        return false;
+    const QString array = arrayOf(name);
+    int elements = 0;
+    for (const QString &other : m_fields.keys())
+        elements += arrayOf(other) == array ? 1 : 0;
+    const int target = (indexOf(name) + (key == Qt::Key_Down ? 1 : elements - 1)) % elements;
+    focusField(QStringLiteral("%1(%2)").arg(array).arg(target));
+    return true;
+}
+
+void RecordForm::leftDateField(QWidget *field)
+{
+    const QString text = fieldText(field->objectName());
+    if (!isBusy() || text.trimmed().isEmpty() || field->hasFocus() || m_buttons["Cmdcancel"]->hasFocus())
+        return;
+    if (const QDate date = dateFromText(text); date.isValid()) {
+        if (dateText(date) != text)
+            setFieldText(field->objectName(), dateText(date));
+        return;
+    }
+    dialogs().message(this, QStringLiteral("日期输入有误，请重新核对！"), QStringLiteral("系统提示"),
+                      MessageIcon::Critical);
+    focusField(field->objectName());
+}
+
+bool RecordForm::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *widget = qobject_cast<QWidget *>(watched);
+    QWidget *field = m_fields.value(watched->objectName());
+    if (!field && widget && widget->parentWidget())
+        field = m_fields.value(widget->parentWidget()->objectName()); // the line of a combo box
+    if (event->type() == QEvent::InputMethod)
+        m_composing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
+    if (m_pickerGrid && watched == m_pickerGrid && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+        hidePicker();
+        m_bodyGrid->setFocus();
+        return true;
+    }
+    if (field && event->type() == QEvent::KeyPress && !m_composing) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool plain = key->modifiers() == Qt::NoModifier || key->modifiers() == Qt::KeypadModifier;
+        const bool ours = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter || key->key() == Qt::Key_Up ||
+                          key->key() == Qt::Key_Down;
+        if (plain && ours && keyInField(field, key->key()))
+            return true;
+    }
+    if (field && event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        const bool left = reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;
+        const QString name = field->objectName();
+        if (auto *combo = qobject_cast<QComboBox *>(field); combo && left && isBusy()) {
+            // A code typed in full counts as chosen, as from the list.
+            const QString text = combo->currentText();
+            const int item = combo->findText(text, Qt::MatchFixedString);
+            if (item >= 0 && m_chosen.value(name) != text) {
+                combo->setCurrentIndex(item);
+                m_chosen[name] = combo->currentText();
+                comboChosen(name);
+            }
+        } else if (left && field->property("isDate").toBool()) {
+            // After the focus has moved on; a message from inside the event would take the new focus with it.
+            QMetaObject::invokeMethod(
+                this, [this, field] { leftDateField(field); }, Qt::QueuedConnection);
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void RecordForm::closeEvent(QCloseEvent *event)
+{
+    if (isBusy()) {
+        QApplication::beep();
+        event->ignore();
+    } else {
+        event->accept();
+    }
+}
+
+} // namespace tradewick

@@ -1,0 +1,186 @@
+// The record form engine: what every entry form is. A form declares its statement, fields, lists and differences; the
+// states, buttons, navigation, keys, close rules and failure behaviours are told here once.
+#pragma once
+
+#include "common/grid.h"
+#include "data/data_control.h"
+
+#include <QDate>
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <initializer_list>
+
+class QAbstractButton;
+class QBoxLayout;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTabWidget;
+
+namespace tradewick
+{
+
+// What a handler does with an error of the database.
+enum class Failure {
+    None,   // unhandled: the process stops
+    Report, // a message with the error's text; the handler ends
+    Skip,   // the failing step is passed over, the handler goes on
+};
+
+struct FailureGroup {
+    Failure next = Failure::Report, previous = Failure::Report, ends = Failure::None, add = Failure::Report,
+            edit = Failure::Report, deleteAndCancel = Failure::Skip, ok = Failure::Report;
+};
+
+enum class FieldKind { Text, Password, LongText, Date, Combo, Check };
+
+struct FieldSpec {
+    QString name; // of the control: "Text1(0)"
+    QString column;
+    QString caption; // as given, colon included
+    FieldKind kind = FieldKind::Text;
+    int page = 0;               // of RecordFormSpec::pages
+    int span = 1;               // label-and-field pairs it takes in its row
+    const char *list = nullptr; // Combo: statement whose first column fills it
+    QString group{};            // caption of the frame around fields that stand together; empty: no frame
+};
+
+struct RequiredField {
+    QString name, message; // an empty message stops the save without a word
+};
+
+struct BodySpec {
+    const char *statement = nullptr; // with {key}, the text of the head's first field
+    const char *deletion = nullptr;  // removes all lines of a head, with {key}
+    QString key;                     // the lines' column that holds the head's key
+    QVector<GridColumn> columns;     // of TDBGrid1
+    QStringList enterColumns;        // that Enter goes through
+    QVector<GridColumn> picker;      // of TDBGrid2
+};
+
+struct ButtonSpec {
+    QString name, caption, shortcut;
+};
+
+struct RecordFormSpec {
+    QString name;    // of the form
+    QString caption; // of its window
+    const char *statement = nullptr;
+    QString control = QStringLiteral("Adoprimaryrs");
+    QVector<FieldSpec> fields;
+    QStringList pages;        // captions of the tabs; none: no tabs
+    int pairsInRow = 1;       // label-and-field pairs side by side
+    QVector<GridColumn> list; // of TDBGrid3
+    QString numberedAs;       // form name in the table of numbers; empty: the user types the key
+    QVector<RequiredField> required;
+    QString requiredTitle = QStringLiteral("提示");
+    QStringList blankWhenEmpty; // fields stored as two blanks when nothing is in them: later tests for empty fail
+    QStringList notes;          // texts below the fields
+    QStringList captions{"前端", "向前", "向后", "后端", "新增", "删除", "编辑", "确认", "取消", "返回"};
+    bool navigationWhileBusy = false;
+    FailureGroup failures;
+    BodySpec body;
+    QVector<ButtonSpec> printButtons;
+    QString dateFilterCaption;                 // label of the date picker over the list; empty: there is none
+    const char *dateFilterStatement = nullptr; // with {date}
+};
+
+class RecordForm : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit RecordForm(const RecordFormSpec &spec, QWidget *mainWindow = nullptr);
+    ~RecordForm() override;
+
+    // Add or Edit is under way: Cmdcancel is enabled.
+    bool isBusy() const;
+    Recordset &records() { return m_primary.Recordset(); }
+
+protected:
+    // What a form adds to the steps of the engine.
+    virtual void afterAdd() {}                                 // the new row stands, its number is written
+    virtual void comboChosen(const QString & /*name*/) {}      // an item was chosen in a combo box
+    virtual void bodyRowStarted() {}                           // a line was added and wants its head's values
+    virtual void bodyCellEdited(const QString & /*column*/) {} // of the current line
+    virtual void bodyTyped(const QString & /*column*/, const QString & /*text*/) {}
+    virtual void picked() {} // a row of the picker was chosen
+    virtual void print(const QString & /*button*/) {}
+    virtual void deleteRecord();
+
+    // Runs steps as the failure behaviour says: Report stops at the first that fails, with its text; Skip passes over
+    // it; None lets the error out.
+    void run(Failure failure, std::initializer_list<std::function<void()>> steps);
+
+    QString fieldText(const QString &name) const;
+    void setFieldText(const QString &name, const QString &text); // writes the record as typing does
+    void focusField(const QString &name);
+    void fillCombo(const QString &name, const char *statement);
+    Recordset &body() { return m_body.Recordset(); }
+    Recordset &picker() { return m_pickerRows.Recordset(); }
+    void refreshBody();
+    // Shows the picker's rows for a statement; over the lines below the cell that is typed into.
+    void openPicker(const char *statement, const Values &values);
+    void showPicker();
+    void hidePicker();
+    Grid *bodyGrid() const { return m_bodyGrid; }
+    const RecordFormSpec &spec() const { return m_spec; }
+    // A step of several statements or batches: all of it is stored or nothing.
+    void inOneTransaction(const std::function<void()> &work);
+
+    void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit
+    void lockFields(bool locked);
+    void focusFirstField();
+    void refresh() { m_primary.Refresh(); }
+    void showRecord();
+
+private:
+    void build();
+    QWidget *buildField(const FieldSpec &field);
+    QWidget *buildPage(int page);
+    QWidget *buildButtons();
+    void buildBody(QBoxLayout *layout);
+    QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &action);
+    void bindField(const FieldSpec &field, QWidget *widget);
+    void load();
+    void showField(const FieldSpec &field);
+    void fieldTyped(const FieldSpec &field, const QVariant &value);
+    void keyChanged(bool typedOver);
+    void startBodyRow();
+    void deleteBodyRow();
+    bool keyInField(QWidget *field, int key);
+    void leftDateField(QWidget *field);
+    bool hasBadDate();
+    bool missesRequiredField();
+    void fillBlanks();
+
+    void first();
+    void last();
+    void next();
+    void previous();
+    void add();
+    void edit();
+    void save();
+    void cancel();
+
+    RecordFormSpec m_spec;
+    DataControl m_primary, m_body, m_pickerRows;
+    QHash<QString, QWidget *> m_fields;
+    QHash<QString, QString> m_chosen; // what each combo held when it was entered
+    QHash<QString, QPushButton *> m_buttons;
+    Grid *m_list = nullptr, *m_bodyGrid = nullptr, *m_pickerGrid = nullptr;
+    QTabWidget *m_tabs = nullptr;
+    QLabel *m_state = nullptr;
+    QString m_bodyKey; // whose lines the body shows
+    bool m_busy = false;
+    bool m_showing = false;   // fields are being filled from the record
+    bool m_composing = false; // an input method holds text that is not committed yet
+};
+
+} // namespace tradewick

@@ -1,0 +1,320 @@
+// How a record form is laid out from its declaration; what it does stands in record_form.cpp.
+#include "common/combo_field.h"
+#include "common/record_form.h"
+
+#include <QCheckBox>
+#include <QDateEdit>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStyle>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace tradewick
+{
+
+namespace
+{
+
+constexpr int linesOfLongText = 3;
+constexpr int checksInRow = 4;
+
+QString withoutColon(QString caption)
+{
+    while (caption.endsWith(u':') || caption.endsWith(u'：') || caption.endsWith(u' '))
+        caption.chop(1);
+    return caption.startsWith(u'*') ? caption.mid(1) : caption;
+}
+
+} // namespace
+
+void RecordForm::build()
+{
+    auto *outer = new QVBoxLayout(this);
+    auto *splitter = new QSplitter(Qt::Horizontal, this);
+    auto *left = new QWidget(splitter);
+    auto *leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    if (m_spec.dateFilterStatement) {
+        auto *row = new QHBoxLayout;
+        auto *label = new QLabel(m_spec.dateFilterCaption, left);
+        auto *picker = new QDateEdit(QDate::currentDate(), left);
+        picker->setObjectName("DTPicker3");
+        picker->setAccessibleName(m_spec.dateFilterCaption);
+        picker->setDisplayFormat("yyyy-MM-dd");
+        picker->setCalendarPopup(true);
+        label->setBuddy(picker);
+        auto *all = new QPushButton(QStringLiteral("全部"), left);
+        all->setObjectName("Cmd_all");
+        all->setAccessibleName(QStringLiteral("显示全部记录"));
+        row->addWidget(label);
+        row->addWidget(picker, 1);
+        row->addWidget(all);
+        leftLayout->addLayout(row);
+        const auto list = [this](const char *statement, const Values &values) {
+            m_primary.setRecordSource(statement, values);
+            run(Failure::Report, {[this] { m_primary.Refresh(); }});
+        };
+        connect(picker, &QDateEdit::dateChanged, this, [this, list](QDate date) {
+            list(m_spec.dateFilterStatement, {{"date", date.toString(Qt::ISODate)}});
+        });
+        connect(all, &QPushButton::clicked, this, [this, list] { list(m_spec.statement, {}); });
+        m_buttons["Cmd_all"] = all;
+    }
+    m_list = new Grid("TDBGrid3", QStringLiteral("记录列表"), left);
+    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->showRecords(records(), m_spec.list);
+    leftLayout->addWidget(m_list);
+
+    auto *scroll = new QScrollArea(splitter);
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    m_state = new QLabel(content);
+    m_state->setObjectName("state");
+    layout->addWidget(m_state, 0, Qt::AlignRight);
+    if (m_spec.pages.isEmpty()) {
+        layout->addWidget(buildPage(0));
+    } else {
+        m_tabs = new QTabWidget(content);
+        m_tabs->setObjectName("SSTab1");
+        m_tabs->setAccessibleName(m_spec.caption);
+        for (int page = 0; page < m_spec.pages.size(); ++page) {
+            m_tabs->addTab(buildPage(page), m_spec.pages[page]);
+            m_tabs->setTabToolTip(page, QStringLiteral("Alt+%1").arg(page + 1));
+            auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(page + 1)), this);
+            connect(shortcut, &QShortcut::activated, this, [this, page] { m_tabs->setCurrentIndex(page); });
+        }
+        layout->addWidget(m_tabs);
+    }
+    for (const QString &note : std::as_const(m_spec.notes)) {
+        auto *label = new QLabel(note, content);
+        label->setProperty("note", true);
+        label->setWordWrap(true);
+        layout->addWidget(label);
+    }
+    if (m_spec.body.statement)
+        buildBody(layout);
+    else
+        layout->addStretch(1);
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 3);
+    splitter->setChildrenCollapsible(false);
+    outer->addWidget(splitter, 1);
+    outer->addWidget(buildButtons());
+}
+
+// Fields in rows of label-and-field pairs; fields of a group in a frame of their own below.
+QWidget *RecordForm::buildPage(int page)
+{
+    auto *widget = new QWidget(this);
+    auto *column = new QVBoxLayout(widget);
+    column->setContentsMargins(0, 0, 0, 0);
+    QGridLayout *grid = nullptr;
+    QString group;
+    int row = 0, pair = 0, pairs = 0;
+    for (const FieldSpec &field : std::as_const(m_spec.fields)) {
+        if (field.page != page)
+            continue;
+        if (!grid || field.group != group) {
+            group = field.group;
+            auto *frame = group.isEmpty() ? new QWidget(widget) : new QGroupBox(group, widget);
+            column->addWidget(frame);
+            grid = new QGridLayout(frame);
+            row = pair = 0;
+            pairs = group.isEmpty() ? m_spec.pairsInRow : checksInRow;
+            for (int i = 0; i < pairs; ++i)
+                grid->setColumnStretch(i * 2 + 1, 1);
+        }
+        if (pair + field.span > pairs) {
+            ++row;
+            pair = 0;
+        }
+        QWidget *control = buildField(field);
+        if (field.kind == FieldKind::Check || field.caption.isEmpty()) {
+            grid->addWidget(control, row, pair * 2, 1, field.span * 2);
+        } else {
+            auto *label = new QLabel(field.caption, widget);
+            label->setBuddy(control);
+            grid->addWidget(label, row, pair * 2, Qt::AlignRight | Qt::AlignVCenter);
+            grid->addWidget(control, row, pair * 2 + 1, 1, field.span * 2 - 1);
+        }
+        pair += field.span;
+    }
+    column->addStretch(1);
+    return widget;
+}
+
+QWidget *RecordForm::buildField(const FieldSpec &field)
+{
+    QWidget *widget = nullptr;
+    switch (field.kind) {
+    case FieldKind::Combo:
+        widget = new ComboField(this);
+        break;
+    case FieldKind::Check:
+        widget = new QCheckBox(field.caption, this);
+        break;
+    case FieldKind::LongText: {
+        auto *text = new QPlainTextEdit(this);
+        text->setTabChangesFocus(true);
+        text->setToolTip(QStringLiteral("Shift+Enter 换行"));
+        text->setMinimumHeight(text->fontMetrics().lineSpacing() * linesOfLongText + 12);
+        widget = text;
+        break;
+    }
+    default:
+        widget = new QLineEdit(this);
+    }
+    widget->setObjectName(field.name);
+    const QString name = withoutColon(field.caption);
+    widget->setAccessibleName(name.isEmpty() && !m_spec.pages.isEmpty() ? m_spec.pages[field.page] : name);
+    widget->setProperty("isDate", field.kind == FieldKind::Date);
+    widget->installEventFilter(this);
+    m_fields.insert(field.name, widget);
+    bindField(field, widget);
+    return widget;
+}
+
+void RecordForm::bindField(const FieldSpec &field, QWidget *widget)
+{
+    if (auto *line = qobject_cast<QLineEdit *>(widget)) {
+        connect(line, &QLineEdit::textChanged, this, [this, field](const QString &text) { fieldTyped(field, text); });
+    } else if (auto *edit = qobject_cast<QPlainTextEdit *>(widget)) {
+        connect(edit, &QPlainTextEdit::textChanged, this,
+                [this, field, edit] { fieldTyped(field, edit->toPlainText()); });
+    } else if (auto *check = qobject_cast<QCheckBox *>(widget)) {
+        connect(check, &QCheckBox::toggled, this, [this, field](bool on) { fieldTyped(field, on); });
+    } else if (auto *combo = qobject_cast<QComboBox *>(widget)) {
+        combo->lineEdit()->installEventFilter(this);
+        combo->lineEdit()->setAccessibleName(combo->accessibleName());
+        connect(combo, &QComboBox::editTextChanged, this,
+                [this, field](const QString &text) { fieldTyped(field, text); });
+        connect(combo, &QComboBox::activated, this, [this, field, combo] {
+            if (!isBusy())
+                return;
+            m_chosen[field.name] = combo->currentText();
+            comboChosen(field.name);
+        });
+    }
+}
+
+void RecordForm::buildBody(QBoxLayout *layout)
+{
+    m_bodyGrid = new Grid("TDBGrid1", QStringLiteral("商品明细"), this);
+    m_bodyGrid->showRecords(body(), m_spec.body.columns);
+    m_bodyGrid->setEnterColumns(m_spec.body.enterColumns);
+    m_bodyGrid->setMinimumHeight(m_bodyGrid->verticalHeader()->defaultSectionSize() * 6);
+    layout->addWidget(m_bodyGrid, 1);
+    connect(m_bodyGrid, &Grid::cellEdited, this,
+            [this](int, const QString &column) { run(Failure::Report, {[this, column] { bodyCellEdited(column); }}); });
+    connect(m_bodyGrid, &Grid::typed, this, &RecordForm::bodyTyped);
+    connect(m_bodyGrid, &Grid::deletePressed, this, &RecordForm::deleteBodyRow);
+
+    m_pickerGrid = new Grid("TDBGrid2", QStringLiteral("商品选择"), this);
+    m_pickerGrid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_pickerGrid->showRecords(picker(), m_spec.body.picker);
+    m_pickerGrid->setFixedHeight(m_pickerGrid->verticalHeader()->defaultSectionSize() * 7);
+    m_pickerGrid->installEventFilter(this);
+    m_pickerGrid->hide();
+    layout->addWidget(m_pickerGrid);
+    connect(m_bodyGrid, &Grid::downInEditor, this, [this] {
+        if (!m_pickerGrid->isVisible() || picker().RecordCount() == 0)
+            return;
+        m_bodyGrid->commitEditor();
+        m_pickerGrid->show();
+        m_pickerGrid->setFocus();
+    });
+    connect(m_pickerGrid, &Grid::rowActivated, this, [this] {
+        if (!isBusy())
+            return;
+        run(Failure::Report,
+            {[this] {
+                 if (m_bodyGrid->currentIndex().row() >= body().RecordCount() || body().RecordCount() == 0)
+                     startBodyRow();
+                 picked();
+             },
+             [this] {
+                 hidePicker();
+                 m_bodyGrid->setFocus();
+                 m_bodyGrid->editCell(body().absolutePosition(), m_spec.body.enterColumns.value(1));
+             }});
+    });
+}
+
+QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &action)
+{
+    auto *push = new QPushButton(button.caption, this);
+    push->setObjectName(button.name);
+    push->setAccessibleName(button.caption);
+    push->setShortcut(QKeySequence(button.shortcut));
+    push->setToolTip(button.shortcut);
+    push->setAutoDefault(false);
+    connect(push, &QPushButton::clicked, this, action);
+    layout->addWidget(push);
+    m_buttons.insert(button.name, push);
+    return push;
+}
+
+QWidget *RecordForm::buildButtons()
+{
+    auto *bar = new QWidget(this);
+    auto *layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    const QStringList &captions = m_spec.captions;
+    addButton(layout, {"cmdqd", captions[0], "Ctrl+Home"}, [this] { first(); });
+    addButton(layout, {"cmdxq", captions[1], "Ctrl+PgUp"}, [this] { previous(); });
+    addButton(layout, {"cmdnext", captions[2], "Ctrl+PgDown"}, [this] { next(); });
+    addButton(layout, {"cmdmd", captions[3], "Ctrl+End"}, [this] { last(); });
+    layout->addStretch(1);
+    addButton(layout, {"Cmdadd", captions[4], "Ctrl+N"}, [this] { add(); });
+    addButton(layout, {"Cmddelete", captions[5], "Ctrl+Del"}, [this] { deleteRecord(); });
+    addButton(layout, {"Cmdedit", captions[6], "Ctrl+E"}, [this] { edit(); });
+    addButton(layout, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
+    addButton(layout, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
+    layout->addStretch(1);
+    for (const ButtonSpec &button : std::as_const(m_spec.printButtons))
+        addButton(layout, button, [this, name = button.name] { print(name); });
+    addButton(layout, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { close(); });
+    return bar;
+}
+
+void RecordForm::setBusy(bool busy, bool adding)
+{
+    m_busy = busy;
+    for (const char *name : {"CmdOK", "Cmdcancel"})
+        m_buttons[name]->setEnabled(busy);
+    for (const char *name : {"Cmdadd", "Cmdedit", "Cmddelete", "Cmdreturn"})
+        m_buttons[name]->setEnabled(!busy);
+    for (const char *name : {"cmdqd", "cmdxq", "cmdnext", "cmdmd"})
+        m_buttons[name]->setEnabled(!busy || m_spec.navigationWhileBusy);
+    for (const ButtonSpec &button : std::as_const(m_spec.printButtons))
+        m_buttons[button.name]->setEnabled(!busy);
+    m_list->setEnabled(!busy);
+    if (m_spec.dateFilterStatement) {
+        m_buttons["Cmd_all"]->setEnabled(!busy);
+        findChild<QWidget *>("DTPicker3")->setEnabled(!busy);
+    }
+    if (m_bodyGrid) {
+        if (busy)
+            m_bodyGrid->setEditing(true, [this] { startBodyRow(); });
+        else
+            m_bodyGrid->setEditing(false);
+    }
+    m_state->setText(!busy ? QStringLiteral("浏览") : adding ? QStringLiteral("新增") : QStringLiteral("编辑"));
+    m_state->setProperty("busy", busy);
+    m_state->style()->unpolish(m_state);
+    m_state->style()->polish(m_state);
+}
+
+} // namespace tradewick

@@ -1,0 +1,223 @@
+#include "data/data_control.h"
+#include "support/test_database.h"
+
+#include <gtest/gtest.h>
+
+namespace tradewick
+{
+
+using test::TestDatabase;
+
+namespace
+{
+
+class Records : public testing::Test
+{
+protected:
+    TestDatabase database;
+    Recordset set;
+
+    void SetUp() override
+    {
+        for (const char *key : {"P0001", "P0002", "P0003"})
+            database.connection().Execute("insert into sys_gksz(gkbh,gkmc) values('{k}','port')", {{"k", key}});
+        open();
+    }
+
+    void open() { set.Open("select * FROM sys_gksz", {}, Connection::shared(database.connectionString())); }
+    QString key() { return set.Fields("GKBH").text(); }
+};
+
+} // namespace
+
+TEST_F(Records, MoveAsAStaticCursorDoes)
+{
+    EXPECT_EQ(set.RecordCount(), 3);
+    EXPECT_EQ(key(), "P0001");
+    set.MovePrevious();
+    EXPECT_TRUE(set.BOF());
+    EXPECT_THROW(key(), DataError);
+    set.MovePrevious();
+    set.MoveNext();
+    EXPECT_EQ(key(), "P0001");
+    set.MoveLast();
+    set.MoveNext();
+    EXPECT_TRUE(set.EOF_());
+    set.MovePrevious();
+    EXPECT_EQ(key(), "P0003");
+    EXPECT_THROW(set.Fields("nothing"), DataError);
+    Recordset empty;
+    empty.Open("select * from sys_jldw", {}, set.connection());
+    EXPECT_TRUE(empty.BOF());
+    EXPECT_TRUE(empty.EOF_());
+    EXPECT_THROW(empty.MoveFirst(), DataError);
+}
+
+TEST_F(Records, RowsWaitUntilUpdateBatch)
+{
+    set.AddNew();
+    EXPECT_EQ(set.RecordCount(), 4);
+    set.Fields("gkbh").setValue("P0004");
+    set.MoveFirst();
+    set.Fields("gkmc").setValue("改名");
+    EXPECT_EQ(database.count("sys_gksz"), 3);
+    EXPECT_TRUE(set.hasPendingChanges());
+    set.UpdateBatch();
+    EXPECT_FALSE(set.hasPendingChanges());
+    EXPECT_EQ(database.value("select gkmc from sys_gksz where gkbh='P0001'"), "改名");
+    EXPECT_EQ(database.count("sys_gksz"), 4);
+    set.MoveLast();
+    set.Fields("beizhu").setValue("again");
+    set.UpdateBatch();
+    EXPECT_EQ(database.value("select beizhu from sys_gksz where gkbh='P0004'"), "again");
+    EXPECT_TRUE(database.value("select gkxz from sys_gksz where gkbh='P0004'").isNull());
+}
+
+TEST_F(Records, CancelUpdateDropsTheWaitingRow)
+{
+    set.AddNew();
+    set.Fields("gkbh").setValue("P0009");
+    set.CancelUpdate();
+    EXPECT_EQ(set.RecordCount(), 3);
+    set.MoveFirst();
+    set.Fields("gkmc").setValue("x");
+    set.CancelUpdate();
+    EXPECT_EQ(set.Fields("gkmc").text(), "port");
+    set.UpdateBatch();
+    EXPECT_EQ(database.count("sys_gksz"), 3);
+}
+
+TEST_F(Records, DeleteLetsTheNextRowTakeThePlace)
+{
+    set.MoveNext();
+    set.Delete();
+    EXPECT_EQ(database.count("sys_gksz"), 2);
+    EXPECT_EQ(key(), "P0003");
+    set.MoveNext();
+    EXPECT_EQ(key(), "P0003");
+    set.Delete();
+    EXPECT_TRUE(set.EOF_());
+    set.MovePrevious();
+    EXPECT_EQ(key(), "P0001");
+    set.AddNew();
+    set.Delete();
+    EXPECT_EQ(set.RecordCount(), 1);
+    EXPECT_EQ(database.count("sys_gksz"), 1);
+}
+
+TEST_F(Records, ABatchIsWholeOrAbsent)
+{
+    set.Fields("gkmc").setValue("changed");
+    set.AddNew();
+    set.Fields("gkbh").setValue("p0002 "); // a twin by the rules of comparison
+    EXPECT_THROW(set.UpdateBatch(), DataError);
+    EXPECT_EQ(database.value("select gkmc from sys_gksz where gkbh='P0001'"), "port");
+    EXPECT_TRUE(set.hasPendingChanges());
+    EXPECT_EQ(key(), "p0002 ");
+    set.Fields("gkbh").setValue("P0005");
+    set.UpdateBatch();
+    EXPECT_EQ(database.value("select gkmc from sys_gksz where gkbh='P0001'"), "changed");
+    EXPECT_EQ(database.count("sys_gksz"), 4);
+}
+
+TEST_F(Records, SeveralBatchesAreOneTransaction)
+{
+    Recordset units;
+    units.Open("select * FROM SYS_JLDW", {}, set.connection());
+    units.AddNew();
+    units.Fields("jlbh").setValue("J0001");
+    set.Fields("gkbh").setValue("P0002");
+    const auto both = [&] {
+        set.connection()->transaction([&] {
+            units.UpdateBatch();
+            set.UpdateBatch();
+        });
+    };
+    EXPECT_THROW(both(), DataError);
+    EXPECT_EQ(database.count("sys_jldw"), 0);
+    EXPECT_TRUE(units.hasPendingChanges());
+    set.Fields("gkbh").setValue("P0007");
+    both();
+    EXPECT_EQ(database.count("sys_jldw"), 1);
+    EXPECT_FALSE(units.hasPendingChanges());
+}
+
+TEST_F(Records, WhatAnotherDesktopChangedIsNotOverwritten)
+{
+    EXPECT_EQ(key(), "P0001");
+    set.Fields("beizhu").setValue("mine");
+    database.elsewhere("update sys_gksz set gkxz='theirs' where gkbh='P0001'");
+    EXPECT_THROW(set.UpdateBatch(), DataError);
+    EXPECT_EQ(set.Fields("beizhu").text(), "mine");
+    EXPECT_TRUE(database.value("select beizhu from sys_gksz where gkbh='P0001'").isNull());
+    set.CancelUpdate();
+    open();
+    set.MoveLast();
+    EXPECT_EQ(key(), "P0003");
+    database.elsewhere("delete from sys_gksz where gkbh='P0003'");
+    set.Fields("beizhu").setValue("mine");
+    EXPECT_THROW(set.UpdateBatch(), DataError);
+    EXPECT_EQ(database.count("sys_gksz"), 2);
+}
+
+TEST_F(Records, FindSearchesForwardByTheRulesOfComparison)
+{
+    set.MoveNext();
+    set.Find("gkbh", "p0003 ");
+    EXPECT_EQ(key(), "P0003");
+    set.Find("gkbh", "P0001");
+    EXPECT_TRUE(set.EOF_());
+    set.MoveFirst();
+    set.Find("gkbh", "' or '1'='1");
+    EXPECT_TRUE(set.EOF_());
+}
+
+TEST_F(Records, ShowValuesInTheirOneForm)
+{
+    Connection &connection = database.connection();
+    connection.Execute("insert into yy_gw_wxht_h(htbh,djrq,hl) values('X1','2026-03-05',0.1)");
+    connection.Execute("insert into qb_pass(name,t1,t2) values('u','{on}','{off}')", {{"on", "True"}, {"off", false}});
+    Recordset heads, users;
+    heads.Open("select* FROM YY_gw_wxHT_H with(nolock)", {}, set.connection());
+    users.Open("select * FROM qb_pass order by name asc", {}, set.connection());
+    EXPECT_EQ(heads.Fields("djrq").text(), "2026-03-05");
+    EXPECT_EQ(heads.Fields("hl").text(), "0.1");
+    EXPECT_EQ(heads.Fields("gb").text(), "");
+    EXPECT_TRUE(heads.Fields("gb").value().isNull());
+    EXPECT_EQ(users.Fields("t1").text(), "True");
+    EXPECT_EQ(users.Fields("t2").text(), "False");
+    EXPECT_EQ(users.Fields("t3").text(), "");
+    heads.Fields("djrq").setValue("11-24-2026");
+    heads.Fields("hl").setValue("");
+    heads.UpdateBatch();
+    EXPECT_EQ(database.value("select djrq from yy_gw_wxht_h"), "2026-11-24");
+    EXPECT_TRUE(database.value("select hl from yy_gw_wxht_h").isNull());
+    heads.Fields("djrq").setValue("soon");
+    EXPECT_THROW(heads.UpdateBatch(), DataError);
+}
+
+TEST_F(Records, ManyRowsAreReadAsTheyAreLookedAt)
+{
+    set.connection()->transaction([&] {
+        for (int i = 0; i < 5000; ++i)
+            set.connection()->Execute("insert into sys_jldw(jlbh,jldw) values('{k}','{n}')",
+                                      {{"k", QString("J%1").arg(i, 5, 10, QChar('0'))}, {"n", i}});
+    });
+    DataControl control;
+    control.ConnectionString = database.connectionString();
+    control.setRecordSource("select * FROM SYS_JLDW order by jlbh");
+    control.Refresh();
+    Recordset &units = control.Recordset();
+    EXPECT_EQ(units.RecordCount(), 5000);
+    database.elsewhere("delete from sys_jldw where jlbh='J04990'");
+    for (int row : {4999, 0, 2500, 63, 64, 4990}) {
+        units.setAbsolutePosition(row);
+        EXPECT_EQ(units.Fields("jldw").text(), row == 4990 ? QString() : QString::number(row)) << row;
+    }
+    control.setRecordSource("select jldw FROM SYS_JLDW where jlbh='{k}'", {{"k", "J00007"}});
+    control.Refresh();
+    EXPECT_EQ(units.Fields("jldw").text(), "7");
+    EXPECT_THROW(units.AddNew(), DataError);
+}
+
+} // namespace tradewick
