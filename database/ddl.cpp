@@ -19,7 +19,7 @@ QString sqliteType(const ColumnDescription &column)
     case ColumnKind::Number:
         return QStringLiteral("REAL CHECK (typeof(%1) NOT IN ('text', 'blob'))").arg(column.name);
     case ColumnKind::Date:
-        return QStringLiteral("DATE CHECK (date(%1) IS substr(%1, 1, 10))").arg(column.name);
+        return QStringLiteral("DATE CHECK (date(%1, '+0 days') IS substr(%1, 1, 10))").arg(column.name);
     case ColumnKind::Flag:
         return QStringLiteral("BOOLEAN CHECK (%1 IN (0, 1))").arg(column.name);
     default:
