@@ -43,9 +43,18 @@ int compareBeyondAscii(const char *a, int lengthA, const char *b, int lengthB)
     }();
     const QString textA = QString::fromUtf8(a, lengthA).toCaseFolded();
     const QString textB = QString::fromUtf8(b, lengthB).toCaseFolded();
-    if (textA == textB)
-        return 0;
-    const int order = collator.compare(textA, textB);
+    qsizetype at = 0;
+    while (at < textA.size() && at < textB.size() && textA[at] == textB[at])
+        ++at;
+    if (at == textA.size() || at == textB.size())
+        return static_cast<int>(textA.size() - textB.size());
+    // The locale's own order has Chinese before Latin, the server's has it behind.
+    const bool asciiA = textA[at].unicode() < 128, asciiB = textB[at].unicode() < 128;
+    if (asciiA != asciiB)
+        return asciiA ? -1 : 1;
+    if (at > 0 && textA[at].isLowSurrogate())
+        --at;
+    const int order = collator.compare(textA.mid(at), textB.mid(at));
     return order != 0 ? order : textA.compare(textB);
 }
 
