@@ -330,7 +330,9 @@ TEST(Script, IsWholeForEachEngine)
          ";\n",
          {"djrq DATE CHECK", "CREATE UNIQUE INDEX ix_yy_mxb_h_fpbh ON yy_mxb_h (rtrim(fpbh) COLLATE NOCASE)"}},
         {"mariadb", ";\n", {"tradewick_id BIGINT", "utf8mb4_unicode_520_ci", "ON h.htbh = b.htbh"}},
-        {"sqlserver", "\nGO\n", {"Chinese_PRC_CI_AS", "(fpbh) WHERE fpbh IS NOT NULL", "xsfp bit NULL"}},
+        {"sqlserver",
+         "\nGO\n",
+         {"Chinese_PRC_CI_AS", "SET QUOTED_IDENTIFIER ON\nGO\n", "(fpbh) WHERE fpbh IS NOT NULL", "xsfp bit NULL"}},
     };
     for (const auto &wanted : cases) {
         SCOPED_TRACE(wanted.engine);
