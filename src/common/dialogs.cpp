@@ -1,0 +1,95 @@
+#include "common/dialogs.h"
+
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace tradewick
+{
+
+namespace
+{
+
+QMessageBox::Icon iconOf(MessageIcon icon)
+{
+    switch (icon) {
+    case MessageIcon::Information:
+        return QMessageBox::Information;
+    case MessageIcon::Exclamation:
+        return QMessageBox::Warning;
+    case MessageIcon::Question:
+        return QMessageBox::Question;
+    case MessageIcon::Critical:
+        return QMessageBox::Critical;
+    case MessageIcon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+std::optional<QString> chosen(const QString &path)
+{
+    return path.isEmpty() ? std::nullopt : std::optional(path);
+}
+
+class WindowDialogs : public Dialogs
+{
+public:
+    void message(QWidget *parent, const QString &text, const QString &title, MessageIcon icon) override
+    {
+        QMessageBox box(iconOf(icon), title, text, QMessageBox::Ok, parent);
+        box.setTextFormat(Qt::PlainText);
+        box.button(QMessageBox::Ok)->setText(QStringLiteral("确定"));
+        box.exec();
+    }
+
+    bool ask(QWidget *parent, const QString &text, const QString &title) override
+    {
+        QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No, parent);
+        box.setTextFormat(Qt::PlainText);
+        box.button(QMessageBox::Yes)->setText(QStringLiteral("是(&Y)"));
+        box.button(QMessageBox::No)->setText(QStringLiteral("否(&N)"));
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::No);
+        return box.exec() == QMessageBox::Yes;
+    }
+
+    std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title) override
+    {
+        QInputDialog box(parent);
+        box.setWindowTitle(title);
+        box.setLabelText(prompt);
+        box.setOkButtonText(QStringLiteral("确定"));
+        box.setCancelButtonText(QStringLiteral("取消"));
+        return box.exec() == QDialog::Accepted ? std::optional(box.textValue()) : std::nullopt;
+    }
+
+    std::optional<QString> openFile(QWidget *parent, const QString &title, const QString &filter) override
+    {
+        return chosen(QFileDialog::getOpenFileName(parent, title, {}, filter));
+    }
+
+    std::optional<QString> saveFile(QWidget *parent, const QString &title, const QString &suggested,
+                                    const QString &filter) override
+    {
+        return chosen(QFileDialog::getSaveFileName(parent, title, suggested, filter));
+    }
+};
+
+WindowDialogs windowDialogs;
+Dialogs *current = &windowDialogs;
+
+} // namespace
+
+Dialogs &dialogs()
+{
+    return *current;
+}
+
+void setDialogs(Dialogs *dialogs)
+{
+    current = dialogs ? dialogs : &windowDialogs;
+}
+
+} // namespace tradewick
