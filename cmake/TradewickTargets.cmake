@@ -14,7 +14,9 @@ if(CCACHE)
 endif()
 
 add_library(tradewick_options INTERFACE)
-target_compile_options(tradewick_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror)
+target_compile_options(tradewick_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror
+                       # what a form does not declare is as the engine has it
+                       -Wno-missing-field-initializers)
 target_compile_definitions(tradewick_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH)
 
 # tradewick_include_root(TARGET FOLDER): headers of FOLDER are included as "folder/name.h" and only by

@@ -263,9 +263,9 @@ void Recordset::setAbsolutePosition(int row)
     if (RecordCount() == 0)
         throw DataError(3021, QStringLiteral("没有当前记录"));
     row = std::clamp(row, -1, RecordCount());
-    m_afterDelete = false;
     if (row == m_position)
         return;
+    m_afterDelete = false;
     m_position = row;
     Q_EMIT currentChanged();
 }
@@ -374,13 +374,20 @@ void Recordset::Delete()
                                                                   : m_impl->row(*m_connection, m_position));
         m_impl->changeOneRow(*m_connection, statement);
     }
-    Q_EMIT rowAboutToBeRemoved(m_position);
-    m_impl->pending.remove(key);
-    m_impl->keys.removeAt(m_position);
-    const int removed = m_position;
+    const int row = m_position;
+    removeRow(row);
+    m_position = row;
     m_afterDelete = true;
-    Q_EMIT rowRemoved(removed);
     Q_EMIT currentChanged();
+}
+
+// A view that shows the row moves its cursor, and with it the position, before the row goes; callers set it after.
+void Recordset::removeRow(int row)
+{
+    Q_EMIT rowAboutToBeRemoved(row);
+    m_impl->pending.remove(m_impl->keys[row]);
+    m_impl->keys.removeAt(row);
+    Q_EMIT rowRemoved(row);
 }
 
 void Recordset::UpdateBatch()
@@ -423,12 +430,9 @@ void Recordset::CancelUpdate()
         m_impl->pending.remove(key);
         Q_EMIT valueChanged(m_position, -1);
     } else {
-        Q_EMIT rowAboutToBeRemoved(m_position);
-        m_impl->pending.remove(key);
-        m_impl->keys.removeAt(m_position);
-        const int removed = m_position;
-        m_position = std::min(m_position, RecordCount() - 1);
-        Q_EMIT rowRemoved(removed);
+        const int row = m_position;
+        removeRow(row);
+        m_position = std::min(row, RecordCount() - 1);
     }
     Q_EMIT currentChanged();
 }

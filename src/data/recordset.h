@@ -108,6 +108,8 @@ Q_SIGNALS:
 private:
     friend class Field;
     class Impl;
+    void removeRow(int row);
+
     std::unique_ptr<Impl> m_impl;
     std::shared_ptr<Connection> m_connection;
     int m_position = -1;

@@ -1,0 +1,224 @@
+// The code form of currencies, and on it what the engine does for every code form.
+#include "masterdata/currencies.h"
+#include "support/form_driver.h"
+#include "support/scripted_dialogs.h"
+#include "support/test_database.h"
+
+#include <gtest/gtest.h>
+
+namespace tradewick
+{
+
+using namespace test;
+
+namespace
+{
+
+class Currencies : public testing::Test
+{
+protected:
+    TestDatabase database;
+    ScriptedDialogs dialogs;
+    std::unique_ptr<RecordForm> form;
+
+    void insert(const QString &key, const QString &symbol)
+    {
+        database.connection().Execute("insert into sys_bzsz(bzbh,bizh,bzcode,hl) values('{k}','{s}','x','1')",
+                                      {{"k", key}, {"s", symbol}});
+    }
+    FormDriver open()
+    {
+        form = std::make_unique<RecordForm>(Sys_bzsz);
+        return FormDriver(*form);
+    }
+};
+
+} // namespace
+
+TEST_F(Currencies, AnEmptyTableIsNavigatedInSilenceAndNumberedFromOne)
+{
+    const FormDriver drive = open();
+    for (const char *button : {"cmdqd", "cmdxq", "cmdnext", "cmdmd", "Cmdedit"})
+        drive.click(button);
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+    EXPECT_FALSE(form->isBusy());
+    drive.click("Cmdadd");
+    EXPECT_EQ(drive.text("Text(0)"), "$0001");
+    EXPECT_EQ(drive.focused(), "Text(0)");
+    drive.type("Text(1)", "USD");
+    drive.type("Text(3)", "7.1");
+    drive.click("CmdOK");
+    EXPECT_EQ(database.value("select hl from sys_bzsz where bzbh='$0001' and bizh='USD'"), 7.1);
+    EXPECT_EQ(form->windowTitle(), "币制设置 ");
+}
+
+TEST_F(Currencies, ButtonsTellTheState)
+{
+    insert("$0001", "USD");
+    const FormDriver drive = open();
+    const struct {
+        const char *button;
+        bool browse, busy;
+    } cases[] = {{"CmdOK", false, true},    {"Cmdcancel", false, true}, {"Cmdadd", true, false},
+                 {"Cmdedit", true, false},  {"Cmddelete", true, false}, {"Cmdreturn", true, false},
+                 {"cmdqd", true, true},     {"cmdnext", true, true},    {"TDBGrid3", true, false}};
+    for (const char *action : {"Cmdadd", "Cmdedit"}) {
+        for (const auto &c : cases)
+            EXPECT_EQ(drive.enabled(c.button), c.browse) << c.button;
+        EXPECT_TRUE(drive.control("Text(1)")->property("readOnly").toBool());
+        drive.click(action);
+        for (const auto &c : cases)
+            EXPECT_EQ(drive.enabled(c.button), c.busy) << action << c.button;
+        EXPECT_FALSE(drive.control("Text(1)")->property("readOnly").toBool());
+        form->close();
+        EXPECT_TRUE(form->isVisible());
+        drive.click("Cmdcancel");
+    }
+    drive.click("Cmdreturn");
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(Currencies, NavigationStaysOnTheEndsAndCancelGoesToTheFirst)
+{
+    for (int i = 1; i <= 20; ++i)
+        insert(QStringLiteral("$%1").arg(i, 4, 10, QChar('0')), "C");
+    const FormDriver drive = open();
+    drive.click("cmdxq");
+    EXPECT_EQ(drive.text("Text(0)"), "$0001");
+    drive.click("cmdmd");
+    drive.click("cmdnext");
+    EXPECT_EQ(drive.text("Text(0)"), "$0020");
+    drive.click("Cmdedit");
+    drive.type("Text(1)", "lost");
+    drive.click("Cmdcancel");
+    EXPECT_EQ(drive.text("Text(0)"), "$0001");
+    EXPECT_EQ(database.value("select bizh from sys_bzsz where bzbh='$0020'"), "C");
+    // The list moves with the record, and the record with the list.
+    auto *list = drive.find<Grid>("TDBGrid3");
+    EXPECT_EQ(list->currentIndex().row(), 0);
+    list->setCurrentIndex(list->model()->index(4, 0));
+    EXPECT_EQ(drive.text("Text(0)"), "$0005");
+    drive.click("cmdnext");
+    EXPECT_EQ(list->currentIndex().row(), 5);
+    drive.click("Cmdadd");
+    EXPECT_EQ(drive.text("Text(0)"), "$0021");
+}
+
+TEST_F(Currencies, AnEmptyKeyOrNameIsRefusedWithTheFieldsOpen)
+{
+    insert("$0001", "USD");
+    const FormDriver drive = open();
+    for (const char *field : {"Text(0)", "Text(1)"}) {
+        drive.click("Cmdadd");
+        drive.type("Text(1)", "EUR");
+        drive.type(field, "");
+        drive.click("CmdOK");
+        EXPECT_EQ(dialogs.take(), (Shown{"编号或名称不能为空", "提示", MessageIcon::Exclamation}));
+        EXPECT_TRUE(form->isBusy());
+        EXPECT_EQ(drive.focused(), "Text(0)");
+        drive.click("Cmdcancel");
+    }
+    EXPECT_EQ(database.count("sys_bzsz"), 1);
+}
+
+TEST_F(Currencies, ARefusedSaveSaysNothingAndTheRowStillWaits)
+{
+    insert("$0001", "USD");
+    const FormDriver drive = open();
+    drive.click("Cmdedit");
+    drive.type("Text(3)", "seven");
+    drive.click("CmdOK");
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+    EXPECT_FALSE(form->isBusy());
+    EXPECT_EQ(drive.text("Text(3)"), "seven");
+    EXPECT_TRUE(form->records().hasPendingChanges());
+    EXPECT_EQ(database.value("select hl from sys_bzsz"), 1.0);
+    drive.click("Cmdedit");
+    drive.type("Text(3)", "7");
+    drive.click("CmdOK");
+    EXPECT_EQ(database.value("select hl from sys_bzsz"), 7.0);
+}
+
+TEST_F(Currencies, DeleteAsksAndShowsTheNextOrTheFirst)
+{
+    for (const char *key : {"$0001", "$0002", "$0003"})
+        insert(key, "C");
+    const FormDriver drive = open();
+    drive.click("cmdnext");
+    dialogs.answer = false;
+    drive.click("Cmddelete");
+    EXPECT_EQ(dialogs.take(), (Shown{"是否真的删除当前记录 ？", "系统提示", MessageIcon::Question}));
+    EXPECT_EQ(database.count("sys_bzsz"), 3);
+    dialogs.answer = true;
+    drive.click("Cmddelete");
+    EXPECT_EQ(drive.text("Text(0)"), "$0003");
+    drive.click("Cmddelete");
+    EXPECT_EQ(drive.text("Text(0)"), "$0001");
+    drive.click("Cmddelete");
+    EXPECT_EQ(drive.text("Text(0)"), "");
+    drive.click("Cmddelete");
+    EXPECT_EQ(database.count("sys_bzsz"), 0);
+}
+
+TEST_F(Currencies, EnterAndArrowsMoveAlongTheFields)
+{
+    insert("$0001", "USD");
+    const FormDriver drive = open();
+    drive.click("Cmdedit");
+    const struct {
+        const char *field;
+        int key;
+        const char *then;
+    } cases[] = {{"Text(0)", Qt::Key_Return, "Text(1)"}, {"Text(1)", Qt::Key_Enter, "Text(2)"},
+                 {"Text(2)", Qt::Key_Down, "Text(3)"},   {"Text(3)", Qt::Key_Down, "Text(0)"},
+                 {"Text(0)", Qt::Key_Up, "Text(3)"},     {"Text(2)", Qt::Key_Up, "Text(1)"}};
+    for (const auto &c : cases) {
+        drive.control(c.field)->setFocus();
+        drive.press(c.field, c.key);
+        EXPECT_EQ(drive.focused(), c.then) << c.field;
+    }
+    // While an input method composes, the keys are its own; what it commits is what is stored.
+    QWidget *name = drive.control("Text(2)");
+    name->setFocus();
+    FormDriver::compose(name, "meiyuan");
+    for (int key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Up}) {
+        drive.press("Text(2)", key);
+        EXPECT_EQ(drive.focused(), "Text(2)");
+    }
+    EXPECT_EQ(form->records().Fields("bzcode").text(), "x");
+    QTest::keyClick(name, Qt::Key_A, Qt::ControlModifier);
+    FormDriver::commit(name, "美元");
+    EXPECT_EQ(form->records().Fields("bzcode").text(), "美元");
+    drive.press("Text(2)", Qt::Key_Return);
+    EXPECT_EQ(drive.focused(), "Text(3)");
+}
+
+TEST_F(Currencies, AnyTextComesBackAsTyped)
+{
+    const FormDriver drive = open();
+    const QStringList texts{"O'Neill & Söhne", "x'; delete from yy_gw_wxht_h --", "50% _[a]", "😀", QString(4000, u'币')};
+    for (const QString &text : texts) {
+        drive.click("Cmdadd");
+        drive.type("Text(1)", text);
+        drive.type("Text(2)", text);
+        drive.click("CmdOK");
+        drive.click("cmdmd");
+        EXPECT_EQ(drive.text("Text(2)"), text);
+        EXPECT_EQ(database.value("select bzcode from sys_bzsz where bizh='{t}'", {{"t", text}}).toString(), text);
+    }
+    EXPECT_EQ(database.count("sys_bzsz"), texts.size());
+}
+
+TEST_F(Currencies, EveryControlHasAnAccessibleName)
+{
+    open();
+    for (QWidget *widget : form->findChildren<QWidget *>()) {
+        if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().startsWith("qt_") ||
+            widget->inherits("QScrollArea") || widget->inherits("QScrollBar"))
+            continue;
+        EXPECT_FALSE(widget->accessibleName().isEmpty())
+            << widget->metaObject()->className() << widget->objectName().toStdString();
+    }
+}
+
+} // namespace tradewick
