@@ -1,0 +1,57 @@
+#include "common/dialogs.h"
+#include "data/data_error.h"
+#include "shell/process.h"
+#include "shell/startup.h"
+#include "shell/style.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+using namespace tradewick;
+
+namespace
+{
+
+// An error that no handler of a form took stops the process, but not without a word.
+void stopAt(const DataError &error)
+{
+    dialogs().message(nullptr, error.text(), QStringLiteral("系统提示"), MessageIcon::Critical);
+    endProcess(1);
+}
+
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const DataError &error) {
+            stopAt(error);
+        }
+        return false;
+    }
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Application application(argc, argv);
+    const QLocale chinese(QLocale::Chinese, QLocale::China);
+    QLocale::setDefault(chinese);
+    QTranslator translator;
+    if (translator.load(chinese, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        Application::installTranslator(&translator);
+    applyStyle(application);
+    try {
+        Main();
+    } catch (const DataError &error) {
+        stopAt(error);
+    }
+    return Application::exec();
+}

@@ -1,0 +1,29 @@
+// The forms that commands open, by their names.
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace tradewick
+{
+
+// Where a form stands when it appears, seen from the main window.
+enum class Placement {
+    Centre,      // over the middle of the free area, as large as it wants to be
+    FreeArea,    // fills the free area
+    ScreenWidth, // below the tool bar, as wide as the screen
+};
+
+struct FormEntry {
+    // Makes the form, a window that belongs to the main window. Throws DataError when it cannot be loaded.
+    std::function<QWidget *(QWidget *mainWindow)> make;
+    Placement placement = Placement::FreeArea;
+};
+
+// The entry of a form, or nullptr for a name that has none.
+const FormEntry *formEntry(const QString &form);
+
+} // namespace tradewick

@@ -1,0 +1,274 @@
+#include "shell/main_window.h"
+
+#include "common/dialogs.h"
+#include "shell/commands.h"
+#include "shell/picture.h"
+#include "shell/process.h"
+#include "shell/side_bar.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QTime>
+#include <QTimer>
+#include <QToolBar>
+
+#include <chrono>
+
+namespace tradewick
+{
+
+namespace
+{
+
+constexpr double twipsPerPixel = 15;
+constexpr double belowOnLoad = 10;
+constexpr double belowOnResize = 200;
+
+double twips(int pixels)
+{
+    return pixels * twipsPerPixel;
+}
+
+QRect pixels(const QRectF &area)
+{
+    return QRectF(area.topLeft() / twipsPerPixel, area.size() / twipsPerPixel).toRect();
+}
+
+} // namespace
+
+QString timeText(const QTime &time)
+{
+    return time.toString(QStringLiteral("HH:mm:ss"));
+}
+
+std::optional<QRectF> freeArea(const WindowLengths &lengths, double below)
+{
+    const QRectF area(lengths.sideBandWidth + 4, lengths.toolBandHeight * 1.7 + 10,
+                      lengths.width - lengths.sideBandWidth - 200, lengths.height - 3 * lengths.toolBandHeight - below);
+    return area.width() < 0 || area.height() < 0 ? std::nullopt : std::optional(area);
+}
+
+main_FRM::main_FRM()
+{
+    setObjectName("main_FRM");
+    setWindowTitle(productTitle);
+    m_picture = new Picture("Picture1", this);
+    buildMenus();
+    buildToolBar();
+    buildSideBar();
+    buildStatusBand();
+    m_picture->lower();
+    resize(1200, 700);
+    layPicture(belowOnLoad);
+    startClock();
+}
+
+QAction *main_FRM::addCommand(const Tool &tool, int group)
+{
+    auto *action = new QAction(tool.caption, this);
+    action->setObjectName(tool.name);
+    action->setIcon(commandIcon(tool.caption, group));
+    connect(action, &QAction::triggered, this, [this, tool] { execute(tool); });
+    m_commands.insert(tool.name, action);
+    return action;
+}
+
+void main_FRM::buildMenus()
+{
+    menuBar()->setObjectName("Band1");
+    menuBar()->setAccessibleName(QStringLiteral("菜单栏"));
+    int number = 0;
+    for (const Band &band : menuBands()) {
+        QMenu *menu = menuBar()->addMenu(band.caption);
+        menu->setObjectName(band.name);
+        menu->menuAction()->setObjectName(band.head);
+        for (const Tool &tool : band.tools)
+            if (tool.caption.isEmpty())
+                menu->addSeparator()->setObjectName(tool.name);
+            else
+                menu->addAction(addCommand(tool, number));
+        // The heads have no letters for Alt; their places have.
+        ++number;
+        auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(number)), this);
+        connect(shortcut, &QShortcut::activated, this,
+                [this, menu] { menuBar()->setActiveAction(menu->menuAction()); });
+    }
+    auto *shortcut = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    connect(shortcut, &QShortcut::activated, this,
+            [this] { menuBar()->setActiveAction(menuBar()->actions().constFirst()); });
+}
+
+void main_FRM::buildToolBar()
+{
+    const Band &band = toolBand();
+    m_toolBar = addToolBar(band.caption);
+    m_toolBar->setObjectName(band.name);
+    m_toolBar->setAccessibleName(band.caption);
+    m_toolBar->setMovable(false);
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_toolBar->setIconSize({20, 20});
+    m_toolBar->setContextMenuPolicy(Qt::PreventContextMenu);
+    for (const Tool &tool : band.tools) {
+        if (tool.caption.isEmpty()) {
+            m_toolBar->addSeparator();
+            continue;
+        }
+        QAction *action = addCommand(tool, 0);
+        m_toolBar->addAction(action);
+        QWidget *button = m_toolBar->widgetForAction(action);
+        button->setObjectName(tool.name);
+        button->setAccessibleName(tool.caption);
+        button->setFocusPolicy(Qt::TabFocus);
+    }
+    auto *space = new QWidget(m_toolBar);
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_toolBar->addWidget(space);
+    auto *clock = new QLabel(m_toolBar);
+    clock->setObjectName(clockTool);
+    clock->setAccessibleName(QStringLiteral("时钟"));
+    m_toolBar->addWidget(clock);
+}
+
+void main_FRM::buildSideBar()
+{
+    auto *content = new QWidget(this);
+    auto *layout = new QHBoxLayout(content);
+    layout->setContentsMargins({});
+    m_sideBar = new SideBar("Band8", content);
+    int group = 0;
+    for (const Band &band : sideBands()) {
+        QList<QAction *> actions;
+        for (const Tool &tool : band.tools)
+            actions.append(addCommand(tool, group));
+        m_sideBar->addGroup(band.name, band.caption, actions);
+        ++group;
+    }
+    m_sideBar->setFixedWidth(m_sideBar->sizeHint().width());
+    layout->addWidget(m_sideBar);
+    layout->addStretch();
+    setCentralWidget(content);
+}
+
+void main_FRM::buildStatusBand()
+{
+    const Band &band = statusBand();
+    statusBar()->setObjectName(band.name);
+    statusBar()->setAccessibleName(band.caption);
+    for (const Tool &tool : band.tools) {
+        auto *text = new QLabel(tool.caption, this);
+        text->setObjectName(tool.name);
+        text->setTextFormat(Qt::PlainText);
+        text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        statusBar()->addWidget(text, tool.name == statusTextTool ? 1 : 0);
+        m_texts.insert(tool.name, text);
+    }
+}
+
+void main_FRM::startClock()
+{
+    auto *clock = findChild<QLabel *>(clockTool);
+    const auto show = [clock] { clock->setText(timeText(QTime::currentTime())); };
+    show();
+    auto *timer = new QTimer(this);
+    timer->setObjectName("Timer1");
+    connect(timer, &QTimer::timeout, this, show);
+    timer->start(std::chrono::milliseconds(1000));
+}
+
+void main_FRM::switchOff(const QString &tool)
+{
+    if (QAction *command = m_commands.value(tool))
+        command->setEnabled(false);
+}
+
+void main_FRM::setStatusText(const QString &text)
+{
+    m_texts[statusTextTool]->setText(text);
+}
+
+void main_FRM::execute(const Tool &tool)
+{
+    if (tool.opens != exitCommand)
+        openForm(tool.opens);
+    else if (confirmsExit())
+        endProcess(0);
+}
+
+bool main_FRM::confirmsExit()
+{
+    return dialogs().ask(this, QStringLiteral("是否真的退出系统？"), QStringLiteral("系统提示"));
+}
+
+void main_FRM::openForm(const QString &form)
+{
+    QPointer<QWidget> &window = m_forms[form];
+    // A closed window lives until the event loop deletes it; it is not the form any more.
+    if (!window || !window->isVisible()) {
+        const FormEntry *entry = formEntry(form);
+        if (!entry)
+            return;
+        window = entry->make(this);
+        window->setWindowFlag(Qt::Window);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        place(window, entry->placement);
+    }
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void main_FRM::closeEvent(QCloseEvent *event)
+{
+    if (!confirmsExit()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    endProcess(0);
+}
+
+void main_FRM::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    layPicture(belowOnResize);
+}
+
+void main_FRM::layPicture(double below)
+{
+    const auto area = freeArea(
+        {twips(width()), twips(height()), twips(m_toolBar->sizeHint().height()), twips(m_sideBar->width())}, below);
+    if (area)
+        m_picture->setGeometry(pixels(*area));
+}
+
+void main_FRM::place(QWidget *form, Placement placement) const
+{
+    const QRect free(m_picture->mapToGlobal(QPoint()), m_picture->size());
+    const QRect screenArea = screen()->availableGeometry();
+    switch (placement) {
+    case Placement::Centre: {
+        QRect area(QPoint(), form->sizeHint());
+        area.moveCenter(free.center());
+        form->setGeometry(area);
+        break;
+    }
+    case Placement::FreeArea:
+        form->setGeometry(free & screenArea);
+        break;
+    case Placement::ScreenWidth:
+        form->setGeometry(
+            QRect(screenArea.left(), free.top() + pixels({0, 300, 0, 0}).top(), screenArea.width(), free.height()) &
+            screenArea);
+        break;
+    }
+}
+
+} // namespace tradewick

@@ -1,0 +1,38 @@
+// The side bar: groups of command buttons, one of them unfolded at a time.
+#pragma once
+
+#include <QScrollArea>
+
+class QAction;
+class QBoxLayout;
+class QToolButton;
+
+namespace tradewick
+{
+
+class SideBar : public QScrollArea
+{
+    Q_OBJECT
+
+public:
+    SideBar(const QString &name, QWidget *parent);
+
+    // Adds a group, folded unless it is the first; its buttons bear the names of their actions.
+    void addGroup(const QString &name, const QString &caption, const QList<QAction *> &actions);
+
+    QSize sizeHint() const override;
+
+protected:
+    // Up and Down go through the buttons in sight, Enter presses one.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void unfold(const QToolButton *header, bool unfolded);
+    void step(QWidget *from, int by);
+
+    QBoxLayout *m_layout;
+    QList<QToolButton *> m_headers, m_buttons; // m_buttons: headers too, from top to bottom
+    QList<QWidget *> m_groups;                 // one for each header
+};
+
+} // namespace tradewick
