@@ -1,0 +1,86 @@
+// A report template: bands of absolutely placed objects, read from an XML file. All lengths are twips.
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QVector>
+
+#include <memory>
+
+namespace tradewick
+{
+
+enum class SectionKind { PageHeader = 2, PageFooter = 3, GroupHeader = 4, GroupFooter = 5, Detail = 6 };
+enum class ObjectKind : quint8 { Label, Field, Line, Shape, Image };
+enum class TextAlign : quint8 { Left = 0, Right = 1, Centre = 2 };
+enum class Summary : quint8 { None, Sum, Count };
+
+// A face as the template names it; what the machine draws it with is the font table's matter.
+struct FontSpec {
+    QString face = QStringLiteral("宋体");
+    double points = 9.75;
+    bool bold = false;
+    bool operator==(const FontSpec &) const = default;
+};
+
+struct ReportObject {
+    ObjectKind kind = ObjectKind::Label;
+    QString name;
+    int x1 = 0, y1 = 0, x2 = 0, y2 = 0; // of the box, or the ends of a line, from the band's top left
+    bool visible = true;
+
+    // texts
+    QString text; // fixed text of a label, initial text of a field
+    int font = 0; // index of ReportTemplate::fonts
+    TextAlign align = TextAlign::Left;
+    QRgb foreColor = 0xff000000;
+    QRgb backColor = 0xffffffff; // white paints nothing, so that what lies below stays
+    int charset = 134;
+
+    // fields
+    QString dataField;
+    QString format;          // empty, "0.00", "#,##0.00" or "mmmm d, yyyy"
+    bool pageTotal = false;  // shows the number of pages once it is known
+    Summary summary = Summary::None;
+    bool overReport = false; // the summary runs on from group to group
+    int summaryLevel = 0;    // 1 to 3: the group whose rows it takes
+
+    // lines and shapes
+    int style = 1;  // 1 solid, 3 dotted, 4 dash-dot, 5 dash-dot-dot
+    int weight = 1; // 1 to 3
+    int shape = 1;  // 1 rectangle, 2 ellipse, 3 rounded rectangle
+
+    // A free label has no text of its own: its text comes from the caller or from the report's code.
+    bool isFree() const { return kind == ObjectKind::Label && text.isEmpty(); }
+};
+
+struct Section {
+    SectionKind kind = SectionKind::Detail;
+    int level = 0; // of a group band, 1 the outermost
+    int height = 0;
+    QString groupField;
+    QVector<ReportObject> objects; // in drawing order
+};
+
+struct ReportTemplate {
+    QString name, caption, documentName;
+    int printWidth = 0;
+    int leftMargin = 0, rightMargin = 0, topMargin = 0, bottomMargin = 0;
+    QVector<FontSpec> fonts;   // each face, size and weight once
+    QVector<Section> sections; // in their order on the page
+
+    // Width of paper that the print width and both margins take.
+    int paperWidth() const { return leftMargin + printWidth + rightMargin; }
+    // The band, or nullptr when the template has none such.
+    const Section *section(SectionKind kind, int level = 0) const;
+    // Number of nested groups, 0 to 3.
+    int groups() const;
+    // The object of that name, or nullptr.
+    const ReportObject *object(const QString &name) const;
+};
+
+// Reads a template. A file that cannot be read or is no template gives nullptr, and error names file, line and what is
+// wrong.
+std::shared_ptr<const ReportTemplate> loadTemplate(const QString &path, QString *error);
+
+} // namespace tradewick
