@@ -14,6 +14,8 @@ struct Figure {
     QString detail; // the absolute times, for the reader
 };
 
+QVector<Figure> formFigures();
+QVector<Figure> reportFigures();
 QVector<Figure> excelFigures();
 
 } // namespace tradewick

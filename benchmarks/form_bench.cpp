@@ -1,0 +1,217 @@
+// Opening the contract form over 100,000 contracts, its memory and its next record; the start of the program.
+#include "form_bench.h"
+
+#include "common/globals.h"
+#include "contracts/export_contract.h"
+#include "database/description.h"
+#include "figures.h"
+#include "shell/startup.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QTimer>
+
+#include <algorithm>
+#include <functional>
+#include <unistd.h>
+
+namespace tradewick
+{
+
+namespace
+{
+
+constexpr int contracts = 100000, linesOfContract = 3, runs = 5;
+
+QString connectionString(const QString &path)
+{
+    return "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=;Initial Catalog=;Data Source=" + path;
+}
+
+void makeDatabase(const QString &path, int count)
+{
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "make");
+        database.setDatabaseName(path);
+        database.open();
+        QSqlQuery query(database);
+        for (const QString &statement : ddl(Engine::Sqlite))
+            query.exec(statement);
+    }
+    QSqlDatabase::removeDatabase("make");
+    Connection connection;
+    connection.Open(connectionString(path));
+    const QString text(40, u'框');
+    connection.transaction([&] {
+        for (int i = 0; i < count; ++i) {
+            const QString number = QString("X26%1").arg(i, 7, 10, QChar('0'));
+            connection.Execute("insert into yy_gw_wxht_h(htbh,khbh,khmc,djrq,gsmc,dizh,madol,qttk,e_gsmc,fstk) "
+                               "values('{n}','K001','{t}','2026-03-05','{t}','{t}','{t}','{t}','{t}','{t}')",
+                               {{"n", number}, {"t", text}});
+            for (int line = 0; line < linesOfContract; ++line)
+                connection.Execute("insert into yy_gw_wxht_b(htbh,cpbh,cpmc,sl,je) values('{n}','P1','{t}',5,12.5)",
+                                   {{"n", number}, {"t", text}});
+        }
+    });
+}
+
+double milliseconds(const std::function<void()> &work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+double median(QVector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+void useDatabase(const QString &path)
+{
+    gConnStr = connectionString(path);
+    gConn = Connection::shared(gConnStr);
+}
+
+std::unique_ptr<YY_WXHT> openForm()
+{
+    auto form = std::make_unique<YY_WXHT>();
+    form->resize(1366, 700);
+    form->show();
+    QApplication::processEvents();
+    return form;
+}
+
+void readWhole(const QString &path)
+{
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "whole");
+        database.setDatabaseName(path);
+        database.open();
+        QSqlQuery query("select * from yy_gw_wxht_h", database);
+        query.last();
+    }
+    QSqlDatabase::removeDatabase("whole");
+}
+
+double residentMegabytes()
+{
+    QFile status("/proc/self/statm");
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    return status.readAll().split(' ').value(1).toDouble() * 4096 / 1e6;
+}
+
+// Output of a program that runs once, by itself.
+QString outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(120000);
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+Figure opening(const QString &path)
+{
+    QVector<double> opened, whole;
+    for (int i = 0; i < runs; ++i) {
+        whole.append(milliseconds([&] { readWhole(path); }));
+        opened.append(milliseconds([] { openForm(); }));
+    }
+    return {
+        "open the contract form over 100,000 contracts / read that table whole", median(opened) / median(whole), 0.1,
+        QStringLiteral("form %1 ms, whole read %2 ms").arg(median(opened), 0, 'f', 1).arg(median(whole), 0, 'f', 1)};
+}
+
+Figure nextRecord()
+{
+    const auto form = openForm();
+    auto *button = form->findChild<QAbstractButton *>("cmdnext");
+    QVector<double> presses, empty;
+    for (int i = 0; i < 400; ++i) {
+        presses.append(milliseconds([&] {
+            button->click();
+            QApplication::processEvents();
+        }));
+        empty.append(milliseconds([] {
+            QMetaObject::invokeMethod(
+                qApp, [] {}, Qt::QueuedConnection);
+            QApplication::processEvents();
+        }));
+    }
+    return {"next record over 100,000 contracts, median / one frame of 16 ms", median(presses) / 16, 1,
+            QStringLiteral("press %1 ms, empty event round trip %2 ms")
+                .arg(median(presses), 0, 'f', 2)
+                .arg(median(empty), 0, 'f', 4)};
+}
+
+Figure memory(const QString &full, const QString &empty)
+{
+    const QString self = QApplication::applicationFilePath();
+    const double withRows = outputOf(self, {"--child-memory", full}).toDouble();
+    const double without = outputOf(self, {"--child-memory", empty}).toDouble();
+    return {"memory of the open contract form over 100,000 contracts, more than over none / 25 MB",
+            (withRows - without) / 25, 1,
+            QStringLiteral("%1 MB against %2 MB").arg(withRows, 0, 'f', 1).arg(without, 0, 'f', 1)};
+}
+
+// The program reads the settings beside itself, so it starts from a folder of its own.
+Figure start(const QTemporaryDir &folder)
+{
+    const QString bin = QApplication::applicationDirPath();
+    const QString program = folder.filePath("tradewick-bench");
+    QFile::copy(QApplication::applicationFilePath(), program);
+    outputOf(bin + "/tradewick-database", {"demo", folder.filePath("demo.db")});
+    outputOf(bin + "/tradewick-database", {"connect", folder.filePath("data_link.mdb"), folder.filePath("demo.db")});
+    QVector<double> login, empty;
+    for (int i = 0; i < runs * 2; ++i) {
+        empty.append(milliseconds([&] { outputOf(bin + "/tradewick-bench-empty", {}); }));
+        login.append(milliseconds([&] { outputOf(program, {"--child-login"}); }));
+    }
+    return {
+        "start to login window / start of an empty window", median(login) / median(empty), 2,
+        QStringLiteral("login %1 ms, empty window %2 ms").arg(median(login), 0, 'f', 0).arg(median(empty), 0, 'f', 0)};
+}
+
+} // namespace
+
+int benchmarkChild(const QStringList &arguments)
+{
+    if (arguments.first() == "--child-login") {
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, [] {
+            for (QWidget *window : QApplication::topLevelWidgets())
+                if (window->objectName() == "frmLogin" && window->isVisible())
+                    ::_exit(0);
+        });
+        watch.start(0);
+        Main(std::chrono::milliseconds{0});
+        return 1;
+    }
+    useDatabase(arguments.value(1));
+    const auto form = openForm();
+    QTextStream(stdout) << residentMegabytes();
+    return 0;
+}
+
+QVector<Figure> formFigures()
+{
+    const QTemporaryDir folder;
+    const QString full = folder.filePath("full.db"), empty = folder.filePath("empty.db");
+    makeDatabase(full, contracts);
+    makeDatabase(empty, 0);
+    useDatabase(full);
+    return {opening(full), memory(full, empty), nextRecord(), start(folder)};
+}
+
+} // namespace tradewick

@@ -1,0 +1,24 @@
+// Prints the figures, one line each: name, ratio, goal, and the absolute times for the reader.
+#include "figures.h"
+#include "form_bench.h"
+
+#include <QApplication>
+#include <QTextStream>
+
+using namespace tradewick;
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments().mid(1);
+    if (arguments.size() >= 1 && arguments.first().startsWith("--child-"))
+        return benchmarkChild(arguments);
+    QTextStream out(stdout);
+    for (const auto figures : {formFigures, reportFigures, excelFigures})
+        for (const Figure &figure : figures()) {
+            out << figure.name << ": " << QString::number(figure.ratio, 'f', 3) << " (goal < " << figure.goal
+                << "): " << (figure.ratio < figure.goal ? "ok" : "short") << "  [" << figure.detail << "]\n";
+            out.flush();
+        }
+    return 0;
+}

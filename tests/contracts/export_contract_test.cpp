@@ -1,0 +1,376 @@
+// The export contract by its controls, over demonstration data.
+#include "contracts/export_contract.h"
+#include "reporting/report.h"
+#include "support/form_driver.h"
+#include "support/scripted_dialogs.h"
+#include "support/test_database.h"
+
+#include <gtest/gtest.h>
+
+#include <QDateEdit>
+
+namespace tradewick
+{
+
+using namespace test;
+
+namespace
+{
+
+class Contract : public testing::Test
+{
+protected:
+    TestDatabase database{TestDatabase::Demonstration};
+    ScriptedDialogs dialogs;
+    std::unique_ptr<YY_WXHT> form;
+
+    FormDriver open()
+    {
+        form = std::make_unique<YY_WXHT>();
+        return FormDriver(*form);
+    }
+    Grid *lines() { return form->findChild<Grid *>("TDBGrid1"); }
+    Grid *pickerGrid() { return form->findChild<Grid *>("TDBGrid2"); }
+    QString cell(int row, const QString &column)
+    {
+        for (int i = 0; i < lines()->model()->columnCount(); ++i)
+            if (lines()->recordsetModel()->columns()[i].column == column)
+                return lines()->model()->index(row, i).data().toString();
+        return "no column";
+    }
+    int storedLines(const QString &contract)
+    {
+        return database.value("select count(*) from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}}).toInt();
+    }
+    static QString thisMonth() { return "X" + QDate::currentDate().toString("yyMM"); }
+    void clearMonth()
+    {
+        database.connection().Execute("delete from yy_gw_wxht_h where year(djrq)='{y}'and month(djrq)='{m}'",
+                                      {{"y", QDate::currentDate().year()}, {"m", QDate::currentDate().month()}});
+    }
+};
+
+} // namespace
+
+TEST_F(Contract, AddProposesTheNextNumberOfTheMonth)
+{
+    clearMonth();
+    const struct {
+        const char *stored;
+        const char *proposed;
+    } cases[] = {{nullptr, "00001"}, {"00012", "00013"}, {"Z99", "00001"}, {"99999", "100000"}};
+    for (const auto &c : cases) {
+        if (c.stored)
+            database.connection().Execute("insert into yy_gw_wxht_h(htbh,djrq) values('{h}','{d}')",
+                                          {{"h", thisMonth() + c.stored}, {"d", QDate::currentDate()}});
+        const FormDriver drive = open();
+        drive.click("Cmdadd");
+        // A hand-typed key that sorts last steers the series: "…Z99" reads as the number 0.
+        EXPECT_EQ(drive.text("Text1(0)"), thisMonth() + c.proposed);
+        drive.click("Cmdcancel");
+        if (c.stored && QString(c.stored).startsWith(u'Z'))
+            database.connection().Execute("delete from yy_gw_wxht_h where htbh='{h}'", {{"h", thisMonth() + c.stored}});
+    }
+    const FormDriver drive = open();
+    drive.click("Cmdadd");
+    const QDate today = QDate::currentDate();
+    EXPECT_EQ(drive.text("Text1(2)"), today.toString(Qt::ISODate));
+    EXPECT_EQ(drive.text("Text1(11)"), today.toString(Qt::ISODate));
+    EXPECT_EQ(drive.text("Text1(12)"), today.addDays(90).toString(Qt::ISODate));
+    EXPECT_EQ(drive.focused(), "Text1(0)");
+}
+
+TEST_F(Contract, TenLinesAreEnteredByKeyboardAlone)
+{
+    clearMonth();
+    const QVector<Values> products = database.connection().rows(
+        "select cpbh, khbh, jkdj, jmdj from yy_bzdj_b where khbh='{k}' order by cpbh", {{"k", "K001"}});
+    ASSERT_GE(products.size(), 10);
+    const FormDriver drive = open();
+    QTest::keyClick(form.get(), Qt::Key_N, Qt::ControlModifier);
+    ASSERT_TRUE(form->isBusy());
+    const QString number = drive.text("Text1(0)");
+    drive.press("Text1(0)", Qt::Key_Return);
+    ASSERT_EQ(drive.focused(), "Combo1(0)");
+    database.connection().Execute("delete from yy_bzdj_b where khbh='K001' and cpbh<>'{c}'",
+                                  {{"c", products[0]["cpbh"]}});
+    // The customer's code typed in full counts as chosen: its columns and its prices come in.
+    QWidget *customer = drive.find<QComboBox>("Combo1(0)")->lineEdit();
+    customer->setFocus();
+    QTest::keyClicks(customer, "k001");
+    QTest::keyClick(customer, Qt::Key_Return);
+    EXPECT_EQ(drive.text("Text1(3)"),
+              database.value("select khmc from yy_gwkh_zl where khbh='K001'").toString());
+    EXPECT_EQ(storedLines(number), lines()->model()->rowCount() - 1);
+
+    lines()->setFocus();
+    for (int i = lines()->model()->rowCount() - 1; i < 10; ++i) {
+        lines()->setCurrentIndex(lines()->model()->index(i, 0));
+        const QString code = database.value("select cpbh from yy_bzdj where cpbh<>'' order by cpbh").toString();
+        QTest::keyClick(lines()->viewport(), Qt::Key(code[0].toUpper().unicode()));
+        auto *editor = lines()->viewport()->findChild<QLineEdit *>();
+        ASSERT_NE(editor, nullptr);
+        FormDriver::commit(editor, code.mid(1));
+        ASSERT_TRUE(pickerGrid()->isVisible());
+        ASSERT_GT(pickerGrid()->model()->rowCount(), 0);
+        QTest::keyClick(editor, Qt::Key_Down);
+        EXPECT_EQ(drive.focused(), "TDBGrid2");
+        QTest::keyClick(pickerGrid(), Qt::Key_Return);
+        EXPECT_FALSE(pickerGrid()->isVisible());
+        editor = lines()->viewport()->findChild<QLineEdit *>();
+        ASSERT_NE(editor, nullptr) << "the quantity is what comes next";
+        QTest::keyClicks(editor, QString::number(i + 1));
+        QTest::keyClick(editor, Qt::Key_Return);
+        EXPECT_EQ(cell(i, "sl"), QString::number(i + 1));
+        EXPECT_EQ(cell(i, "htbh"), number);
+        EXPECT_EQ(cell(i, "khbh"), "K001");
+        EXPECT_EQ(cell(i, "je").toDouble(), (cell(i, "jkdj").toDouble() + cell(i, "jmdj").toDouble()) * (i + 1));
+        EXPECT_EQ(lines()->currentIndex(), lines()->model()->index(i + 1, 0));
+    }
+    QTest::keyClick(form.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(form->isBusy());
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+    EXPECT_EQ(storedLines(number), 10);
+    EXPECT_EQ(drive.text("Text1(0)"), number);
+}
+
+TEST_F(Contract, ChoosingACustomerReplacesTheLinesAtOnce)
+{
+    const QString number = database.value("select htbh from yy_gw_wxht_h order by htbh").toString();
+    const QString other = database
+                              .value("select DISTINCT khbh from yy_bzdj_b where khbh not in (select khbh from "
+                                     "yy_gw_wxht_h where htbh='{h}') order by khbh",
+                                     {{"h", number}})
+                              .toString();
+    const int prices =
+        database
+            .value("SELECT count(*) FROM dbo.yy_BzDj left JOIN dbo.YY_BZDJ_B ON dbo.yy_BzDj.cpbh = dbo.YY_BZDJ_B.CPBH "
+                   "where dbo.yy_bzdj_b.khbh='{k}'",
+                   {{"k", other}})
+            .toInt();
+    ASSERT_GT(prices, 0);
+    FormDriver drive = open();
+    drive.click("Cmdedit");
+    const QString contract = drive.text("Text1(0)");
+    auto *combo = drive.find<QComboBox>("Combo1(0)");
+    combo->setCurrentIndex(combo->findText(other));
+    Q_EMIT combo->activated(combo->currentIndex());
+    EXPECT_EQ(drive.text("Text1(8)"), database.value("select bizh from yy_gwkh_zl where khbh='{k}'", {{"k", other}}));
+    EXPECT_EQ(drive.text("Text1(20)"), database.value("select zffs from yy_gwkh_zl where khbh='{k}'", {{"k", other}}));
+    EXPECT_EQ(storedLines(contract), prices);
+    EXPECT_EQ(cell(0, "sl"), "0");
+    EXPECT_EQ(cell(0, "je"), "");
+    EXPECT_EQ(cell(0, "xc"), "no column");
+    drive.click("Cmdcancel");
+    EXPECT_EQ(storedLines(contract), prices) << "what went to the server at once, Cancel does not take back";
+    EXPECT_NE(database.value("select khbh from yy_gw_wxht_h where htbh='{h}'", {{"h", contract}}), other);
+
+    // No prices: the lines go, and nothing is said.
+    database.connection().Execute("delete from yy_bzdj_b where khbh='{k}'", {{"k", other}});
+    drive.click("Cmdedit");
+    combo->setCurrentIndex(combo->findText(other));
+    Q_EMIT combo->activated(combo->currentIndex());
+    EXPECT_EQ(storedLines(contract), 0);
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+}
+
+TEST_F(Contract, ChoosingACompanyCopiesItsLetterhead)
+{
+    const FormDriver drive = open();
+    drive.click("Cmdadd");
+    auto *combo = drive.find<QComboBox>("Combo1(1)");
+    ASSERT_GT(combo->count(), 0);
+    combo->setCurrentIndex(0);
+    Q_EMIT combo->activated(0);
+    const Values company = database.connection().rows("select * from sys_gsmc order by gsmc").first();
+    for (const char *column : {"e_gsmc", "gsdz", "e_gsdz", "gs_phone", "gs_email", "gs_fax", "fpzt", "logo", "bgbm",
+                               "sjzch", "bank_en", "bank_code", "bank_name", "swdjh"})
+        EXPECT_EQ(form->records().Fields(column).text(), company[column].toString()) << column;
+}
+
+TEST_F(Contract, LineRulesDeriveWhatWasTypedOver)
+{
+    const FormDriver drive = open();
+    drive.click("Cmdadd");
+    const int row = lines()->model()->rowCount() - 1;
+    drive.typeCell(lines(), row, "cpmc", "手工商品");
+    EXPECT_EQ(cell(row, "htbh"), drive.text("Text1(0)"));
+    EXPECT_EQ(cell(row, "sl"), "0");
+    drive.typeCell(lines(), row, "jkdj", "2");
+    drive.typeCell(lines(), row, "jmdj", "3");
+    drive.typeCell(lines(), row, "sl", "5");
+    EXPECT_EQ(cell(row, "je"), "25");
+    EXPECT_EQ(cell(row, "dj"), "5");
+    drive.typeCell(lines(), row, "je", "100");
+    EXPECT_EQ(cell(row, "je"), "25");
+    drive.typeCell(lines(), row, "dj", "9");
+    EXPECT_EQ(cell(row, "dj"), "5");
+    drive.typeCell(lines(), row, "jkdj", "1.005");
+    EXPECT_EQ(cell(row, "je"), "20.025");
+    // A line whose contract number was blanked is not the contract's own until it is chosen again.
+    drive.typeCell(lines(), row, "cpbh", "A");
+    drive.typeCell(lines(), row, "htbh", "");
+    drive.typeCell(lines(), row, "gg", "50");
+    ASSERT_FALSE(dialogs.shown.isEmpty());
+    EXPECT_EQ(dialogs.shown.last(), (Shown{"请双击此行表格，再录入数据！", "系统提示", MessageIcon::Question}));
+}
+
+TEST_F(Contract, AnOverTypedNumberTakesItsLinesAlong)
+{
+    clearMonth();
+    const FormDriver drive = open();
+    drive.click("Cmdadd");
+    drive.typeCell(lines(), lines()->model()->rowCount() - 1, "cpmc", "first");
+    drive.type("Text1(0)", "HAND-1");
+    EXPECT_EQ(cell(0, "cpmc"), "first");
+    drive.click("CmdOK");
+    EXPECT_EQ(storedLines("HAND-1"), 1);
+}
+
+TEST_F(Contract, ADeletedLineStaysDeletedAfterCancel)
+{
+    const FormDriver drive = open();
+    const QString number = drive.text("Text1(0)");
+    const int before = storedLines(number);
+    ASSERT_GT(before, 1);
+    QTest::keyClick(lines(), Qt::Key_Delete);
+    EXPECT_EQ(storedLines(number), before) << "not in Browse";
+    drive.click("Cmdedit");
+    lines()->setCurrentIndex(lines()->model()->index(1, 0));
+    QTest::keyClick(lines(), Qt::Key_Delete);
+    EXPECT_EQ(storedLines(number), before - 1);
+    drive.click("Cmdcancel");
+    EXPECT_EQ(storedLines(number), before - 1);
+}
+
+TEST_F(Contract, RefusedSavesKeepWhatWasTyped)
+{
+    const FormDriver drive = open();
+    const QString first = drive.text("Text1(0)");
+    drive.click("Cmdadd");
+    drive.type("Text1(3)", "O'Neill & Söhne");
+    drive.type("Text1(0)", "");
+    drive.click("CmdOK");
+    EXPECT_EQ(dialogs.take(), (Shown{"所有名称不能为空", "提示", MessageIcon::Exclamation}));
+    EXPECT_TRUE(form->isBusy());
+    EXPECT_EQ(drive.focused(), "Text1(0)");
+    EXPECT_FALSE(lines()->isEditing()) << "the lines stay locked until Cancel";
+    EXPECT_EQ(drive.text("Text1(3)"), "O'Neill & Söhne");
+
+    drive.type("Text1(0)", first); // a twin
+    const int before = database.count("yy_gw_wxht_h");
+    drive.click("CmdOK");
+    ASSERT_EQ(dialogs.shown.size(), 1);
+    EXPECT_TRUE(dialogs.take().text.contains("编号重复"));
+    EXPECT_FALSE(form->isBusy());
+    EXPECT_EQ(database.count("yy_gw_wxht_h"), before);
+    EXPECT_EQ(drive.text("Text1(3)"), "O'Neill & Söhne");
+    drive.click("Cmdedit");
+    drive.type("Text1(0)", "X-OTHER");
+    drive.click("CmdOK");
+    EXPECT_EQ(database.value("select khmc from yy_gw_wxht_h where htbh='X-OTHER'"), "O'Neill & Söhne");
+}
+
+TEST_F(Contract, ABadDateIsToldAndStaysForCorrection)
+{
+    const FormDriver drive = open();
+    drive.click("Cmdadd");
+    const struct {
+        const char *field, *typed, *shown;
+        bool refused;
+    } cases[] = {{"Text1(2)", "2026-2-30", "2026-2-30", true},  {"Text1(2)", "2026/3/5", "2026-03-05", false},
+                 {"Text1(11)", "soon", "soon", true},           {"Text1(11)", "", "", false},
+                 {"Text1(12)", "20261124", "2026-11-24", false}};
+    for (const auto &c : cases) {
+        drive.type(c.field, c.typed);
+        drive.press(c.field, Qt::Key_Return);
+        QApplication::processEvents();
+        EXPECT_EQ(drive.text(c.field), c.shown);
+        ASSERT_EQ(dialogs.shown.size(), c.refused ? 1 : 0) << c.field << c.typed;
+        if (c.refused) {
+            EXPECT_EQ(dialogs.take(), (Shown{"日期输入有误，请重新核对！", "系统提示", MessageIcon::Critical}));
+            EXPECT_EQ(drive.focused(), c.field);
+        }
+    }
+    drive.type("Text1(11)", "soon");
+    drive.click("CmdOK");
+    EXPECT_TRUE(form->isBusy());
+    EXPECT_EQ(dialogs.shown.size(), 1);
+}
+
+TEST_F(Contract, DeleteRemovesHeadAndLinesTogether)
+{
+    const FormDriver drive = open();
+    const QString number = drive.text("Text1(0)");
+    const int heads = database.count("yy_gw_wxht_h");
+    drive.click("Cmddelete");
+    EXPECT_EQ(dialogs.take().text, "是否真的删除当前记录 ？");
+    EXPECT_EQ(storedLines(number), 0);
+    EXPECT_EQ(database.count("yy_gw_wxht_h"), heads - 1);
+    EXPECT_NE(drive.text("Text1(0)"), number);
+    drive.click("cmdmd");
+    const QString last = drive.text("Text1(0)");
+    drive.click("Cmddelete");
+    EXPECT_EQ(storedLines(last), 0);
+    EXPECT_NE(drive.text("Text1(0)"), last);
+    EXPECT_EQ(lines()->model()->rowCount(), storedLines(drive.text("Text1(0)")));
+}
+
+TEST_F(Contract, TheDatePickerFiltersTheList)
+{
+    const FormDriver drive = open();
+    const int all = form->records().RecordCount();
+    const QDate day = form->records().Fields("djrq").value().toDate();
+    drive.find<QDateEdit>("DTPicker3")->setDate(day);
+    EXPECT_LT(form->records().RecordCount(), all);
+    EXPECT_EQ(drive.text("Text1(2)"), day.toString(Qt::ISODate));
+    drive.click("Cmd_all");
+    EXPECT_EQ(form->records().RecordCount(), all);
+}
+
+TEST_F(Contract, EveryCharacterComesBackAsTyped)
+{
+    const QStringList texts{"O'Neill & Söhne", "x'; delete from yy_gw_wxht_h --", "50% _[a]", "😀", QString(4000, u'唛')};
+    const int before = database.count("yy_gw_wxht_h");
+    FormDriver drive = open();
+    for (int i = 0; i < texts.size(); ++i) {
+        drive.click("Cmdadd");
+        drive.type("Text1(0)", QString("T%1").arg(i));
+        for (const char *field : {"Text1(3)", "Text1(18)", "Text1(19)", "Text1(23)"})
+            drive.type(field, texts[i]);
+        drive.typeCell(lines(), 0, "cpbh", texts[i]);
+        drive.typeCell(lines(), 0, "beizhu", texts[i]);
+        drive.click("CmdOK");
+        EXPECT_TRUE(dialogs.shown.isEmpty()) << dialogs.shown.value(0).text.toStdString();
+        const QVector<Values> stored = database.connection().rows(
+            "select khmc, madol, fstk, beizhu, cpbh from yy_wxht_rpt where htbh='{h}'", {{"h", QString("T%1").arg(i)}});
+        ASSERT_EQ(stored.size(), 1);
+        for (const QVariant &value : stored.first())
+            EXPECT_EQ(value.toString(), texts[i]);
+    }
+    EXPECT_EQ(database.count("yy_gw_wxht_h"), before + texts.size());
+}
+
+TEST_F(Contract, PrintHandsTheReportItsTextsAndSource)
+{
+    QVector<QString> shown;
+    setReportViewer([&](Report &report, QWidget *) {
+        shown.append(report.name());
+        EXPECT_TRUE(report.unsetLabels().isEmpty());
+        EXPECT_EQ(report.DataControl1.ConnectionString, database.connectionString());
+    });
+    const FormDriver drive = open();
+    const QString number = drive.text("Text1(0)");
+    drive.click("Cmdprint(1)");
+    drive.click("Cmdprint(0)");
+    EXPECT_EQ(shown, (QVector<QString>{"YY_Xsfp_Rpt", "yy_XsFp_dJRPT"}));
+    EXPECT_EQ(report("YY_Xsfp_Rpt").DataControl1.values["htbh"], number);
+    EXPECT_TRUE(report("YY_Xsfp_Rpt").label("L_ZjjE").startsWith(drive.text("Text1(8)") + u' '));
+    database.connection().Execute("delete from yy_gw_wxht_h");
+    const FormDriver empty = open();
+    empty.click("Cmdprint(1)");
+    EXPECT_EQ(dialogs.take(), (Shown{"没有当前记录，不能打印！", "系统提示", MessageIcon::Critical}));
+    setReportViewer({});
+}
+
+} // namespace tradewick
