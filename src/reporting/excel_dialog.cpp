@@ -91,6 +91,10 @@ SJ_EXCEL_ZH::SJ_EXCEL_ZH(QWidget *parent)
     m_drives->setCurrentText(QStorageInfo(start).rootPath());
     connect(m_drives, &QComboBox::currentTextChanged, this, &SJ_EXCEL_ZH::enter);
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this, &SJ_EXCEL_ZH::listFiles);
+    connect(m_folders, &QFileSystemModel::layoutChanged, this, [this] {
+        if (!m_tree->hasFocus()) // folders that came in above have moved the chosen one out of sight
+            m_tree->scrollTo(m_tree->currentIndex());
+    });
     enter(start);
     resize(640, 420);
 }

@@ -323,12 +323,12 @@ void XlsWriter::number(int column, double value, quint16 format)
         record(m_blockCells, 0x0203, row, u16(column), format, lowHalf(value), highHalf(value));
 }
 
-void XlsWriter::merge(int first, int last)
+void XlsWriter::merge(int first, int last, int below)
 {
     cell(first);
     const u16 row = cell(last);
-    if (first < last)
-        m_sheets.last().merges.append({row, u16(first), u16(last)});
+    if (first < last || below > 0)
+        m_sheets.last().merges.append({row, u16(std::min(row + below, rowLimit - 1)), u16(first), u16(last)});
 }
 
 void XlsWriter::breakPage()
@@ -476,7 +476,7 @@ QByteArray XlsWriter::sheetTail(const Sheet &sheet, bool shown)
         QByteArray body;
         put(body, u16(count));
         for (qsizetype j = i; j < i + count; ++j)
-            put(body, sheet.merges[j].row, sheet.merges[j].row, sheet.merges[j].first, sheet.merges[j].last);
+            put(body, sheet.merges[j].top, sheet.merges[j].bottom, sheet.merges[j].first, sheet.merges[j].last);
         record(out, 0x00E5, body);
     }
     record(out, endOfPart);

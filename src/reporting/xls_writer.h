@@ -74,8 +74,8 @@ public:
     // A text in the current row. Columns count from 0 to 255: one beyond makes save() fail.
     void text(int column, const QString &text, quint16 format);
     void number(int column, double value, quint16 format);
-    // Joins the cells first to last of the current row into one.
-    void merge(int first, int last);
+    // Joins the cells first to last of the current row, and of as many rows below, into one.
+    void merge(int first, int last, int below = 0);
     // The next row starts a printed page. Office programs know 1,026 such breaks in a sheet: later ones are left out.
     void breakPage();
     // The rows so far are printed on top of every page and stand on top of every further sheet.
@@ -87,7 +87,7 @@ public:
 
 private:
     struct Merge {
-        quint16 row, first, last;
+        quint16 top, bottom, first, last;
     };
     struct Sheet {
         QByteArray rows; // finished blocks of row and cell records
