@@ -257,12 +257,8 @@ void YY_WXHT::print(const QString &button)
                           MessageIcon::Critical);
         return;
     }
-    Report &invoice = report(button == "Cmdprint(1)" ? "YY_Xsfp_Rpt" : "yy_XsFp_dJRPT");
-    run(Failure::Report, {[&] {
-            fillProformaInvoice(invoice, *gConn, number,
-                                {fieldText("Text1(8)"), fieldText("Text1(23)"), records().Fields("logo").text()});
-            invoice.show(this);
-        }});
+    const QString name = button == "Cmdprint(1)" ? "YY_Xsfp_Rpt" : "yy_XsFp_dJRPT";
+    run(Failure::Report, {[&] { proformaInvoice(name, *gConn, number).show(this); }});
 }
 
 } // namespace tradewick

@@ -6,21 +6,24 @@
 namespace tradewick
 {
 
-void fillProformaInvoice(Report &report, Connection &connection, const QString &contract, const ProformaHead &head)
+Report &proformaInvoice(const QString &reportName, Connection &connection, const QString &contract)
 {
+    const QVector<Values> heads =
+        connection.rows("select bizh,fstk,logo from yy_gw_wxht_h where htbh='{htbh}'", {{"htbh", contract}});
+    if (heads.isEmpty())
+        throw DataError(0, QStringLiteral("没有编号为“%1”的外销合同").arg(contract));
+    const Values &head = heads.first();
     const QVector<Values> totals =
         connection.rows("select sum(isnull(je,0)) as zjje from yy_wxht_rpt where htbh='{htbh}'", {{"htbh", contract}});
-    QString words;
-    if (!totals.isEmpty()) {
-        QString amount = numberText(totals.first()["zjje"].toDouble());
-        words = head.currency.trimmed() + u' ' + AmountInEnglish(amount);
-    }
-    report.setLabel("L_ZjjE", words);
-    report.setLabel("L_FSTK", head.clauses);
-    report.setImage("Image1", head.logo.trimmed());
-    report.DataControl1.ConnectionString = connection.connectionString();
-    report.DataControl1.Source = "select * from yy_wxht_rpt where HTBH='{htbh}'";
-    report.DataControl1.values = {{"htbh", contract}};
+    QString amount = numberText(totals.first()["zjje"].toDouble());
+
+    Report &invoice = report(reportName);
+    invoice.setLabel("L_ZjjE", head["bizh"].toString().trimmed() + u' ' + AmountInEnglish(amount));
+    invoice.setLabel("L_FSTK", head["fstk"].toString());
+    invoice.setImage("Image1", head["logo"].toString().trimmed());
+    invoice.DataControl1 = {
+        connection.connectionString(), "select * from yy_wxht_rpt where HTBH='{htbh}'", {{"htbh", contract}}};
+    return invoice;
 }
 
 } // namespace tradewick

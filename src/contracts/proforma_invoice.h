@@ -7,12 +7,8 @@
 namespace tradewick
 {
 
-// What the invoice takes from the contract's head beside its rows.
-struct ProformaHead {
-    QString currency, clauses, logo; // logo: path of a picture file; one that is missing is passed over
-};
-
-// Writes the labels, the picture and the source of the report for one contract. Throws DataError.
-void fillProformaInvoice(Report &report, Connection &connection, const QString &contract, const ProformaHead &head);
+// Fills the report, "YY_Xsfp_Rpt" or "yy_XsFp_dJRPT", for one contract: the labels, the logo (a picture that is missing
+// is passed over) and the source. Throws DataError, for a contract that is not there too.
+Report &proformaInvoice(const QString &report, Connection &connection, const QString &contract);
 
 } // namespace tradewick

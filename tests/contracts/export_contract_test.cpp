@@ -99,8 +99,7 @@ TEST_F(Contract, TenLinesAreEnteredByKeyboardAlone)
     customer->setFocus();
     QTest::keyClicks(customer, "k001");
     QTest::keyClick(customer, Qt::Key_Return);
-    EXPECT_EQ(drive.text("Text1(3)"),
-              database.value("select khmc from yy_gwkh_zl where khbh='K001'").toString());
+    EXPECT_EQ(drive.text("Text1(3)"), database.value("select khmc from yy_gwkh_zl where khbh='K001'").toString());
     EXPECT_EQ(storedLines(number), lines()->model()->rowCount() - 1);
 
     lines()->setFocus();
@@ -278,8 +277,10 @@ TEST_F(Contract, ABadDateIsToldAndStaysForCorrection)
     const struct {
         const char *field, *typed, *shown;
         bool refused;
-    } cases[] = {{"Text1(2)", "2026-2-30", "2026-2-30", true},  {"Text1(2)", "2026/3/5", "2026-03-05", false},
-                 {"Text1(11)", "soon", "soon", true},           {"Text1(11)", "", "", false},
+    } cases[] = {{"Text1(2)", "2026-2-30", "2026-2-30", true},
+                 {"Text1(2)", "2026/3/5", "2026-03-05", false},
+                 {"Text1(11)", "soon", "soon", true},
+                 {"Text1(11)", "", "", false},
                  {"Text1(12)", "20261124", "2026-11-24", false}};
     for (const auto &c : cases) {
         drive.type(c.field, c.typed);
@@ -330,7 +331,8 @@ TEST_F(Contract, TheDatePickerFiltersTheList)
 
 TEST_F(Contract, EveryCharacterComesBackAsTyped)
 {
-    const QStringList texts{"O'Neill & Söhne", "x'; delete from yy_gw_wxht_h --", "50% _[a]", "😀", QString(4000, u'唛')};
+    const QStringList texts{"O'Neill & Söhne", "x'; delete from yy_gw_wxht_h --", "50% _[a]", "😀",
+                            QString(4000, u'唛')};
     const int before = database.count("yy_gw_wxht_h");
     FormDriver drive = open();
     for (int i = 0; i < texts.size(); ++i) {
