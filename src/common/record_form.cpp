@@ -76,6 +76,7 @@ void RecordForm::load()
             fillCombo(field.name, field.list);
     m_primary.setRecordSource(m_spec.statement);
     m_primary.Refresh();
+    rebuildTree();
 }
 
 void RecordForm::run(Failure failure, std::initializer_list<std::function<void()>> steps)
@@ -163,15 +164,23 @@ void RecordForm::fieldTyped(const FieldSpec &field, const QVariant &value)
 
 void RecordForm::fillCombo(const QString &name, const char *statement)
 {
-    auto *combo = qobject_cast<QComboBox *>(m_fields.value(name));
+    fillList(qobject_cast<QComboBox *>(m_fields.value(name)), statement, false);
+}
+
+// Shows the first column of the rows, or all of them joined; what is taken over is the first.
+void RecordForm::fillList(QComboBox *combo, const char *statement, bool wholeRows)
+{
     const QScopedValueRollback showing(m_showing, true);
     const QString text = combo->currentText();
     combo->clear();
     Connection::shared(m_primary.ConnectionString)
         ->read(
             QString::fromUtf8(statement), {}, [](const QStringList &) {},
-            [combo](const QVariantList &row) {
-                combo->addItem(row.first().toString());
+            [combo, wholeRows](const QVariantList &row) {
+                QString item = row.first().toString();
+                for (qsizetype i = 1; wholeRows && i < row.size(); ++i)
+                    item += u'|' + row[i].toString();
+                combo->addItem(item, row.first());
                 return true;
             });
     combo->setEditText(text);
@@ -318,16 +327,20 @@ void RecordForm::previous()
 
 // ---- add, edit, save, cancel, delete ----
 
+QString RecordForm::proposedKey()
+{
+    return proposeNumber(m_spec.numberedAs, *Connection::shared(m_primary.ConnectionString), QDate::currentDate());
+}
+
 void RecordForm::add()
 {
     QString number;
     run(m_spec.failures.add,
-        {[this] { setBusy(true, true); },
-         [&] {
-             if (!m_spec.numberedAs.isEmpty())
-                 number = proposeNumber(m_spec.numberedAs, *Connection::shared(m_primary.ConnectionString),
-                                        QDate::currentDate());
+        {[this] {
+             m_adding = true;
+             setBusy(true, true);
          },
+         [&] { number = proposedKey(); },
          [this] {
              if (records().RecordCount() > 0)
                  records().MoveLast();
@@ -336,6 +349,9 @@ void RecordForm::add()
          [&] {
              if (!number.isEmpty())
                  setFieldText(m_spec.fields.first().name, number);
+             for (const DefaultSpec &box : std::as_const(m_spec.tree.defaults))
+                 if (const QString text = defaultValue(box); !text.isEmpty())
+                     setFieldText(box.field, text);
              afterAdd();
          }});
 }
@@ -369,7 +385,8 @@ bool RecordForm::hasBadDate()
 bool RecordForm::missesRequiredField()
 {
     for (const RequiredField &field : std::as_const(m_spec.required)) {
-        if (!fieldText(field.name).isEmpty())
+        const qsizetype length = fieldText(field.name).size();
+        if (field.length ? length == field.length : length > 0)
             continue;
         if (!field.message.isEmpty()) {
             dialogs().message(this, field.message, m_spec.requiredTitle, MessageIcon::Exclamation);
@@ -382,9 +399,9 @@ bool RecordForm::missesRequiredField()
 
 void RecordForm::fillBlanks()
 {
-    for (const QString &name : std::as_const(m_spec.blankWhenEmpty))
-        if (fieldText(name).isEmpty())
-            setFieldText(name, QStringLiteral("  "));
+    for (const EmptyField &field : std::as_const(m_spec.whenEmpty))
+        if (fieldText(field.name).isEmpty())
+            setFieldText(field.name, field.stored);
 }
 
 void RecordForm::save()
@@ -392,9 +409,12 @@ void RecordForm::save()
     const bool isDocument = m_spec.body.statement != nullptr;
     if (hasBadDate())
         return;
+    checkKey();
+    m_adding = false;
     hidePicker();
     if (isDocument)
         m_bodyGrid->setEditing(false);
+    saving();
     if (missesRequiredField())
         return;
     fillBlanks();
@@ -404,6 +424,7 @@ void RecordForm::save()
                                      records().UpdateBatch();
                                      if (isDocument)
                                          body().UpdateBatch();
+                                     stored();
                                  });
                              },
                              [this, isDocument] { // a step away and back shows what is stored
@@ -414,15 +435,21 @@ void RecordForm::save()
                                      records().MovePrevious();
                                      records().MoveNext();
                                  }
-                             }});
+                             },
+                             [this] { finish(Change::Saved); }});
 }
 
 void RecordForm::cancel()
 {
     hidePicker();
     run(m_spec.failures.deleteAndCancel,
-        {[this] { lockFields(true); }, [this] { focusFirstField(); }, [this] { setBusy(false); },
-         [this] { records().CancelUpdate(); }, [this] { records().MoveFirst(); }, [this] { refreshBody(); }});
+        {[this] { cancelling(); }, [this] { lockFields(true); }, [this] { focusFirstField(); },
+         [this] { setBusy(false); }, [this] { records().CancelUpdate(); }, [this] { records().MoveFirst(); },
+         [this] { refreshBody(); },
+         [this] {
+             m_adding = false;
+             finish(Change::Cancelled);
+         }});
     showRecord();
 }
 
@@ -455,8 +482,15 @@ void RecordForm::deleteRecord()
              if (records().RecordCount() > 0)
                  records().MoveLast();
          },
-         [this] { refreshBody(); }});
+         [this] { refreshBody(); }, [this] { finish(Change::Deleted); }});
     showRecord();
+}
+
+void RecordForm::finish(Change what)
+{
+    if (what != Change::Cancelled)
+        rebuildTree();
+    recordsChanged(what);
 }
 
 // ---- keys, dates, closing ----
@@ -474,13 +508,16 @@ bool RecordForm::keyInField(QWidget *field, int key)
         return false;
     if (text && !text->textCursor().atEnd() && key == Qt::Key_Down)
         return false;
-    if (qobject_cast<QComboBox *>(field))
+    if (qobject_cast<QComboBox *>(field) || !name.contains(u'('))
         return false;
     const QString array = arrayOf(name);
     int elements = 0;
     for (const QString &other : m_fields.keys())
         elements += arrayOf(other) == array ? 1 : 0;
-    const int target = (indexOf(name) + (key == Qt::Key_Down ? 1 : elements - 1)) % elements;
+    const int next = indexOf(name) + (key == Qt::Key_Down ? 1 : -1);
+    if (!m_spec.arrowsWrap && (next < 0 || next == elements))
+        return true;
+    const int target = (next + elements) % elements;
     focusField(QStringLiteral("%1(%2)").arg(array).arg(target));
     return true;
 }
@@ -539,6 +576,8 @@ bool RecordForm::eventFilter(QObject *watched, QEvent *event)
             // After the focus has moved on; a message from inside the event would take the new focus with it.
             QMetaObject::invokeMethod(
                 this, [this, field] { leftDateField(field); }, Qt::QueuedConnection);
+        } else if (left && m_spec.unique.statement && name == m_spec.fields.first().name) {
+            QMetaObject::invokeMethod(this, &RecordForm::leftKeyField, Qt::QueuedConnection);
         }
     }
     return QWidget::eventFilter(watched, event);

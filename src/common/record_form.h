@@ -2,7 +2,9 @@
 // states, buttons, navigation, keys, close rules and failure behaviours are told here once.
 #pragma once
 
+#include "common/branch_tree.h"
 #include "common/grid.h"
+#include "common/picture_field.h"
 #include "data/data_control.h"
 
 #include <QDate>
@@ -35,7 +37,7 @@ struct FailureGroup {
             edit = Failure::Report, deleteAndCancel = Failure::Skip, ok = Failure::Report;
 };
 
-enum class FieldKind { Text, Password, LongText, Date, Combo, Check };
+enum class FieldKind { Text, Password, LongText, Date, Combo, Check, Picture };
 
 struct FieldSpec {
     QString name; // of the control: "Text1(0)"
@@ -50,6 +52,29 @@ struct FieldSpec {
 
 struct RequiredField {
     QString name, message; // an empty message stops the save without a word
+    int length = 0;        // that the text must have; 0: any but none
+};
+
+struct EmptyField {
+    QString name, stored = QStringLiteral("  "); // two blanks: later tests for empty fail
+};
+
+// A key typed for a new record is looked up when its field is left; one that is there already is taken away again.
+struct UniqueKeySpec {
+    const char *statement = nullptr; // with {key}
+    QString message;
+};
+
+// A box over the list: each change of its text shows the records of a statement.
+struct FilterSpec {
+    QString name, caption;
+    const char *statement = nullptr; // with {text}
+    bool trimmed = true;
+};
+
+// Cmd_find asks for a value and goes to the first record that has it.
+struct FindSpec {
+    QString column, prompt, title, notFound;
 };
 
 struct BodySpec {
@@ -63,6 +88,7 @@ struct BodySpec {
 
 struct ButtonSpec {
     QString name, caption, shortcut;
+    bool whileAdding = false; // enabled in Browse and in Add
 };
 
 struct RecordFormSpec {
@@ -77,13 +103,20 @@ struct RecordFormSpec {
     QString numberedAs;       // form name in the table of numbers; empty: the user types the key
     QVector<RequiredField> required;
     QString requiredTitle = QStringLiteral("提示");
-    QStringList blankWhenEmpty; // fields stored as two blanks when nothing is in them: later tests for empty fail
-    QStringList notes;          // texts below the fields
+    UniqueKeySpec unique;
+    QVector<EmptyField> whenEmpty; // what is stored for fields with nothing in them
+    QStringList notes;             // texts below the fields
     QStringList captions{"前端", "向前", "向后", "后端", "新增", "删除", "编辑", "确认", "取消", "返回"};
     bool navigationWhileBusy = false;
+    bool arrowsWrap = true; // from the last field of an array to the first and back
     FailureGroup failures;
     BodySpec body;
     QVector<ButtonSpec> printButtons;
+    QVector<ButtonSpec> actions; // further buttons of the form's own
+    FilterSpec filter;
+    FindSpec find;
+    TreeSpec tree;
+    PictureSpec picture;                       // of the one field of that kind
     QString dateFilterCaption;                 // label of the date picker over the list; empty: there is none
     const char *dateFilterStatement = nullptr; // with {date}
 };
@@ -96,12 +129,15 @@ public:
     explicit RecordForm(const RecordFormSpec &spec, QWidget *mainWindow = nullptr);
     ~RecordForm() override;
 
+    enum class Change { Saved, Cancelled, Deleted };
+
     // Add or Edit is under way: Cmdcancel is enabled.
     bool isBusy() const;
     Recordset &records() { return m_primary.Recordset(); }
 
 protected:
     // What a form adds to the steps of the engine.
+    virtual QString proposedKey();                             // of a new record; read before the row is there
     virtual void afterAdd() {}                                 // the new row stands, its number is written
     virtual void comboChosen(const QString & /*name*/) {}      // an item was chosen in a combo box
     virtual void bodyRowStarted() {}                           // a line was added and wants its head's values
@@ -109,6 +145,11 @@ protected:
     virtual void bodyTyped(const QString & /*column*/, const QString & /*text*/) {}
     virtual void picked() {} // a row of the picker was chosen
     virtual void print(const QString & /*button*/) {}
+    virtual void action(const QString & /*button*/) {}
+    virtual void saving() {}                        // OK was pressed; nothing is checked yet
+    virtual void stored() {}                        // all rows are written, in the same transaction
+    virtual void cancelling() {}                    // the record is still there
+    virtual void recordsChanged(Change /*what*/) {} // the last step of OK, Cancel and Delete
     virtual void deleteRecord();
 
     // Runs steps as the failure behaviour says: Report stops at the first that fails, with its text; Skip passes over
@@ -118,6 +159,10 @@ protected:
     QString fieldText(const QString &name) const;
     void setFieldText(const QString &name, const QString &text); // writes the record as typing does
     void focusField(const QString &name);
+    // Between Add and the OK or Cancel that follows; an OK that is refused ends it too.
+    bool isAdding() const { return m_adding; }
+    // Whether the key in the key field is stored already.
+    bool keyIsTaken();
     void fillCombo(const QString &name, const char *statement);
     Recordset &body() { return m_body.Recordset(); }
     Recordset &picker() { return m_pickerRows.Recordset(); }
@@ -138,6 +183,10 @@ protected:
     void lockFields(bool locked);
     void focusFirstField();
     void refresh() { m_primary.Refresh(); }
+    void add();
+    BranchTree *tree() const { return m_tree; }
+    // Text of one of the boxes above the tree, or what it stands for.
+    QString defaultValue(const DefaultSpec &box) const;
     void showRecord();
 
 private:
@@ -146,6 +195,10 @@ private:
     QWidget *buildPage(int page);
     QWidget *buildButtons();
     void buildBody(QBoxLayout *layout);
+    void buildDateFilter(QBoxLayout *layout);
+    void buildFilter(QBoxLayout *layout);
+    void buildTree(QBoxLayout *layout);
+    void showStatement(const char *statement, const Values &values);
     QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &action);
     void bindField(const FieldSpec &field, QWidget *widget);
     void load();
@@ -156,6 +209,13 @@ private:
     void deleteBodyRow();
     bool keyInField(QWidget *field, int key);
     void leftDateField(QWidget *field);
+    void leftKeyField();
+    void checkKey();
+    void find();
+    void branchChosen(const BranchSpec &branch, const QString &text);
+    void rebuildTree();
+    void fillList(QComboBox *combo, const char *statement, bool wholeRows);
+    void finish(Change what);
     bool hasBadDate();
     bool missesRequiredField();
     void fillBlanks();
@@ -164,7 +224,6 @@ private:
     void last();
     void next();
     void previous();
-    void add();
     void edit();
     void save();
     void cancel();
@@ -175,10 +234,12 @@ private:
     QHash<QString, QString> m_chosen; // what each combo held when it was entered
     QHash<QString, QPushButton *> m_buttons;
     Grid *m_list = nullptr, *m_bodyGrid = nullptr, *m_pickerGrid = nullptr;
+    BranchTree *m_tree = nullptr;
     QTabWidget *m_tabs = nullptr;
     QLabel *m_state = nullptr;
     QString m_bodyKey; // whose lines the body shows
     bool m_busy = false;
+    bool m_adding = false;
     bool m_showing = false;   // fields are being filled from the record
     bool m_composing = false; // an input method holds text that is not committed yet
 };

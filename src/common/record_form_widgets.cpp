@@ -3,7 +3,6 @@
 #include "common/record_form.h"
 
 #include <QCheckBox>
-#include <QDateEdit>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -43,36 +42,16 @@ void RecordForm::build()
     auto *left = new QWidget(splitter);
     auto *leftLayout = new QVBoxLayout(left);
     leftLayout->setContentsMargins(0, 0, 0, 0);
-    if (m_spec.dateFilterStatement) {
-        auto *row = new QHBoxLayout;
-        auto *label = new QLabel(m_spec.dateFilterCaption, left);
-        auto *picker = new QDateEdit(QDate::currentDate(), left);
-        picker->setObjectName("DTPicker3");
-        picker->setAccessibleName(m_spec.dateFilterCaption);
-        picker->setDisplayFormat("yyyy-MM-dd");
-        picker->setCalendarPopup(true);
-        label->setBuddy(picker);
-        auto *all = new QPushButton(QStringLiteral("全部"), left);
-        all->setObjectName("Cmd_all");
-        all->setAccessibleName(QStringLiteral("显示全部记录"));
-        row->addWidget(label);
-        row->addWidget(picker, 1);
-        row->addWidget(all);
-        leftLayout->addLayout(row);
-        const auto list = [this](const char *statement, const Values &values) {
-            m_primary.setRecordSource(statement, values);
-            run(Failure::Report, {[this] { m_primary.Refresh(); }});
-        };
-        connect(picker, &QDateEdit::dateChanged, this, [this, list](QDate date) {
-            list(m_spec.dateFilterStatement, {{"date", date.toString(Qt::ISODate)}});
-        });
-        connect(all, &QPushButton::clicked, this, [this, list] { list(m_spec.statement, {}); });
-        m_buttons["Cmd_all"] = all;
-    }
+    if (m_spec.dateFilterStatement)
+        buildDateFilter(leftLayout);
+    if (m_spec.filter.statement)
+        buildFilter(leftLayout);
+    if (!m_spec.tree.branches.empty())
+        buildTree(leftLayout);
     m_list = new Grid("TDBGrid3", QStringLiteral("记录列表"), left);
     m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_list->showRecords(records(), m_spec.list);
-    leftLayout->addWidget(m_list);
+    leftLayout->addWidget(m_list, 1);
 
     auto *scroll = new QScrollArea(splitter);
     auto *content = new QWidget;
@@ -157,8 +136,14 @@ QWidget *RecordForm::buildPage(int page)
 
 QWidget *RecordForm::buildField(const FieldSpec &field)
 {
-    QWidget *widget = nullptr;
+    QWidget *widget = nullptr, *frame = nullptr;
     switch (field.kind) {
+    case FieldKind::Picture: {
+        auto *picture = new PictureField(m_spec.picture, this);
+        widget = picture->path();
+        frame = picture;
+        break;
+    }
     case FieldKind::Combo:
         widget = new ComboField(this);
         break;
@@ -178,12 +163,13 @@ QWidget *RecordForm::buildField(const FieldSpec &field)
     }
     widget->setObjectName(field.name);
     const QString name = withoutColon(field.caption);
-    widget->setAccessibleName(name.isEmpty() && !m_spec.pages.isEmpty() ? m_spec.pages[field.page] : name);
+    if (!name.isEmpty() || widget->accessibleName().isEmpty())
+        widget->setAccessibleName(name.isEmpty() && !m_spec.pages.isEmpty() ? m_spec.pages[field.page] : name);
     widget->setProperty("isDate", field.kind == FieldKind::Date);
     widget->installEventFilter(this);
     m_fields.insert(field.name, widget);
     bindField(field, widget);
-    return widget;
+    return frame ? frame : widget;
 }
 
 void RecordForm::bindField(const FieldSpec &field, QWidget *widget)
@@ -276,6 +262,8 @@ QWidget *RecordForm::buildButtons()
     addButton(layout, {"cmdxq", captions[1], "Ctrl+PgUp"}, [this] { previous(); });
     addButton(layout, {"cmdnext", captions[2], "Ctrl+PgDown"}, [this] { next(); });
     addButton(layout, {"cmdmd", captions[3], "Ctrl+End"}, [this] { last(); });
+    if (!m_spec.find.column.isEmpty())
+        addButton(layout, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
     layout->addStretch(1);
     addButton(layout, {"Cmdadd", captions[4], "Ctrl+N"}, [this] { add(); });
     addButton(layout, {"Cmddelete", captions[5], "Ctrl+Del"}, [this] { deleteRecord(); });
@@ -283,6 +271,8 @@ QWidget *RecordForm::buildButtons()
     addButton(layout, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
     addButton(layout, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
     layout->addStretch(1);
+    for (const ButtonSpec &button : std::as_const(m_spec.actions))
+        addButton(layout, button, [this, name = button.name] { action(name); });
     for (const ButtonSpec &button : std::as_const(m_spec.printButtons))
         addButton(layout, button, [this, name = button.name] { print(name); });
     addButton(layout, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { close(); });
@@ -300,11 +290,13 @@ void RecordForm::setBusy(bool busy, bool adding)
         m_buttons[name]->setEnabled(!busy || m_spec.navigationWhileBusy);
     for (const ButtonSpec &button : std::as_const(m_spec.printButtons))
         m_buttons[button.name]->setEnabled(!busy);
-    m_list->setEnabled(!busy);
-    if (m_spec.dateFilterStatement) {
-        m_buttons["Cmd_all"]->setEnabled(!busy);
-        findChild<QWidget *>("DTPicker3")->setEnabled(!busy);
-    }
+    for (const ButtonSpec &button : std::as_const(m_spec.actions))
+        m_buttons[button.name]->setEnabled(!busy || (adding && button.whileAdding));
+    // What would show other records waits until this one is done.
+    for (const QString &name : {QStringLiteral("Cmd_find"), QStringLiteral("Cmd_all"), QStringLiteral("DTPicker3"),
+                                QStringLiteral("TreeView1"), QStringLiteral("TDBGrid3"), m_spec.filter.name})
+        if (auto *widget = name.isEmpty() ? nullptr : findChild<QWidget *>(name))
+            widget->setEnabled(!busy);
     if (m_bodyGrid) {
         if (busy)
             m_bodyGrid->setEditing(true, [this] { startBodyRow(); });
