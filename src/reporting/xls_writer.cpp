@@ -5,6 +5,7 @@
 #include <gsf/gsf-output-stdio.h>
 #include <gsf/gsf-utils.h>
 
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QtEndian>
 
@@ -91,9 +92,7 @@ template <typename Length> void putText(QByteArray &out, QStringView text)
 // the upper part of a number whose lower part is zero.
 std::optional<u32> packed(double value)
 {
-    const auto whole = [](double number) {
-        return std::abs(number) < (1 << 29) && number == std::trunc(number) && !(number == 0 && std::signbit(number));
-    };
+    const auto whole = [](double number) { return std::abs(number) < (1 << 29) && number == std::trunc(number); };
     if (whole(value))
         return u32(qint32(value)) << 2 | 2;
     const double hundredths = value * 100;
@@ -132,6 +131,9 @@ bool writeContainer(const QString &path, const QVector<QByteArray> &parts, QStri
         *error = QStringLiteral("不能写入文件 %1：%2").arg(path, reason);
         return false;
     };
+    const QFileInfo present(path);
+    if (present.exists() && !present.isFile()) // a device or pipe would be replaced by a file
+        return fail(QStringLiteral("不是普通文件"));
     if (!file.open(QIODevice::WriteOnly))
         return fail(file.errorString());
     const int descriptor = dup(file.handle());

@@ -115,7 +115,7 @@ TEST_F(ExcelExport, PositionsBecomeColumnsAndJoinedCells)
          {3010, 1000, 2000, 300, QStringLiteral("-7"), -7},
          {140, 1300, 6000, 300, QStringLiteral("合计 TOTAL")},
          {7000, 1300, 2000, 300, QStringLiteral("1e15"), 1e15},
-         {140, 3300, 2000, 300, QStringLiteral("  ")},
+         {140, 3300, 6900, 300, QStringLiteral("  ")},
          {140, 3900, 2000, 300, {}}})});
     const QJsonArray rows = cells(sheet(book));
     const QJsonValue empty;
@@ -125,7 +125,7 @@ TEST_F(ExcelExport, PositionsBecomeColumnsAndJoinedCells)
                                 QJsonArray{QStringLiteral("合计 TOTAL"), empty, QStringLiteral("1e15")},
                                 QJsonArray{empty, empty, empty}, QJsonArray{QStringLiteral("  "), empty, empty}}));
     EXPECT_EQ(sheet(book)[QStringLiteral("merged")].toArray(),
-              (QJsonArray{QJsonArray{0, 1, 0, 3}, QJsonArray{3, 4, 0, 2}}));
+              (QJsonArray{QJsonArray{0, 1, 0, 3}, QJsonArray{3, 4, 0, 2}, QJsonArray{5, 6, 0, 2}}));
     const QJsonArray looks = sheet(book)[QStringLiteral("looks")].toArray();
     EXPECT_EQ(looks[0][0].toArray(),
               (QJsonArray{QStringLiteral("黑体"), 360, 700, QStringLiteral("General"), 2, empty}));
