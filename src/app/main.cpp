@@ -1,5 +1,6 @@
 #include "common/dialogs.h"
 #include "data/data_error.h"
+#include "shell/picture.h"
 #include "shell/process.h"
 #include "shell/startup.h"
 #include "shell/style.h"
@@ -48,6 +49,9 @@ int main(int argc, char **argv)
     if (translator.load(chinese, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         Application::installTranslator(&translator);
     applyStyle(application);
+    Application::setWindowIcon(commandIcon(brand, 0));
+    // The exit question ends the process, not the last window that happens to close.
+    Application::setQuitOnLastWindowClosed(false);
     try {
         Main();
     } catch (const DataError &error) {

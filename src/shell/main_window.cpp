@@ -65,6 +65,7 @@ main_FRM::main_FRM()
     buildSideBar();
     buildStatusBand();
     m_picture->lower();
+    m_sideBar->setFocus();
     resize(1200, 700);
     layPicture(belowOnLoad);
     startClock();
@@ -191,6 +192,7 @@ void main_FRM::switchOff(const QString &tool)
 void main_FRM::setStatusText(const QString &text)
 {
     m_texts[statusTextTool]->setText(text);
+    m_texts[statusTextTool]->setToolTip(text); // where the window is too narrow for all of it
 }
 
 void main_FRM::execute(const Tool &tool)

@@ -59,6 +59,8 @@ void SideBar::addGroup(const QString &name, const QString &caption, const QList<
         addButton(button, layout, -1);
     }
     m_layout->insertWidget(m_layout->count() - 1, group);
+    if (m_headers.isEmpty())
+        setFocusProxy(header);
     m_headers.append(header);
     m_groups.append(group);
     connect(header, &QToolButton::toggled, this, [this, header](bool checked) { unfold(header, checked); });

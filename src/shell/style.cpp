@@ -26,14 +26,16 @@ QToolBar QToolButton:pressed, #Band8 QToolButton:pressed { background: palette(m
 #Band8 QToolButton[header="true"] { font-weight: bold; background: palette(window); }
 QStatusBar { border-top: 1px solid palette(mid); }
 QStatusBar::item { border: 0; }
-QStatusBar QLabel { padding: 2px 8px; }
+QStatusBar QLabel { padding: 2px 4px; }
 QPushButton { padding: 4px 14px; }
 QLineEdit, QPlainTextEdit, QTextEdit { padding: 2px 4px; border: 1px solid palette(mid); border-radius: 3px; background: palette(base); }
 QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus { border-color: palette(highlight); }
-QLineEdit[readOnly="true"], QPlainTextEdit[readOnly="true"], QTextEdit[readOnly="true"] { background: palette(window); border-color: palette(midlight); }
+QLineEdit:read-only, QPlainTextEdit:read-only, QTextEdit:read-only { background: palette(window); border-color: palette(midlight); }
 QComboBox QLineEdit { border: 0; padding: 0; }
 QTableView { gridline-color: palette(midlight); }
 QHeaderView::section { padding: 4px 6px; border: 0; border-right: 1px solid palette(midlight); border-bottom: 1px solid palette(mid); background: palette(window); }
+#state { padding: 2px 12px; border-radius: 4px; background: palette(midlight); }
+#state[busy="true"] { background: palette(highlight); color: palette(highlighted-text); }
 #lblTitle, #brand { font-size: 14pt; font-weight: bold; }
 )";
 

@@ -155,6 +155,13 @@ TEST_F(MainWindow, AsksOnceBeforeTheProcessEnds)
     EXPECT_FALSE(mainWindow.isVisible()); // closed by its frame
 }
 
+TEST_F(MainWindow, TheProcessEndsAtOnceWithoutAskingAgain)
+{
+    setEndProcess({});
+    EXPECT_EXIT(run("Tool7"), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(endProcess(1), testing::ExitedWithCode(1), "");
+}
+
 TEST_F(MainWindow, TheClockFollowsTheTimerAndTheLoginTimeDoesNot)
 {
     auto &timer = find<QTimer>(mainWindow, "Timer1");
