@@ -97,11 +97,15 @@ public:
 
 private:
     friend class Layout;
-    FormattedBand(const Section &ofSection, int onPage, QVector<QString> &texts)
-        : section(ofSection), page(onPage), m_texts(texts)
+    struct Content {
+        QString text;
+        double number = std::numeric_limits<double>::quiet_NaN();
+    };
+    FormattedBand(const Section &ofSection, int onPage, QVector<Content> &contents)
+        : section(ofSection), page(onPage), m_contents(contents)
     {
     }
-    QVector<QString> &m_texts;
+    QVector<Content> &m_contents; // of the band's objects
 };
 using FormatHook = void (*)(FormattedBand &band);
 
@@ -130,42 +134,48 @@ private:
     struct Total {
         double sum = 0, rest = 0; // rest: what adding doubles has lost
         qint64 count = 0;
-        void add(double value);
+        void add(const QVariant &value);
+    };
+    struct Source {
+        int column = -1; // of the rows
+        int total = -1;  // of m_totals
     };
     struct Band {
         const Section *section = nullptr;
-        QVector<int> columns; // of the source for each object, -1 without
-        QVector<int> totals;  // index of m_totals for each object, -1 without
+        QVector<Source> sources; // of each object
+        int height() const { return section ? section->height : 0; }
     };
-    struct TotalOf {
-        int column, level;
-        bool overReport;
-        Summary summary;
+    struct Summing {
+        const ReportObject *object;
+        int column;
         Total total;
     };
 
+    Band bandOf(SectionKind kind, int level);
+    int columnOf(const QString &field) const;
     void step();
     void open(int fromLevel);
     void close(int fromLevel);
     int changedLevel() const;
     void place(const Band &band, int together);
     void put(const Band &band, int y);
+    FormattedBand::Content contentOf(const Band &band, int object) const;
     void startPage(int need);
     void finishPage();
     int footerTop() const;
-    Band bandOf(const Section *section, const QHash<QString, int> &columns);
 
     std::shared_ptr<PageContext> m_context;
     std::unique_ptr<RowSource> m_rows;
     QHash<QString, QString> m_labels;
+    QHash<QString, int> m_columns; // by lower-case name
     FormatHook m_atFormat;
     Band m_pageHeader, m_detail, m_pageFooter;
     QVector<Band> m_headers, m_footers; // outermost first
     QVector<int> m_groupColumns;        // -1 for a group over all rows
-    QVector<TotalOf> m_totals;
-    QVector<int> m_used;                // columns that the template shows or groups by
-    QVariantList m_row, m_nextRow;      // the row that bands show, and the one just read
-    QVector<QString> m_texts;           // of the band being placed
+    QVector<Summing> m_totals;
+    QVector<int> m_used;                        // columns that the template shows or groups by
+    QVariantList m_row, m_nextRow;              // the row that bands show, and the one just read
+    QVector<FormattedBand::Content> m_contents; // of the band being placed
 
     std::deque<PagePtr> m_ready;
     std::shared_ptr<Page> m_page;

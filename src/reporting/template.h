@@ -39,8 +39,8 @@ struct ReportObject {
 
     // fields
     QString dataField;
-    QString format;          // empty, "0.00", "#,##0.00" or "mmmm d, yyyy"
-    bool pageTotal = false;  // shows the number of pages once it is known
+    QString format;         // empty, "0.00", "#,##0.00" or "mmmm d, yyyy"
+    bool pageTotal = false; // shows the number of pages once it is known
     Summary summary = Summary::None;
     bool overReport = false; // the summary runs on from group to group
     int summaryLevel = 0;    // 1 to 3: the group whose rows it takes
@@ -76,7 +76,7 @@ struct ReportTemplate {
     // Number of nested groups, 0 to 3.
     int groups() const;
     // The object of that name, or nullptr.
-    const ReportObject *object(const QString &name) const;
+    const ReportObject *object(const QString &objectName) const;
 };
 
 // Reads a template. A file that cannot be read or is no template gives nullptr, and error names file, line and what is

@@ -1,0 +1,380 @@
+#include "reporting/layout.h"
+
+#include "data/date_text.h"
+
+#include <QLocale>
+#include <QSet>
+
+#include <cmath>
+
+namespace tradewick
+{
+
+namespace
+{
+
+bool isNumber(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Two decimal places as a reader of the number's decimal form rounds it: 1.005 is 1.01, whatever the double below it.
+double twoPlaces(double number)
+{
+    if (std::abs(number) >= 1e12)
+        return number;
+    return std::round(QString::number(number * 100, 'g', 15).toDouble()) / 100 + 0.0;
+}
+
+QString numberText(double number, const QString &format)
+{
+    static const QLocale grouped(QLocale::English, QLocale::UnitedStates);
+    if (format == QLatin1String("0.00"))
+        return QString::number(twoPlaces(number), 'f', 2);
+    if (format == QLatin1String("#,##0.00"))
+        return grouped.toString(twoPlaces(number), 'f', 2);
+    const QString text = QString::number(number, 'g', 15);
+    return text.contains(u'e') ? QString::number(number, 'f', QLocale::FloatingPointShortest) : text;
+}
+
+void warnOnce(const QString &report, const QString &field)
+{
+    static QSet<QString> warned;
+    const QString both = report + u'.' + field;
+    if (!warned.contains(both)) {
+        warned.insert(both);
+        qWarning("report %s: the source has no column %s", qUtf8Printable(report), qUtf8Printable(field));
+    }
+}
+
+} // namespace
+
+QString fieldText(const QVariant &value, const QString &format)
+{
+    if (value.isNull())
+        return {};
+    if (isNumber(value))
+        return numberText(value.toDouble(), format);
+    const bool dateFormat = format == QLatin1String("mmmm d, yyyy");
+    if (dateFormat) {
+        const QDate date = value.typeId() == QMetaType::QString ? dateFromText(value.toString()) : value.toDate();
+        if (date.isValid())
+            return QLocale::c().toString(date, QStringLiteral("MMMM d, yyyy"));
+    }
+    if (value.typeId() == QMetaType::QDate || value.typeId() == QMetaType::QDateTime)
+        return dateText(value);
+    const QString text = value.toString();
+    if (!format.isEmpty() && !dateFormat) {
+        bool ok = false;
+        const double number = text.toDouble(&ok);
+        if (ok)
+            return numberText(number, format);
+    }
+    return text;
+}
+
+Paper paperFor(const ReportTemplate &report, int width, int height, bool fit)
+{
+    const int needed = report.paperWidth();
+    if (!fit || needed <= width)
+        return {width, height};
+    const double scale = static_cast<double>(width) / needed;
+    return {needed, qRound(height / scale), scale};
+}
+
+Paper paperFor(const ReportTemplate &report)
+{
+    const Paper a4;
+    return report.paperWidth() <= a4.width ? a4 : paperFor(report, a4.height, a4.width, true);
+}
+
+QStringView Page::text(const PageItem &item) const
+{
+    if (item.object->pageTotal)
+        return context->pageTotal;
+    return QStringView(characters).mid(item.start, item.length);
+}
+
+QString FormattedBand::text(const QString &name) const
+{
+    for (qsizetype at = 0; at < section.objects.size(); ++at)
+        if (section.objects[at].name == name)
+            return m_contents[at].text;
+    return {};
+}
+
+void FormattedBand::setText(const QString &name, const QString &text)
+{
+    for (qsizetype at = 0; at < section.objects.size(); ++at)
+        if (section.objects[at].name == name)
+            m_contents[at] = {text};
+}
+
+// Neumaier's summation: sums of thousands of amounts stay those of the decimal figures.
+void Layout::Total::add(const QVariant &value)
+{
+    if (value.isNull())
+        return;
+    ++count;
+    const double number = value.toDouble(), next = sum + number;
+    rest += std::abs(sum) >= std::abs(number) ? (sum - next) + number : (number - next) + sum;
+    sum = next;
+}
+
+Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<RowSource> rows,
+               const QHash<QString, QString> &labels, const QHash<QString, QImage> &images, const Paper &paper,
+               FormatHook atFormat)
+    : m_context(std::make_shared<PageContext>()), m_rows(std::move(rows)), m_labels(labels), m_atFormat(atFormat)
+{
+    m_context->report = std::move(report);
+    m_context->paper = paper;
+    m_context->images = images;
+    for (const FontSpec &font : m_context->report->fonts)
+        m_context->fonts.append(&TextFont::of(font));
+    if (m_rows) {
+        const QStringList columns = m_rows->columns();
+        for (qsizetype at = columns.size() - 1; at >= 0; --at)
+            m_columns.insert(columns[at].toLower(), static_cast<int>(at));
+        m_row.resize(columns.size());
+        m_nextRow.resize(columns.size());
+    }
+    m_pageHeader = bandOf(SectionKind::PageHeader, 0);
+    m_detail = bandOf(SectionKind::Detail, 0);
+    m_pageFooter = bandOf(SectionKind::PageFooter, 0);
+    for (int level = 1; level <= m_context->report->groups(); ++level) {
+        m_headers.append(bandOf(SectionKind::GroupHeader, level));
+        m_footers.append(bandOf(SectionKind::GroupFooter, level));
+        const int column = columnOf(m_headers.constLast().section->groupField);
+        m_groupColumns.append(column);
+        if (column >= 0 && !m_used.contains(column))
+            m_used.append(column);
+    }
+}
+
+Layout::~Layout() = default;
+
+int Layout::columnOf(const QString &field) const
+{
+    return m_columns.value(field.toLower(), -1);
+}
+
+Layout::Band Layout::bandOf(SectionKind kind, int level)
+{
+    Band band{m_context->report->section(kind, level), {}};
+    if (!band.section)
+        return band;
+    for (const ReportObject &object : band.section->objects) {
+        Source source;
+        if (!object.dataField.isEmpty()) {
+            source.column = columnOf(object.dataField);
+            if (source.column < 0 && m_rows)
+                warnOnce(m_context->report->name, object.dataField);
+            else if (source.column >= 0 && !m_used.contains(source.column))
+                m_used.append(source.column);
+        }
+        if (object.summary != Summary::None && source.column >= 0) {
+            source.total = static_cast<int>(m_totals.size());
+            m_totals.append({&object, source.column, {}});
+        }
+        band.sources.append(source);
+    }
+    return band;
+}
+
+int Layout::footerTop() const
+{
+    return m_context->paper.height - m_context->report->bottomMargin - m_pageFooter.height();
+}
+
+PagePtr Layout::next()
+{
+    while (m_ready.empty() && !m_done)
+        step();
+    if (m_ready.empty())
+        return nullptr;
+    PagePtr page = std::move(m_ready.front());
+    m_ready.pop_front();
+    return page;
+}
+
+QVector<PagePtr> Layout::all()
+{
+    QVector<PagePtr> pages;
+    while (PagePtr page = next())
+        pages.append(std::move(page));
+    return pages;
+}
+
+// One row of the source, or its end.
+void Layout::step()
+{
+    const bool first = !m_started;
+    m_started = true;
+    const bool row = m_rows ? m_rows->next() : first;
+    if (m_rows && row)
+        for (int column : std::as_const(m_used))
+            m_nextRow[column] = m_rows->value(column);
+    if (first) {
+        m_row.swap(m_nextRow);
+        startPage(0);
+        open(1);
+    } else if (row) {
+        const int level = changedLevel();
+        if (level > 0)
+            close(level);
+        m_row.swap(m_nextRow);
+        if (level > 0)
+            open(level);
+    }
+    if (row) {
+        for (Summing &summing : m_totals)
+            summing.total.add(m_row[summing.column]);
+        place(m_detail, m_detail.height());
+    } else {
+        close(1);
+        finishPage();
+        m_context->pageTotal = QString::number(m_pages);
+        m_rows.reset();
+        m_done = true;
+    }
+}
+
+// The outermost group whose field has another value in the row just read; 0 without.
+int Layout::changedLevel() const
+{
+    for (int level = 1; level <= m_groupColumns.size(); ++level) {
+        const int column = m_groupColumns[level - 1];
+        if (column >= 0 && m_row[column] != m_nextRow[column])
+            return level;
+    }
+    return 0;
+}
+
+void Layout::open(int fromLevel)
+{
+    int together = m_detail.height();
+    for (qsizetype level = fromLevel; level <= m_headers.size(); ++level)
+        together += m_headers[level - 1].height();
+    for (Summing &summing : m_totals)
+        if (!summing.object->overReport && summing.object->summaryLevel >= fromLevel)
+            summing.total = {};
+    for (int level = fromLevel; level <= m_headers.size(); ++level) {
+        place(m_headers[level - 1], together);
+        together -= m_headers[level - 1].height();
+        m_openGroups = level;
+    }
+}
+
+void Layout::close(int fromLevel)
+{
+    for (int level = static_cast<int>(m_footers.size()); level >= fromLevel; --level) {
+        place(m_footers[level - 1], m_footers[level - 1].height());
+        m_openGroups = level - 1;
+    }
+}
+
+// Puts a band below the last one, on a new page when it and what has to stand with it, `together` high, do not fit.
+void Layout::place(const Band &band, int together)
+{
+    if (band.height() == 0)
+        return;
+    if (!m_empty && m_y + together > footerTop()) {
+        finishPage();
+        startPage(band.height());
+    }
+    put(band, m_y);
+    m_y += band.height();
+    m_empty = false;
+}
+
+void Layout::startPage(int need)
+{
+    m_page = std::make_shared<Page>();
+    m_page->context = m_context;
+    m_page->number = ++m_pages;
+    m_y = m_context->report->topMargin;
+    put(m_pageHeader, m_y);
+    m_y += m_pageHeader.height();
+    m_empty = true;
+    int heads = 0;
+    for (int level = 0; level < m_openGroups; ++level)
+        heads += m_headers[level].height();
+    if (m_y + heads + need > footerTop())
+        return; // a form that fills its page by itself
+    for (int level = 0; level < m_openGroups; ++level) {
+        put(m_headers[level], m_y);
+        m_y += m_headers[level].height();
+    }
+}
+
+void Layout::finishPage()
+{
+    put(m_pageFooter, footerTop());
+    m_page->items.squeeze();
+    m_page->characters.squeeze();
+    m_ready.push_back(std::move(m_page));
+}
+
+FormattedBand::Content Layout::contentOf(const Band &band, int object) const
+{
+    const ReportObject &of = band.section->objects[object];
+    if (of.kind == ObjectKind::Label)
+        return {of.isFree() ? m_labels.value(of.name) : of.text};
+    if (of.kind != ObjectKind::Field)
+        return {};
+    const Source source = band.sources[object];
+    if (source.total >= 0) {
+        const Total &total = m_totals[source.total].total;
+        const double number = of.summary == Summary::Sum ? total.sum + total.rest : static_cast<double>(total.count);
+        return {numberText(number, of.format), number};
+    }
+    if (source.column >= 0) {
+        const QVariant &value = m_row[source.column];
+        QString text = fieldText(value, of.format);
+        return {text, isNumber(value) ? value.toDouble() : FormattedBand::Content().number};
+    }
+    return {of.dataField.isEmpty() ? of.text : QString()};
+}
+
+void Layout::put(const Band &band, int y)
+{
+    if (band.height() == 0)
+        return;
+    const QVector<ReportObject> &objects = band.section->objects;
+    m_contents.resize(objects.size());
+    for (int at = 0; at < objects.size(); ++at)
+        m_contents[at] = contentOf(band, at);
+    if (m_atFormat) {
+        FormattedBand formatted(*band.section, m_pages, m_contents);
+        m_atFormat(formatted);
+    }
+    const int left = m_context->report->leftMargin;
+    for (int at = 0; at < objects.size(); ++at) {
+        const ReportObject &object = objects[at];
+        PageItem item{&object, band.section->kind, left + object.x1, y + object.y1, left + object.x2, y + object.y2};
+        const FormattedBand::Content &content = m_contents[at];
+        const bool shown = item.isText() ? !content.text.isEmpty() || object.pageTotal || object.backColor != 0xffffffff
+                                         : object.kind != ObjectKind::Image || m_context->images.contains(object.name);
+        if (!object.visible || !shown)
+            continue;
+        item.start = static_cast<quint32>(m_page->characters.size());
+        item.length = static_cast<quint32>(content.text.size());
+        item.number = content.number;
+        m_page->characters.append(content.text);
+        m_page->items.append(item);
+    }
+}
+
+} // namespace tradewick

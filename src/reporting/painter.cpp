@@ -1,0 +1,215 @@
+#include "reporting/painter.h"
+
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSaveFile>
+
+#include <cmath>
+
+namespace tradewick
+{
+
+namespace
+{
+
+constexpr int twipsPerWeight = 15; // a pixel of the screens for which the templates were drawn
+constexpr int twipsPerInch = 1440;
+
+Qt::PenStyle penStyle(int style)
+{
+    switch (style) {
+    case 3:
+        return Qt::DotLine;
+    case 4:
+        return Qt::DashDotLine;
+    case 5:
+        return Qt::DashDotDotLine;
+    default:
+        return Qt::SolidLine;
+    }
+}
+
+class PagePainter
+{
+public:
+    PagePainter(QPainter &painter, const Page &page) : m_painter(painter), m_page(page) {}
+
+    void paint()
+    {
+        const QVector<PageItem> &items = m_page.items;
+        for (qsizetype at = 0; at < items.size(); ++at) {
+            const PageItem &item = items[at];
+            switch (item.object->kind) {
+            case ObjectKind::Label:
+            case ObjectKind::Field:
+                text(item);
+                break;
+            case ObjectKind::Line:
+                line(item);
+                break;
+            case ObjectKind::Shape:
+                shape(item);
+                break;
+            case ObjectKind::Image:
+                image(item);
+                break;
+            }
+        }
+        flushLines();
+    }
+
+private:
+    void pen(const QPen &wanted)
+    {
+        if (m_painter.pen() != wanted)
+            m_painter.setPen(wanted);
+    }
+
+    void text(const PageItem &item)
+    {
+        flushLines();
+        const ReportObject &object = *item.object;
+        if (object.backColor != 0xffffffff)
+            m_painter.fillRect(item.box(), QColor(object.backColor));
+        const TextLines arranged = arrange(m_page, item);
+        if (m_font != object.font) {
+            m_font = object.font;
+            m_painter.setFont(m_page.context->fonts[m_font]->font());
+        }
+        pen(QPen(QColor(object.foreColor)));
+        if (arranged.overflows)
+            overflowing(item, arranged);
+        else
+            draw(arranged.lines);
+    }
+
+    void draw(const QVector<TextLine> &lines)
+    {
+        for (const TextLine &line : lines)
+            if (!line.text.isEmpty())
+                m_painter.drawText(QPointF(line.x, line.baseline),
+                                   QString::fromRawData(line.text.data(), line.text.size()));
+    }
+
+    // A text is cut at the edge of its box. A number is not: without a digit it would be another number, so it is set
+    // narrower.
+    void overflowing(const PageItem &item, const TextLines &arranged)
+    {
+        m_painter.save();
+        if (std::isnan(item.number)) {
+            const int below = qRound(m_page.context->fonts[item.object->font]->lineHeight() / 4);
+            m_painter.setClipRect(item.box().adjusted(0, -below, 0, below), Qt::IntersectClip);
+        } else {
+            m_painter.translate(item.x1, 0);
+            m_painter.scale((item.x2 - item.x1) / arranged.lines.first().width, 1);
+            m_painter.translate(-item.x1, 0);
+        }
+        draw(arranged.lines);
+        m_painter.restore();
+    }
+
+    void line(const PageItem &item)
+    {
+        const ReportObject &object = *item.object;
+        const QPen wanted(QColor(object.foreColor), object.weight * twipsPerWeight, penStyle(object.style),
+                          object.style == 1 ? Qt::SquareCap : Qt::FlatCap);
+        if (wanted != m_linePen)
+            flushLines();
+        m_linePen = wanted;
+        m_lines.append(QLine(item.x1, item.y1, item.x2, item.y2));
+    }
+
+    // Lines of one pen that follow each other are drawn at once.
+    void flushLines()
+    {
+        if (m_lines.isEmpty())
+            return;
+        pen(m_linePen);
+        m_painter.drawLines(m_lines);
+        m_lines.clear();
+    }
+
+    void shape(const PageItem &item)
+    {
+        flushLines();
+        pen(QPen(QColor(item.object->foreColor), twipsPerWeight));
+        m_painter.setBrush(item.object->backColor == 0xffffffff ? QBrush() : QBrush(QColor(item.object->backColor)));
+        if (item.object->shape == 2)
+            m_painter.drawEllipse(item.box());
+        else if (item.object->shape == 3)
+            m_painter.drawRoundedRect(item.box(), 15, 15, Qt::RelativeSize);
+        else
+            m_painter.drawRect(item.box());
+    }
+
+    // The whole picture in the middle of its box, in its own proportions.
+    void image(const PageItem &item)
+    {
+        flushLines();
+        const QImage image = m_page.context->images.value(item.object->name);
+        QRectF place(QPointF(), QSizeF(image.size()).scaled(item.box().size(), Qt::KeepAspectRatio));
+        place.moveCenter(QRectF(item.box()).center());
+        m_painter.drawImage(place, image);
+    }
+
+    QPainter &m_painter;
+    const Page &m_page;
+    int m_font = -1;
+    QPen m_linePen;
+    QVector<QLine> m_lines; // not drawn yet
+};
+
+} // namespace
+
+void paintPage(QPainter &painter, const Page &page, double pixelsPerTwip)
+{
+    painter.save();
+    const double scale = pixelsPerTwip * page.context->paper.scale;
+    painter.scale(scale, scale);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
+    PagePainter(painter, page).paint();
+    painter.restore();
+}
+
+bool writePdf(const QVector<PagePtr> &pages, const QString &title, const QString &path, QString *error)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        *error = file.errorString();
+        return false;
+    }
+    {
+        QPdfWriter writer(&file);
+        writer.setTitle(title);
+        writer.setCreator(QStringLiteral("Tradewick"));
+        writer.setResolution(twipsPerInch);
+        const auto paper = [&writer](const Page &page) {
+            const Paper &of = page.context->paper;
+            const QSizeF points = QSizeF(of.width, of.height) * of.scale / 20;
+            writer.setPageLayout(
+                QPageLayout(QPageSize(points, QPageSize::Point, {}, QPageSize::ExactMatch), QPageLayout::Portrait, {}));
+        };
+        if (!pages.isEmpty())
+            paper(*pages.first());
+        QPainter painter;
+        if (!painter.begin(&writer)) {
+            *error = QStringLiteral("PDF");
+            file.cancelWriting();
+            return false;
+        }
+        for (qsizetype at = 0; at < pages.size(); ++at) {
+            if (at > 0) {
+                paper(*pages[at]);
+                writer.newPage();
+            }
+            paintPage(painter, *pages[at], 1);
+        }
+    }
+    if (!file.commit()) {
+        *error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+} // namespace tradewick

@@ -1,0 +1,82 @@
+// The preview: a report's pages with movement, zoom, search, print and PDF.
+#pragma once
+
+#include "reporting/page_view.h"
+#include "reporting/report.h"
+
+#include <QDialog>
+
+class QAction;
+class QLabel;
+class QLineEdit;
+class QPrinter;
+class QProgressBar;
+class QSpinBox;
+class QToolBar;
+class QToolButton;
+
+namespace tradewick
+{
+
+class ReportPreview : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // pages: lays the report out for a paper, anew at each call; by default the report's own layout().
+    using Pages = std::function<std::unique_ptr<Layout>(const Paper &paper)>;
+    explicit ReportPreview(Report &report, QWidget *parent = nullptr, Pages pages = {});
+    ~ReportPreview() override;
+
+    // The toolbar's tools; each has its number as data(), the export to a workbook has 999 and stands last.
+    QList<QAction *> tools() const;
+    static constexpr int excelTool = 999;
+
+    // Prints on a printer as it is set: range, copies, paper. Asks whether to draw a report smaller that is wider than
+    // the paper. Gives false, after a message, when the printer takes nothing.
+    bool printOn(QPrinter &printer);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    struct Tool;
+    void addTools();
+    QAction *addTool(const Tool &tool);
+    void layOut();
+    void finish();
+    void cancel();
+    void showPosition();
+    void askForText();
+    void find();
+    void print();
+    void savePdf();
+    void exportPages();
+
+    Report &m_report;
+    Pages m_layouts;
+    std::unique_ptr<Layout> m_layout; // as long as pages are missing
+    PageView *m_view;
+    QToolBar *m_bar;
+    QSpinBox *m_page;
+    QLabel *m_count;
+    QLineEdit *m_sought;
+    QLabel *m_status;
+    QWidget *m_progressRow;
+    QList<QAction *> m_whenComplete; // tools that take all pages
+    bool m_started = false;
+};
+
+// Shows a report's preview modally; comes back when it is closed.
+void showPreview(Report &report, QWidget *parent);
+
+// Sets what writes pages as a workbook; previews have the tool for it only when it is set.
+using ExcelExporter = std::function<void(const QVector<PagePtr> &pages, QWidget *parent)>;
+void setExcelExporter(ExcelExporter exporter);
+
+// Sets what lets the user choose printer, range, copies and paper, false for cancel; an empty function restores the
+// system's print dialog.
+using PrinterChooser = std::function<bool(QPrinter &printer, QWidget *parent)>;
+void setPrinterChooser(PrinterChooser chooser);
+
+} // namespace tradewick

@@ -1,0 +1,30 @@
+// All report objects: a report is its template and one line here.
+#pragma once
+
+#include "reporting/layout.h"
+
+#include <QStringView>
+
+namespace tradewick
+{
+
+// What a report does beyond its template. The letters are those of the families of reports.
+struct ReportFamily {
+    bool excelTool;      // whether its preview offers the export to a workbook
+    FormatHook atFormat; // called for each band before it is placed; nullptr for none
+};
+
+struct ReportEntry {
+    QStringView name; // also of its template, :/templates/<name>.xml
+    ReportFamily family;
+};
+
+// The report of that name, to the letter; nullptr when there is none.
+const ReportEntry *reportEntry(const QString &name);
+// The names of all reports.
+QStringList reportNames();
+
+// Where page stamps take date and time from: the system's clock, unless a test sets its own.
+extern QDateTime (*reportClock)();
+
+} // namespace tradewick
