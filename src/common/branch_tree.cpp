@@ -124,15 +124,14 @@ void BranchTree::rebuild()
     restore(root->index());
 }
 
-const BranchSpec *BranchTree::currentBranch() const
-{
-    return currentIndex().isValid() ? branchOf(currentIndex()) : nullptr;
-}
-
 void BranchTree::choose(const QModelIndex &index)
 {
-    if (const BranchSpec *branch = branchOf(index))
-        Q_EMIT chosen(branch, index.data().toString());
+    const BranchSpec *branch = branchOf(index);
+    if (!branch)
+        return;
+    m_chosenBranch = branch;
+    m_chosenText = index.data().toString();
+    Q_EMIT chosen(branch, m_chosenText);
 }
 
 } // namespace tradewick

@@ -51,8 +51,10 @@ public:
 
     // Reads the branches under the root anew; those that stood open are opened again. Throws DataError.
     void rebuild();
-    // The kind of the chosen branch, nullptr for the root or when none is chosen.
-    const BranchSpec *currentBranch() const;
+    // Kind and text of the branch that was chosen last, by a click or Enter; nullptr when none was yet. They outlast
+    // a rebuilding.
+    const BranchSpec *chosenBranch() const { return m_chosenBranch; }
+    const QString &chosenText() const { return m_chosenText; }
 
 Q_SIGNALS:
     void chosen(const tradewick::BranchSpec *branch, const QString &text); // never for the root
@@ -64,6 +66,8 @@ private:
 
     const TreeSpec &m_spec;
     Model *m_model;
+    const BranchSpec *m_chosenBranch = nullptr;
+    QString m_chosenText;
 };
 
 } // namespace tradewick

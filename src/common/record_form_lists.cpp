@@ -86,34 +86,6 @@ void RecordForm::find()
         }});
 }
 
-// ---- a key that must be new ----
-
-bool RecordForm::keyIsTaken()
-{
-    const QString key = fieldText(m_spec.fields.first().name);
-    return !key.isEmpty() && !Connection::shared(m_primary.ConnectionString)
-                                  ->rows(QString::fromUtf8(m_spec.unique.statement), {{"key", key}})
-                                  .isEmpty();
-}
-
-void RecordForm::checkKey()
-{
-    if (!m_adding || !m_spec.unique.statement)
-        return;
-    run(Failure::Report, {[this] {
-            if (!keyIsTaken())
-                return;
-            dialogs().message(this, m_spec.unique.message, QStringLiteral("系统提示"), MessageIcon::Critical);
-            setFieldText(m_spec.fields.first().name, {});
-        }});
-}
-
-void RecordForm::leftKeyField()
-{
-    if (!m_fields[m_spec.fields.first().name]->hasFocus() && !m_buttons["Cmdcancel"]->hasFocus())
-        checkKey();
-}
-
 // ---- the tree ----
 
 void RecordForm::buildTree(QBoxLayout *layout)

@@ -59,9 +59,9 @@ TEST_F(Currencies, ButtonsTellTheState)
     const struct {
         const char *button;
         bool browse, busy;
-    } cases[] = {{"CmdOK", false, true},    {"Cmdcancel", false, true}, {"Cmdadd", true, false},
-                 {"Cmdedit", true, false},  {"Cmddelete", true, false}, {"Cmdreturn", true, false},
-                 {"cmdqd", true, true},     {"cmdnext", true, true},    {"TDBGrid3", true, false}};
+    } cases[] = {{"CmdOK", false, true},   {"Cmdcancel", false, true}, {"Cmdadd", true, false},
+                 {"Cmdedit", true, false}, {"Cmddelete", true, false}, {"Cmdreturn", true, false},
+                 {"cmdqd", true, true},    {"cmdnext", true, true},    {"TDBGrid3", true, false}};
     for (const char *action : {"Cmdadd", "Cmdedit"}) {
         for (const auto &c : cases)
             EXPECT_EQ(drive.enabled(c.button), c.browse) << c.button;
@@ -196,7 +196,8 @@ TEST_F(Currencies, EnterAndArrowsMoveAlongTheFields)
 TEST_F(Currencies, AnyTextComesBackAsTyped)
 {
     const FormDriver drive = open();
-    const QStringList texts{"O'Neill & Söhne", "x'; delete from yy_gw_wxht_h --", "50% _[a]", "😀", QString(4000, u'币')};
+    const QStringList texts{"O'Neill & Söhne", "x'; delete from yy_gw_wxht_h --", "50% _[a]", "😀",
+                            QString(4000, u'币')};
     for (const QString &text : texts) {
         drive.click("Cmdadd");
         drive.type("Text(1)", text);
