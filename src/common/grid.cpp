@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCompleter>
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -72,13 +73,17 @@ void Grid::setEditing(bool editing, std::function<void()> newRow)
     m_model->setEditable(editing, std::move(newRow));
 }
 
+void Grid::setDropDown(const QString &column, const QString &name, std::function<QStringList()> items)
+{
+    m_dropDowns.insert(column, {name, std::move(items)});
+}
+
 void Grid::commitEditor()
 {
-    if (state() == EditingState)
-        if (auto *editor = viewport()->findChild<QLineEdit *>()) {
-            commitData(editor);
-            closeEditor(editor, QAbstractItemDelegate::NoHint);
-        }
+    if (QLineEdit *editor = cellEditor()) {
+        commitData(editor);
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
 }
 
 QString Grid::currentColumn() const
@@ -105,11 +110,23 @@ bool Grid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
     const bool opened = QTableView::edit(index, trigger, event);
     if (!opened || state() != EditingState)
         return opened;
-    if (auto *editor = viewport()->findChild<QLineEdit *>(); editor && editor->property("watched").isNull()) {
-        editor->setProperty("watched", true);
+    // A closed editor lives on until the event loop comes round; the new one is the one not met yet.
+    for (QLineEdit *editor : viewport()->findChildren<QLineEdit *>()) {
+        if (editor->property("met").toBool())
+            continue;
+        editor->setProperty("met", true);
         editor->setAccessibleName(m_model->columns()[index.column()].caption);
         editor->installEventFilter(this);
+        m_editor = editor;
         const QString column = m_model->columns()[index.column()].column;
+        if (const auto drop = m_dropDowns.constFind(column); drop != m_dropDowns.constEnd()) {
+            auto *completer = new QCompleter(drop->items(), editor);
+            completer->setFilterMode(Qt::MatchContains);
+            completer->setCaseSensitivity(Qt::CaseInsensitive);
+            completer->popup()->setObjectName(drop->name);
+            completer->popup()->setAccessibleName(m_model->columns()[index.column()].caption);
+            editor->setCompleter(completer);
+        }
         connect(editor, &QLineEdit::textEdited, this,
                 [this, column](const QString &text) { Q_EMIT typed(column, text); });
         // The key that opened the editor is typed into it before anyone listened.
@@ -131,6 +148,11 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         if (key == Qt::Key_Down) {
+            if (QCompleter *list = m_editor ? m_editor->completer() : nullptr) {
+                list->setCompletionPrefix({});
+                list->complete();
+                return true;
+            }
             Q_EMIT downInEditor();
             return true;
         }

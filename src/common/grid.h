@@ -3,6 +3,8 @@
 
 #include "data/recordset_model.h"
 
+#include <QLineEdit>
+#include <QPointer>
 #include <QTableView>
 
 namespace tradewick
@@ -27,8 +29,14 @@ public:
     // Columns that Enter goes through, the next line's first behind the last; all columns when empty.
     void setEnterColumns(const QStringList &columns) { m_enterColumns = columns; }
 
+    // A list that drops down below the cells of a column while they are typed into, any other text allowed too.
+    //   name: object name of the list; items: read each time a cell is opened.
+    void setDropDown(const QString &column, const QString &name, std::function<QStringList()> items);
+
     // Puts what stands in an open cell editor into the record set.
     void commitEditor();
+    // The open cell editor, null when none is open.
+    QLineEdit *cellEditor() const { return state() == EditingState ? m_editor.data() : nullptr; }
     // Column name under the cursor, empty when there is none.
     QString currentColumn() const;
     // Moves the cursor to the column of a row and opens the cell where it can be typed into.
@@ -51,7 +59,13 @@ private:
     void copySelection() const;
 
     RecordsetModel *m_model = nullptr;
+    QPointer<QLineEdit> m_editor; // the one opened last
     QStringList m_enterColumns;
+    struct DropDown {
+        QString name;
+        std::function<QStringList()> items;
+    };
+    QHash<QString, DropDown> m_dropDowns; // by column
     bool m_editing = false;
     bool m_composing = false; // an input method holds text that is not committed yet
 };

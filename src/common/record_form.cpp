@@ -188,12 +188,17 @@ void RecordForm::focusFirstField()
 
 void RecordForm::lockFields(bool locked)
 {
-    for (QWidget *widget : std::as_const(m_fields)) {
-        if (qobject_cast<QCheckBox *>(widget))
-            widget->setEnabled(!locked);
-        else
-            widget->setProperty("readOnly", locked);
-    }
+    for (const FieldSpec &field : std::as_const(m_spec.fields))
+        lockField(field.name, locked);
+}
+
+void RecordForm::lockField(const QString &name, bool locked)
+{
+    QWidget *widget = m_fields.value(name);
+    if (qobject_cast<QCheckBox *>(widget))
+        widget->setEnabled(!locked);
+    else
+        widget->setProperty("readOnly", locked);
 }
 
 // ---- the lines of a document ----

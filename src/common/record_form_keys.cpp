@@ -3,9 +3,11 @@
 #include "common/record_form.h"
 #include "data/date_text.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QCompleter>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPlainTextEdit>
@@ -34,6 +36,9 @@ bool RecordForm::keyInField(QWidget *field, int key)
     const QString name = field->objectName();
     const auto *text = qobject_cast<QPlainTextEdit *>(field);
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        // While the list of what fits is open, the focus would move without a word to the field that is left.
+        if (auto *combo = qobject_cast<QComboBox *>(field))
+            combo->completer()->popup()->hide();
         focusNextChild();
         return true;
     }
@@ -77,6 +82,17 @@ bool RecordForm::eventFilter(QObject *watched, QEvent *event)
     QWidget *field = m_fields.value(watched->objectName());
     if (!field && widget && widget->parentWidget())
         field = m_fields.value(widget->parentWidget()->objectName()); // the line of a combo box
+    if (auto *popup = qobject_cast<QAbstractItemView *>(watched); popup && event->type() == QEvent::KeyPress) {
+        QWidget *combo = m_fields.value(popup->property("comboField").toString());
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (combo && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+            if (!popup->currentIndex().isValid())
+                return keyInField(combo, key);
+            // The completer takes the item, then Enter goes on as everywhere.
+            QMetaObject::invokeMethod(
+                this, [this] { focusNextChild(); }, Qt::QueuedConnection);
+        }
+    }
     if (event->type() == QEvent::InputMethod)
         m_composing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
     if (m_pickerGrid && watched == m_pickerGrid && event->type() == QEvent::KeyPress &&

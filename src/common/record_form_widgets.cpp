@@ -2,7 +2,9 @@
 #include "common/combo_field.h"
 #include "common/record_form.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
+#include <QCompleter>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -183,6 +185,8 @@ void RecordForm::bindField(const FieldSpec &field, QWidget *widget)
         connect(check, &QCheckBox::toggled, this, [this, field](bool on) { fieldTyped(field, on); });
     } else if (auto *combo = qobject_cast<QComboBox *>(widget)) {
         combo->lineEdit()->installEventFilter(this);
+        combo->completer()->popup()->setProperty("comboField", field.name);
+        combo->completer()->popup()->installEventFilter(this);
         combo->lineEdit()->setAccessibleName(combo->accessibleName());
         connect(combo, &QComboBox::editTextChanged, this,
                 [this, field](const QString &text) { fieldTyped(field, text); });
@@ -207,6 +211,22 @@ void RecordForm::buildBody(QBoxLayout *layout)
     connect(m_bodyGrid, &Grid::typed, this, &RecordForm::bodyTyped);
     connect(m_bodyGrid, &Grid::deletePressed, this, &RecordForm::deleteBodyRow);
 
+    for (const DropDownSpec &drop : std::as_const(m_spec.body.dropDowns))
+        m_bodyGrid->setDropDown(drop.column, drop.name, [this, drop] {
+            QStringList items;
+            run(Failure::Report, {[&] {
+                    Connection::shared(m_primary.ConnectionString)
+                        ->read(
+                            QString::fromUtf8(drop.statement), {}, [](const QStringList &) {},
+                            [&](const QVariantList &row) {
+                                items.append(row.first().toString());
+                                return true;
+                            });
+                }});
+            return items;
+        });
+    if (m_spec.body.picker.isEmpty())
+        return;
     m_pickerGrid = new Grid("TDBGrid2", QStringLiteral("商品选择"), this);
     m_pickerGrid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_pickerGrid->showRecords(picker(), m_spec.body.picker);
@@ -243,7 +263,8 @@ QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button,
     auto *push = new QPushButton(button.caption, this);
     push->setObjectName(button.name);
     push->setAccessibleName(button.caption);
-    push->setShortcut(QKeySequence(button.shortcut));
+    // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
+    connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
     push->setToolTip(button.shortcut);
     push->setAutoDefault(false);
     connect(push, &QPushButton::clicked, this, action);

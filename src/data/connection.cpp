@@ -294,7 +294,8 @@ std::shared_ptr<Connection> Connection::shared(const QString &connectionString)
     auto &connections = sharedConnections();
     connections.removeIf([](const auto &connection) { return connection.expired(); });
     for (const auto &weak : connections)
-        if (const auto connection = weak.lock(); connection && connection->m_connectionString == connectionString)
+        if (const auto connection = weak.lock();
+            connection && connection->isOpen() && connection->m_connectionString == connectionString)
             return connection;
     auto connection = std::make_shared<Connection>();
     connection->Open(connectionString);

@@ -4,8 +4,8 @@
 #include "masterdata/currencies.h"
 #include "shell/about.h"
 #include "shell/connection_settings.h"
-#include "shell/rights.h"
 #include "shell/splash.h"
+#include "shell/users.h"
 
 #include <QHash>
 

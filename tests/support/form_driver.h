@@ -23,8 +23,8 @@ public:
     {
         form.resize(1280, 700);
         form.show();
-        QApplication::setActiveWindow(&form);
-        QTest::qWait(0);
+        form.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
     }
 
     template <class Control> Control *find(const QString &name) const
@@ -91,10 +91,13 @@ public:
     {
         grid->setFocus();
         grid->editCell(row, column);
-        auto *editor = grid->viewport()->findChild<QLineEdit *>();
+        QLineEdit *editor = grid->cellEditor();
         ASSERT_NE(editor, nullptr);
         editor->selectAll();
-        commit(editor, value);
+        if (value.isEmpty())
+            QTest::keyClick(editor, Qt::Key_Delete);
+        else
+            commit(editor, value);
         QTest::keyClick(editor, Qt::Key_Return);
     }
 

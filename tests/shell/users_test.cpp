@@ -1,5 +1,5 @@
 // Users and their rights, by the controls of the form.
-#include "shell/rights.h"
+#include "shell/users.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -16,7 +16,7 @@ using namespace test;
 namespace
 {
 
-class Rights : public testing::Test
+class Users : public testing::Test
 {
 protected:
     TestDatabase database;
@@ -26,7 +26,8 @@ protected:
     void SetUp() override
     {
         for (const char *name : {"anna", "bert", "carl"})
-            database.connection().Execute("insert into qb_pass(name,pass,t1) values('{n}','p','True')", {{"n", name}});
+            database.connection().Execute("insert into qb_pass(name,pass,t1) values('{n}','p','{on}')",
+                                          {{"n", name}, {"on", "True"}});
     }
     FormDriver open()
     {
@@ -37,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(Rights, CheckBoxesStandForTheirFlags)
+TEST_F(Users, CheckBoxesStandForTheirFlags)
 {
     // The order within the fourth group is its own.
     const int flags[28] = {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14,
@@ -57,7 +58,7 @@ TEST_F(Rights, CheckBoxesStandForTheirFlags)
     EXPECT_EQ(drive.find<QCheckBox>("Check1(2)")->text(), "商品资料 ");
 }
 
-TEST_F(Rights, ANewUserHasNoRightsAndNeedsNoName)
+TEST_F(Users, ANewUserHasNoRightsAndNeedsNoName)
 {
     const FormDriver drive = open();
     drive.click("Cmdadd");
@@ -69,7 +70,7 @@ TEST_F(Rights, ANewUserHasNoRightsAndNeedsNoName)
         EXPECT_EQ(user.value(QString("t%1").arg(flag)).toString(), "0") << "off, and not Null, which would leave it on";
 }
 
-TEST_F(Rights, DeleteAsksNothing)
+TEST_F(Users, DeleteAsksNothing)
 {
     const FormDriver drive = open();
     drive.click("cmdnext");
