@@ -16,38 +16,44 @@ constexpr int documentDigits = 5;
 constexpr int codeDigits = 4;
 
 struct NumberRule {
-    const char *form, *prefix;
+    const char *form, *prefix, *lookup;
     int tail; // characters of the last key that are read
-    const char *lookup = nullptr;
     bool monthly = false;
     bool keepsTooLong = true; // a sequence of more digits than there are places is taken as it stands
 };
 
 const NumberRule rules[] = {
-    {"YY_CGHT", "C", documentDigits,
-     "select distinct HTBH from YY_GN_CGHT_H where year(djrq)='{year}'and month(djrq)='{month}' order by HTBH", true},
-    {"YY_WXHT", "X", documentDigits,
-     "select distinct HTBH from YY_gw_wxHT_H where year(djrq)='{year}'and month(djrq)='{month}' order by HTBH", true},
-    {"YY_Yh_XYZ", "XY", documentDigits,
-     "select distinct xyzh from yy_xyz_H where year(djrq)='{year}'and month(djrq)='{month}' order by xyzh", true},
-    {"YY_XyZ_New_Rpt", "XY", documentDigits,
-     "select distinct xyzh from yy_xyz_Nh where year(djrq)='{year}'and month(djrq)='{month}' order by xyzh", true},
-    {"YY_DZ_MXB", "FP", documentDigits,
-     "select distinct fpbh from yy_mxb_H where year(djrq)='{year}'and month(djrq)='{month}' order by fpbh", true},
-    {"CY_Dcd_Rpt", "DC", documentDigits,
-     "select distinct DCDH from CY_DCD_DJB_H where year(djrq)='{year}'and month(djrq)='{month}' order by DCDH", true},
-    {"cy_HYtD_DjB", "TD", documentDigits,
-     "select distinct TDHM from CY_HYTD_DJB_H where year(djrq)='{year}'and month(djrq)='{month}' order by TDHM", true},
-    {"sys_bzsz", "$", 3, "select bzbh from sys_bzsz order by bzbh"},
-    {"sys_fkfs", "F", 3, "select fkbh from sys_fkfs order by fkbh"},
-    {"sys_zffs", "F", 3, "select fkbh from sys_zffs order by fkbh"},
-    {"sys_JLDW", "J", 3, "select JLBH from SYS_JLDW order by JLBH"},
-    {"sys_SSDZ", "S", 3},
-    {"CY_Pcd_Djb", "PC", 3, "select pcdh from cy_pcd_rpt order by pcdh"},
-    {"sys_bmsz", "B", 4, "select bmbh from sys_BMSZ order by BMbh"},
-    {"Sys_GKSZ", "P", 4, "select gkbh from sys_gksz order by gkbh ", false, false},
-    {"Sys_CwGs_ZL", "P", 4, "select GSBH from SYS_CWGS order by GSBH ", false, false},
-    {"Sys_TcGs_Set", "P", 4, "select GSBH from sys_tcgs order by GSBH ", false, false},
+    {"YY_CGHT", "C",
+     "select distinct HTBH from YY_GN_CGHT_H where year(djrq)='{year}'and month(djrq)='{month}' order by HTBH",
+     documentDigits, true},
+    {"YY_WXHT", "X",
+     "select distinct HTBH from YY_gw_wxHT_H where year(djrq)='{year}'and month(djrq)='{month}' order by HTBH",
+     documentDigits, true},
+    {"YY_Yh_XYZ", "XY",
+     "select distinct xyzh from yy_xyz_H where year(djrq)='{year}'and month(djrq)='{month}' order by xyzh",
+     documentDigits, true},
+    {"YY_XyZ_New_Rpt", "XY",
+     "select distinct xyzh from yy_xyz_Nh where year(djrq)='{year}'and month(djrq)='{month}' order by xyzh",
+     documentDigits, true},
+    {"YY_DZ_MXB", "FP",
+     "select distinct fpbh from yy_mxb_H where year(djrq)='{year}'and month(djrq)='{month}' order by fpbh",
+     documentDigits, true},
+    {"CY_Dcd_Rpt", "DC",
+     "select distinct DCDH from CY_DCD_DJB_H where year(djrq)='{year}'and month(djrq)='{month}' order by DCDH",
+     documentDigits, true},
+    {"cy_HYtD_DjB", "TD",
+     "select distinct TDHM from CY_HYTD_DJB_H where year(djrq)='{year}'and month(djrq)='{month}' order by TDHM",
+     documentDigits, true},
+    {"sys_bzsz", "$", "select bzbh from sys_bzsz order by bzbh", 3},
+    {"sys_fkfs", "F", "select fkbh from sys_fkfs order by fkbh", 3},
+    {"sys_zffs", "F", "select fkbh from sys_zffs order by fkbh", 3},
+    {"sys_JLDW", "J", "select JLBH from SYS_JLDW order by JLBH", 3},
+    {"sys_SSDZ", "S", nullptr, 3},
+    {"CY_Pcd_Djb", "PC", "select pcdh from cy_pcd_rpt order by pcdh", 3},
+    {"sys_bmsz", "B", "select bmbh from sys_BMSZ order by BMbh", 4},
+    {"Sys_GKSZ", "P", "select gkbh from sys_gksz order by gkbh ", 4, false, false},
+    {"Sys_CwGs_ZL", "P", "select GSBH from SYS_CWGS order by GSBH ", 4, false, false},
+    {"Sys_TcGs_Set", "P", "select GSBH from sys_tcgs order by GSBH ", 4, false, false},
 };
 
 const NumberRule *ruleOf(const QString &form)
