@@ -93,6 +93,7 @@ void frmLogin::suggestNames()
         m_name->addItem(names.Fields("name").text());
     m_name->setCurrentIndex(-1);
     m_name->setEditText(systemUserName());
+    m_name->lineEdit()->selectAll();
 }
 
 void frmLogin::refuse(const QString &text, QWidget *field)

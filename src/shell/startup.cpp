@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QPointer>
+#include <QScreen>
 #include <QThread>
 
 namespace tradewick
@@ -118,6 +119,7 @@ void Main(std::chrono::milliseconds splash)
     QThread::msleep(static_cast<unsigned long>(splash.count()));
     closeSplash();
     auto *mainWindow = new main_FRM;
+    mainWindow->setGeometry(mainWindow->screen()->availableGeometry()); // where nothing maximises windows
     mainWindow->showMaximized();
     frmLogin(mainWindow).exec();
 }

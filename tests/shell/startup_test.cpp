@@ -61,7 +61,7 @@ TEST_F(StartUp, GoesOnOnlyWhenTheLastFailureIsANullInTheSettings)
         EXPECT_EQ(start(), starts ? "frmLogin" : "frmODBCLogon") << row[0].toString().toStdString();
         EXPECT_TRUE(splashIsGone);
         EXPECT_EQ(mainWindowStands, starts);
-        EXPECT_EQ(dialogs.shown, starts ? QVector<Shown>() : QVector{settingsAreWrong});
+        EXPECT_EQ(dialogs.shown, starts ? QVector<Shown>() : QVector<Shown>{settingsAreWrong});
         EXPECT_EQ(ends, starts ? QList<int>() : QList{0});
         dialogs.shown.clear();
         closeAll();
