@@ -248,7 +248,7 @@ bool exportToExcel(const Pages &pages, const QString &path, QString *error)
     return writer.save(path, error);
 }
 
-void exportShownReport(QWidget *parent, const Pages &pages)
+void exportShownReport(const Pages &pages, QWidget *parent)
 {
     SJ_EXCEL_ZH(parent).exec();
     QString error;

@@ -17,6 +17,6 @@ bool exportToExcel(const QVector<PagePtr> &pages, const QString &path, QString *
 
 // The tool of a shown report: asks for the file and exports the pages to excelTargetFile, whether the question was
 // answered or its window closed. A failure is told in a message over parent.
-void exportShownReport(QWidget *parent, const QVector<PagePtr> &pages);
+void exportShownReport(const QVector<PagePtr> &pages, QWidget *parent);
 
 } // namespace tradewick

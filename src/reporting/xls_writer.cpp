@@ -111,8 +111,8 @@ u16 paperNumber(const XlsPaper &paper)
     };
     static constexpr std::array known{Known{12240, 15840, 1}, Known{12240, 20160, 5},  Known{16838, 23811, 8},
                                       Known{8391, 11906, 11}, Known{10319, 14571, 13}, Known{11906, 16838, 9}};
-    const auto [width, height] = std::minmax(paper.width, paper.height);
-    const auto found = std::find_if(known.begin(), known.end() - 1, [&](const Known &one) {
+    const int width = std::min(paper.width, paper.height), height = std::max(paper.width, paper.height);
+    const auto *found = std::find_if(known.begin(), known.end() - 1, [=](const Known &one) {
         return std::abs(one.width - width) < 60 && std::abs(one.height - height) < 60;
     });
     return found->number;
@@ -455,8 +455,9 @@ QByteArray XlsWriter::sheetHead(const Sheet &sheet) const
     record(out, 0x0014);
     record(out, 0x0015);
     const std::array margins{m_paper.left, m_paper.right, m_paper.top, m_paper.bottom};
-    for (u16 i = 0; i < margins.size(); ++i)
-        record(out, u16(0x0026 + i), std::bit_cast<quint64>(margins[i] / 1440.0));
+    u16 marginRecord = 0x0026;
+    for (const int margin : margins)
+        record(out, marginRecord++, std::bit_cast<quint64>(margin / 1440.0));
     record(out, 0x00A1, paperNumber(m_paper), u16(100), u16(1), u16(1), u16(0),
            u16(m_paper.width > m_paper.height ? 0 : 2), u16(600), u16(600), std::bit_cast<quint64>(0.2),
            std::bit_cast<quint64>(0.2), u16(1));

@@ -16,12 +16,14 @@
 namespace tradewick::test
 {
 
+using namespace Qt::StringLiterals;
+
 class ExcelDialog : public testing::Test
 {
 protected:
     ExcelDialog()
     {
-        excelFileName = excelTargetFile = QStringLiteral("old");
+        excelFileName = excelTargetFile = u"old"_s;
         form.show();
     }
 
@@ -29,9 +31,9 @@ protected:
     QTemporaryDir temporary;
     QString folder = temporary.path();
     SJ_EXCEL_ZH form;
-    QTreeView *tree = form.findChild<QTreeView *>(QStringLiteral("Dir1"));
-    QListWidget *files = form.findChild<QListWidget *>(QStringLiteral("File1"));
-    QComboBox *drives = form.findChild<QComboBox *>(QStringLiteral("Drive1"));
+    QTreeView *tree = form.findChild<QTreeView *>(u"Dir1"_s);
+    QListWidget *files = form.findChild<QListWidget *>(u"File1"_s);
+    QComboBox *drives = form.findChild<QComboBox *>(u"Drive1"_s);
     QFileSystemModel *model = qobject_cast<QFileSystemModel *>(tree->model());
 
     void choose(const QString &path) { tree->setCurrentIndex(model->index(path)); }
@@ -56,10 +58,10 @@ protected:
 TEST_F(ExcelDialog, OpensAtTheProgramsFolderAndItsDrive)
 {
     const QString program = QCoreApplication::applicationDirPath();
-    EXPECT_EQ(form.windowTitle(), QStringLiteral("转为EXCEL文档"));
+    EXPECT_EQ(form.windowTitle(), u"转为EXCEL文档"_s);
     EXPECT_EQ(chosen(), program);
     EXPECT_EQ(drives->currentText(), QStorageInfo(program).rootPath());
-    EXPECT_GE(drives->findText(QStringLiteral("/")), 0);
+    EXPECT_GE(drives->findText(u"/"_s), 0);
     EXPECT_TRUE(fileNames().contains(QFileInfo(QCoreApplication::applicationFilePath()).fileName()));
     for (const char *name : {"Drive1", "Dir1", "File1", "Cmd_new", "Cmd_export"}) {
         const auto *control = form.findChild<QWidget *>(QLatin1String(name));
@@ -70,14 +72,14 @@ TEST_F(ExcelDialog, OpensAtTheProgramsFolderAndItsDrive)
 
 TEST_F(ExcelDialog, ListsFollowDriveAndFolder)
 {
-    touch(folder + QStringLiteral("/b.xls"));
-    touch(folder + QStringLiteral("/A.txt"));
+    touch(folder + u"/b.xls"_s);
+    touch(folder + u"/A.txt"_s);
     choose(folder);
-    EXPECT_EQ(fileNames(), (QStringList{QStringLiteral("A.txt"), QStringLiteral("b.xls")}));
+    EXPECT_EQ(fileNames(), (QStringList{u"A.txt"_s, u"b.xls"_s}));
 
     drives->addItem(folder); // as a drive plugged in elsewhere
-    choose(QStringLiteral("/"));
-    EXPECT_FALSE(fileNames().contains(QStringLiteral("A.txt")));
+    choose(u"/"_s);
+    EXPECT_FALSE(fileNames().contains(u"A.txt"_s));
     drives->setCurrentText(folder);
     EXPECT_EQ(chosen(), folder);
     EXPECT_EQ(files->count(), 2);
@@ -90,20 +92,19 @@ TEST_F(ExcelDialog, TargetIsBuiltFromFolderAndName)
         std::optional<QString> typed;
         QString name, target;
     };
-    const Case cases[] = {
-        {folder, std::nullopt, QStringLiteral("old"), QStringLiteral("old")},
-        {folder, QString(), QStringLiteral("old"), QStringLiteral("old")},
-        {folder, QStringLiteral("发票"), QStringLiteral("发票"), folder + QStringLiteral("/发票.xls")},
-        {folder, QStringLiteral("abc.xls"), QStringLiteral("abc.xls"), folder + QStringLiteral("/abc.xls.xls")},
-        {QStringLiteral("/"), QStringLiteral("abc"), QStringLiteral("abc"), QStringLiteral("/abc.xls")}};
+    const Case cases[] = {{folder, std::nullopt, u"old"_s, u"old"_s},
+                          {folder, QString(), u"old"_s, u"old"_s},
+                          {folder, u"发票"_s, u"发票"_s, folder + u"/发票.xls"_s},
+                          {folder, u"abc.xls"_s, u"abc.xls"_s, folder + u"/abc.xls.xls"_s},
+                          {u"/"_s, u"abc"_s, u"abc"_s, u"/abc.xls"_s}};
     for (const Case &one : cases) {
         form.show();
         choose(one.folder);
         press("Cmd_export", one.typed);
-        EXPECT_EQ(answers.take().text, QStringLiteral("请输入文件名(默认.xls)"));
+        EXPECT_EQ(answers.take().text, u"请输入文件名(默认.xls)"_s);
         EXPECT_EQ(excelFileName, one.name);
         EXPECT_EQ(excelTargetFile, one.target);
-        EXPECT_EQ(form.isVisible(), one.target == QStringLiteral("old"));
+        EXPECT_EQ(form.isVisible(), one.target == u"old"_s);
     }
 }
 
@@ -115,25 +116,25 @@ TEST_F(ExcelDialog, ClosingKeepsTheOldTarget)
     form.show();
     QTest::keyClick(&form, Qt::Key_Escape);
     EXPECT_FALSE(form.isVisible());
-    EXPECT_EQ(excelTargetFile, QStringLiteral("old"));
+    EXPECT_EQ(excelTargetFile, u"old"_s);
 }
 
 TEST_F(ExcelDialog, NewFolderAppearsOrSaysWhyNot)
 {
     choose(folder);
     press("Cmd_new", QString());
-    EXPECT_EQ(answers.take(), (Shown{QStringLiteral("输入新文件夹名"), QStringLiteral("系统提示"), MessageIcon::None}));
+    EXPECT_EQ(answers.take(), (Shown{u"输入新文件夹名"_s, u"系统提示"_s, MessageIcon::None}));
     EXPECT_TRUE(QDir(folder).isEmpty());
 
-    press("Cmd_new", QStringLiteral("单证 2026"));
+    press("Cmd_new", u"单证 2026"_s);
     answers.take();
-    const QString made = folder + QStringLiteral("/单证 2026");
+    const QString made = folder + u"/单证 2026"_s;
     EXPECT_TRUE(QFileInfo(made).isDir());
     EXPECT_TRUE(QTest::qWaitFor([&] { return model->rowCount(model->index(folder)) == 1; }));
     EXPECT_EQ(chosen(), folder);
 
-    touch(folder + QStringLiteral("/file"));
-    for (const QString &bad : {QStringLiteral("单证 2026"), QStringLiteral("file/x"), QStringLiteral("no/such")}) {
+    touch(folder + u"/file"_s);
+    for (const QString &bad : {u"单证 2026"_s, u"file/x"_s, u"no/such"_s}) {
         press("Cmd_new", bad);
         ASSERT_EQ(answers.shown.size(), 2);
         EXPECT_TRUE(answers.shown[1].text.contains(bad)) << answers.shown[1].text.toStdString();
@@ -141,7 +142,7 @@ TEST_F(ExcelDialog, NewFolderAppearsOrSaysWhyNot)
         EXPECT_TRUE(form.isVisible());
         answers.shown.clear();
     }
-    EXPECT_EQ(fileNames(), QStringList{QStringLiteral("file")}); // listed anew
+    EXPECT_EQ(fileNames(), QStringList{u"file"_s}); // listed anew
 }
 
 } // namespace tradewick::test

@@ -11,6 +11,8 @@
 namespace tradewick::test
 {
 
+using namespace Qt::StringLiterals;
+
 inline QByteArray output(const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -25,7 +27,7 @@ inline QByteArray output(const QString &program, const QStringList &arguments)
 // number, an empty one null. titles: the rows printed on top of every page, [sheet, first, behind last].
 inline QJsonObject readWorkbook(const QString &path)
 {
-    static const QString script = QStringLiteral(R"(
+    static const QString script = uR"(
 import json, sys, xlrd
 log = sys.stderr
 book = xlrd.open_workbook(sys.argv[1], formatting_info=True, logfile=log, verbosity=0)
@@ -41,19 +43,18 @@ sheets = [{'name': s.name, 'rows': [[cell(c) for c in s.row(i)] for i in range(s
            'heights': [s.rowinfo_map[r].height for r in sorted(s.rowinfo_map)][:50]} for s in book.sheets()]
 titles = [list(n.result.value[0].coords[0:4]) for n in book.name_obj_list if n.builtin and n.name == 'Print_Titles']
 json.dump({'sheets': sheets, 'titles': titles}, sys.stdout)
-)");
-    return QJsonDocument::fromJson(output(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), script, path}))
-        .object();
+)"_s;
+    return QJsonDocument::fromJson(output(u"/usr/bin/python3"_s, {u"-c"_s, script, path})).object();
 }
 
 inline QJsonObject readSheet(const QString &path, int sheet = 0)
 {
-    return readWorkbook(path)[QStringLiteral("sheets")].toArray().at(sheet).toObject();
+    return readWorkbook(path)[u"sheets"_s].toArray().at(sheet).toObject();
 }
 
 inline QJsonArray cells(const QJsonObject &sheet)
 {
-    return sheet[QStringLiteral("rows")].toArray();
+    return sheet[u"rows"_s].toArray();
 }
 
 } // namespace tradewick::test
