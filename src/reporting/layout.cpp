@@ -239,6 +239,7 @@ void Layout::step()
             open(level);
     }
     if (row) {
+        m_anyRow = true;
         for (Summing &summing : m_totals)
             summing.total.add(m_row[summing.column]);
         place(m_detail, m_detail.height());
@@ -336,6 +337,8 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
         return {};
     const Source source = band.sources[object];
     if (source.total >= 0) {
+        if (!m_anyRow)
+            return {};
         const Total &total = m_totals[source.total].total;
         const double number = of.summary == Summary::Sum ? total.sum + total.rest : static_cast<double>(total.count);
         return {numberText(number, of.format), number};

@@ -183,7 +183,7 @@ private:
     int m_y = 0;         // where the next band goes
     bool m_empty = true; // nothing but heads on the page yet
     int m_openGroups = 0;
-    bool m_started = false, m_done = false;
+    bool m_started = false, m_anyRow = false, m_done = false;
 };
 
 } // namespace tradewick

@@ -54,18 +54,22 @@ void headerStamp(FormattedBand &band)
     dateIn(band, SectionKind::PageHeader);
 }
 
-// A report with rules of its own is {true, &itsRule}.
-[[maybe_unused]] constexpr ReportFamily A{true, nullptr};
-constexpr ReportFamily B{true, &footerNumber};
-[[maybe_unused]] constexpr ReportFamily BInHeader{true, &headerNumber};
-[[maybe_unused]] constexpr ReportFamily C{true, &footerStamp};
-[[maybe_unused]] constexpr ReportFamily CWithoutTool{false, &footerStamp};
-[[maybe_unused]] constexpr ReportFamily D{true, &headerStamp};
-[[maybe_unused]] constexpr ReportFamily F{false, nullptr};
+} // namespace
 
-constexpr ReportEntry entries[] = {
-    {u"YY_Xsfp_Rpt", B},
-    {u"yy_XsFp_dJRPT", B},
+const ReportFamily reportFamilyA{true, nullptr};
+const ReportFamily reportFamilyB{true, &footerNumber};
+const ReportFamily reportFamilyBInHeader{true, &headerNumber};
+const ReportFamily reportFamilyC{true, &footerStamp};
+const ReportFamily reportFamilyCWithoutTool{false, &footerStamp};
+const ReportFamily reportFamilyD{true, &headerStamp};
+const ReportFamily reportFamilyF{false, nullptr};
+
+namespace
+{
+
+const ReportEntry entries[] = {
+    {u"YY_Xsfp_Rpt", reportFamilyB},
+    {u"yy_XsFp_dJRPT", reportFamilyB},
 };
 
 } // namespace

@@ -8,11 +8,22 @@
 namespace tradewick
 {
 
-// What a report does beyond its template. The letters are those of the families of reports.
+// What a report does beyond its template.
 struct ReportFamily {
     bool excelTool;      // whether its preview offers the export to a workbook
     FormatHook atFormat; // called for each band before it is placed; nullptr for none
 };
+
+// Toolbar only.
+extern const ReportFamily reportFamilyA;
+// The page's number in p_number of the page footer, or in L_Pages of the page header.
+extern const ReportFamily reportFamilyB, reportFamilyBInHeader;
+// Number, date, weekday and time in the page footer.
+extern const ReportFamily reportFamilyC, reportFamilyCWithoutTool;
+// Date, weekday and time in the page header.
+extern const ReportFamily reportFamilyD;
+// A report with rules of its own, family E, is {true, &itsRule}. F has nothing but its template.
+extern const ReportFamily reportFamilyF;
 
 struct ReportEntry {
     QStringView name; // also of its template, :/templates/<name>.xml
