@@ -181,6 +181,14 @@ qsizetype sharedHead(const QVector<Row> &first, const QVector<Row> &rows)
     return std::mismatch(first.begin(), first.end(), rows.begin(), rows.end(), equal).first - first.begin();
 }
 
+// The number format of a field's cell. Without one of its own, a long whole number would be shown with an exponent.
+QString numberFormat(const ReportObject &field, double number)
+{
+    constexpr double shownWhole = 1e11;
+    const bool isLong = std::abs(number) >= shownWhole && number == std::trunc(number);
+    return field.format.isEmpty() && isLong ? QStringLiteral("0") : field.format;
+}
+
 void writeRow(XlsWriter &writer, const Row &row, const ReportTemplate &report)
 {
     constexpr double exact = 1e15;     // a cell's number keeps no more digits
@@ -199,12 +207,13 @@ void writeRow(XlsWriter &writer, const Row &row, const ReportTemplate &report)
                                     : object.align == TextAlign::Centre ? XlsAlign::Centre
                                                                         : XlsAlign::Left,
                            .wrap = cell.box.height() > 2 * lineOfPoint * font.points || cell.text.contains(u'\n'),
-                           .number = isNumber ? object.format : QString()});
+                           .number = isNumber ? numberFormat(object, cell.item->number) : QString()});
         if (isNumber)
             writer.number(cell.first, cell.item->number, format);
         else
             writer.text(cell.first, cell.text.toString(), format);
-        writer.merge(cell.first, cell.last, cell.below);
+        // The rows below would hide what a long text goes on with there.
+        writer.merge(cell.first, cell.last, cell.text.size() > XlsWriter::cellLimit ? 0 : cell.below);
     }
 }
 

@@ -27,7 +27,7 @@ using u8 = quint8;
 using u16 = quint16;
 using u32 = quint32;
 
-constexpr int rowLimit = 65536, columnLimit = 256, cellLimit = 32767, recordLimit = 8224;
+constexpr int rowLimit = 65536, columnLimit = 256, recordLimit = 8224;
 constexpr int breakLimit = 1026, mergesOfRecord = 1027, rowsOfBlock = 32;
 constexpr u16 firstFormat = 16;  // cell formats behind the fifteen of styles and the default one
 constexpr int fontsOfStyles = 4; // no font has number 4, so the fonts of the formats start at 5

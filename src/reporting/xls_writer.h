@@ -56,10 +56,12 @@ private:
 };
 
 // Rows are given from the top, the cells of a row from the left. A sheet holds 65,536 rows, then a further sheet goes
-// on. A text longer than a cell's 32,767 characters goes on in the same column of rows of its own directly below.
+// on. A text longer than cellLimit goes on in the same column of rows of its own directly below.
 class XlsWriter
 {
 public:
+    static constexpr int cellLimit = 32767; // characters of a cell
+
     // title: name of the sheet; what a sheet's name cannot hold is left out.
     explicit XlsWriter(const QString &title = {});
 

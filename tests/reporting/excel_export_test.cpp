@@ -114,22 +114,25 @@ TEST_F(ExcelExport, PositionsBecomeColumnsAndJoinedCells)
                         {3010, 1000, 2000, 300, u"-7"_s, -7},
                         {140, 1300, 6000, 300, u"合计 TOTAL"_s},
                         {7000, 1300, 2000, 300, u"1e15"_s, 1e15},
+                        {3000, 3900, 2000, 300, u"123456789012"_s, 123456789012},
                         {140, 3300, 6900, 300, u"  "_s},
                         {140, 3900, 2000, 300, {}}})});
     const QJsonArray rows = cells(sheet(book));
     const QJsonValue empty;
     EXPECT_EQ(rows, (QJsonArray{QJsonArray{u"装箱单"_s, empty, empty}, QJsonArray{u"货号"_s, u"数量"_s, u"金额"_s},
                                 QJsonArray{u"00123"_s, -7, 1234.5}, QJsonArray{u"合计 TOTAL"_s, empty, u"1e15"_s},
-                                QJsonArray{empty, empty, empty}, QJsonArray{u"  "_s, empty, empty}}));
+                                QJsonArray{empty, empty, empty}, QJsonArray{u"  "_s, empty, empty},
+                                QJsonArray{empty, 123456789012.0, empty}}));
     EXPECT_EQ(sheet(book)[u"merged"_s].toArray(),
               (QJsonArray{QJsonArray{0, 1, 0, 3}, QJsonArray{3, 4, 0, 2}, QJsonArray{5, 6, 0, 2}}));
     const QJsonArray looks = sheet(book)[u"looks"_s].toArray();
     EXPECT_EQ(looks[0][0].toArray(), (QJsonArray{u"黑体"_s, 360, 700, u"General"_s, 2, empty}));
     EXPECT_EQ(looks[2][2].toArray().at(3).toString(), u"#,##0.00"_s);
     EXPECT_EQ(looks[2][2].toArray().at(4).toInt(), 3);
+    EXPECT_EQ(looks[6][1].toArray().at(3).toString(), u"0"_s);
     const QJsonArray widths = sheet(book)[u"widths"_s].toArray();
     EXPECT_EQ(widths, (QJsonArray{2860 * 256 / 105, 4000 * 256 / 105, 2140 * 256 / 105}));
-    EXPECT_EQ(sheet(book)[u"heights"_s].toArray(), (QJsonArray{690, 310, 300, 300, 1700, 300}));
+    EXPECT_EQ(sheet(book)[u"heights"_s].toArray(), (QJsonArray{690, 310, 300, 300, 1700, 600, 300}));
     EXPECT_EQ(book[u"titles"_s].toArray().size(), 0);
 }
 
@@ -144,6 +147,18 @@ TEST_F(ExcelExport, TallTextJoinsTheRowsBesideIt)
                                              {2000, 1200, 900, 300, u"e"_s}})});
     EXPECT_EQ(textsIn(cells(sheet(book))).join(QLatin1Char(' ')), u"tall a b c d stopped e"_s);
     EXPECT_EQ(sheet(book)[u"merged"_s].toArray(), (QJsonArray{QJsonArray{0, 3, 0, 1}}));
+}
+
+TEST_F(ExcelExport, LongTextIsNotHidden)
+{
+    const QString longText = QString(40000, u'长');
+    const QJsonObject only = sheet(exported({page({{0, 0, 3000, 900, longText},
+                                                   {4000, 0, 900, 300, u"a"_s},
+                                                   {4000, 300, 900, 300, u"b"_s},
+                                                   {2000, 900, 900, 300, u"c"_s}})}));
+    EXPECT_EQ(cells(only)[0][0].toString() + cells(only)[1][0].toString(), longText);
+    EXPECT_EQ(only[u"merged"_s].toArray(), (QJsonArray{QJsonArray{0, 1, 0, 2}}));
+    EXPECT_EQ(textsIn(cells(only)).mid(3), (QStringList{u"b"_s, u"c"_s}));
 }
 
 // Texts strewn over each other at random: none is lost and none hides in a joined cell of another.
