@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QSet>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tradewick
@@ -153,6 +154,8 @@ Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<Row
     m_pageHeader = bandOf(SectionKind::PageHeader, 0);
     m_detail = bandOf(SectionKind::Detail, 0);
     m_pageFooter = bandOf(SectionKind::PageFooter, 0);
+    m_footerShowsRows = std::any_of(m_pageFooter.sources.cbegin(), m_pageFooter.sources.cend(),
+                                    [](const Source &source) { return source.column >= 0; });
     for (int level = 1; level <= m_context->report->groups(); ++level) {
         m_headers.append(bandOf(SectionKind::GroupHeader, level));
         m_footers.append(bandOf(SectionKind::GroupFooter, level));
@@ -243,6 +246,8 @@ void Layout::step()
         for (Summing &summing : m_totals)
             summing.total.add(m_row[summing.column]);
         place(m_detail, m_detail.height());
+        if (m_footerShowsRows)
+            m_placedRow = m_row;
     } else {
         close(1);
         finishPage();
@@ -322,7 +327,12 @@ void Layout::startPage(int need)
 
 void Layout::finishPage()
 {
+    // the last row of this page, not the one for which there was no room
+    if (!m_placedRow.isEmpty())
+        m_row.swap(m_placedRow);
     put(m_pageFooter, footerTop());
+    if (!m_placedRow.isEmpty())
+        m_row.swap(m_placedRow);
     m_page->items.squeeze();
     m_page->characters.squeeze();
     m_ready.push_back(std::move(m_page));

@@ -173,14 +173,16 @@ private:
     QVector<Band> m_headers, m_footers; // outermost first
     QVector<int> m_groupColumns;        // -1 for a group over all rows
     QVector<Summing> m_totals;
-    QVector<int> m_used;                        // columns that the template shows or groups by
-    QVariantList m_row, m_nextRow;              // the row that bands show, and the one just read
+    QVector<int> m_used;           // columns that the template shows or groups by
+    QVariantList m_row, m_nextRow; // the row that bands show, and the one just read
+    QVariantList m_placedRow;      // the last row with its detail on the page; kept for a page footer with fields
     QVector<FormattedBand::Content> m_contents; // of the band being placed
 
     std::deque<PagePtr> m_ready;
     std::shared_ptr<Page> m_page;
     int m_pages = 0;
-    int m_y = 0;         // where the next band goes
+    int m_y = 0; // where the next band goes
+    bool m_footerShowsRows = false;
     bool m_empty = true; // nothing but heads on the page yet
     int m_openGroups = 0;
     bool m_started = false, m_anyRow = false, m_done = false;

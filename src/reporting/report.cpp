@@ -83,7 +83,7 @@ void Report::setImage(const QString &name, const QString &path)
     const ReportObject *object = m_template->object(name);
     if (!object || object->kind != ObjectKind::Image)
         throw std::invalid_argument(QStringLiteral("%1 has no image %2").arg(this->name(), name).toStdString());
-    const QImage image(path);
+    const QImage image = path.isEmpty() ? QImage() : QImage(path);
     if (image.isNull())
         m_images.remove(name);
     else
