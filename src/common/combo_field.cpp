@@ -23,6 +23,11 @@ void ComboField::setReadOnly(bool readOnly)
 {
     m_readOnly = readOnly;
     lineEdit()->setReadOnly(readOnly);
+    // The style sheet does not reach the field by this property.
+    QPalette shown;
+    if (readOnly)
+        shown.setColor(QPalette::Base, palette().color(QPalette::Window));
+    setPalette(shown);
 }
 
 void ComboField::showPopup()
