@@ -57,5 +57,6 @@ int main(int argc, char **argv)
     } catch (const DataError &error) {
         stopAt(error);
     }
-    return Application::exec();
+    endProcess(Application::exec());
+    return 0;
 }

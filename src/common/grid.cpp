@@ -49,7 +49,11 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
         const int row = recordset.absolutePosition();
         if (row < 0 || row >= recordset.RecordCount() || currentIndex().row() == row)
             return;
-        setCurrentIndex(m_model->index(row, qMax(0, currentIndex().column())));
+        // Not the view's own way, which extends the selection while a modifier key is held for a shortcut.
+        selectionModel()->setCurrentIndex(
+            m_model->index(row, qMax(0, currentIndex().column())),
+            QItemSelectionModel::ClearAndSelect |
+                (selectionBehavior() == SelectRows ? QItemSelectionModel::Rows : QItemSelectionModel::NoUpdate));
     };
     connect(&recordset, &Recordset::currentChanged, this, follow);
     connect(&recordset, &Recordset::reset, this, [this, follow] {

@@ -38,6 +38,8 @@ RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidge
                 showField(field);
     });
     load();
+    if (m_list)
+        m_list->setFocus();
 }
 
 RecordForm::~RecordForm()
@@ -417,6 +419,8 @@ void RecordForm::save()
                                  });
                              },
                              [this, isDocument] { // a step away and back shows what is stored
+                                 if (isDocument && body().hasPendingChanges())
+                                     return; // refused lines wait; the step would drop them
                                  if (isDocument && records().EOF_()) {
                                      records().MoveNext();
                                      records().MovePrevious();

@@ -25,7 +25,7 @@ namespace tradewick
 namespace
 {
 
-constexpr int linesOfLongText = 3;
+constexpr int linesOfLongText = 2;
 constexpr int checksInRow = 4;
 
 QString withoutColon(QString caption)
@@ -67,6 +67,7 @@ void RecordForm::build()
         m_tabs = new QTabWidget(content);
         m_tabs->setObjectName("SSTab1");
         m_tabs->setAccessibleName(m_spec.caption);
+        m_tabs->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // the lines take what is left
         for (int page = 0; page < m_spec.pages.size(); ++page) {
             m_tabs->addTab(buildPage(page), m_spec.pages[page]);
             m_tabs->setTabToolTip(page, QStringLiteral("Alt+%1").arg(page + 1));

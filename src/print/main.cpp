@@ -113,9 +113,12 @@ int main(int argc, char **argv)
             return fail(QStringLiteral("--%1 is missing; see --help").arg(option));
     if (!parser.isSet("pdf") && !parser.isSet("xls") && !parser.isSet("png"))
         return fail(QStringLiteral("one of --pdf, --xls and --png is needed; see --help"));
+    int status = 0;
     try {
-        return print(parser);
+        status = print(parser);
     } catch (const DataError &error) {
-        return fail(error.text());
+        status = fail(error.text());
     }
+    gConn.reset(); // while the application that its driver belongs to still lives
+    return status;
 }
