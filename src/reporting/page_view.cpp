@@ -85,9 +85,10 @@ void PageView::applyZoom(double zoom)
         return;
     const double height = pageSize().height() + gap, half = viewport()->height() / 2.0;
     const double middle = height > 0 ? (verticalScrollBar()->value() + half) / height : 0;
+    const bool top = verticalScrollBar()->value() == 0;
     m_zoom = zoom;
     updateBars();
-    verticalScrollBar()->setValue(qRound(middle * (pageSize().height() + gap) - half));
+    verticalScrollBar()->setValue(top ? 0 : qRound(middle * (pageSize().height() + gap) - half));
     viewport()->update();
     Q_EMIT zoomChanged(m_zoom);
 }

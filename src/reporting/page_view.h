@@ -22,7 +22,8 @@ public:
     int currentPage() const;
     void goTo(int page);
 
-    // 1 is the paper's own size. Stays between 0.1 and 8; the place in the middle of the view stays where it is.
+    // 1 is the paper's own size. Stays between 0.1 and 8; the place in the middle of the view stays where it is,
+    // at the top the top.
     double zoom() const { return m_zoom; }
     void setZoom(double zoom);
     void zoomBy(int steps);

@@ -76,6 +76,7 @@ TEST_F(PreviewTest, FirstPageShowsWhileLaterOnesAreLaidOutAndCancelKeepsThem)
     ASSERT_TRUE(QTest::qWaitFor([this] { return view().pages().size() >= 1; }, 60000));
     EXPECT_LT(view().pages().size(), 20000 / 27);
     EXPECT_EQ(page(), 1);
+    EXPECT_EQ(view().verticalScrollBar()->value(), 0);
     EXPECT_FALSE(action("print")->isEnabled());
     EXPECT_TRUE(find<QWidget>("progress")->isVisible());
     QTest::mouseClick(find<QWidget>("cancel"), Qt::LeftButton);

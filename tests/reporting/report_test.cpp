@@ -72,6 +72,24 @@ TEST(Report, InvoicesComeBackFromTheirPdfToTheCharacter)
     }
 }
 
+TEST(Report, FixedTextsFitTheirBoxesInEveryTemplate)
+{
+    for (const QString &name : reportNames()) {
+        Report &of = report(name);
+        const PagePtr page = of.layout(invoiceRows(1), paperFor(of.model()))->next();
+        for (const PageItem &item : page->items) {
+            if (item.object->kind != ObjectKind::Label || item.object->isFree())
+                continue;
+            const TextLines arranged = arrange(*page, item);
+            qsizetype shown = 0;
+            for (const TextLine &line : arranged.lines)
+                shown += line.text.toString().remove(' ').size();
+            EXPECT_FALSE(arranged.overflows) << name.toStdString() << ' ' << item.object->text.toStdString();
+            EXPECT_EQ(shown, QString(item.object->text).remove(' ').size()) << item.object->text.toStdString();
+        }
+    }
+}
+
 // The item's pixels within its box, against the same page without it.
 TEST(Report, NothingIsPaintedOverANeighbour)
 {
