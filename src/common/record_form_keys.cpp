@@ -47,7 +47,12 @@ bool RecordForm::keyInField(QWidget *field, int key)
         return false;
     if (text && !text->textCursor().atEnd() && key == Qt::Key_Down)
         return false;
-    if (qobject_cast<QComboBox *>(field) || !name.contains(u'('))
+    if (auto *combo = qobject_cast<QComboBox *>(field)) {
+        if (key == Qt::Key_Down)
+            combo->showPopup();
+        return true;
+    }
+    if (!name.contains(u'('))
         return false;
     const QString array = arrayOf(name);
     int elements = 0;

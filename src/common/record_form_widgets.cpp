@@ -157,6 +157,7 @@ QWidget *RecordForm::buildField(const FieldSpec &field)
         auto *text = new QPlainTextEdit(this);
         text->setTabChangesFocus(true);
         text->setToolTip(QStringLiteral("Shift+Enter 换行"));
+        text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored); // its own wish is a page of text
         text->setMinimumHeight(text->fontMetrics().lineSpacing() * linesOfLongText + 12);
         widget = text;
         break;

@@ -67,13 +67,17 @@ QVariant RecordsetModel::data(const QModelIndex &index, int role) const
     const int source = index.isValid() ? sourceColumn(index.column()) : -1;
     if (source < 0)
         return {};
+    const bool display = role == Qt::DisplayRole || role == Qt::EditRole;
     const ColumnKind kind = m_recordset.columnKind(source);
-    if (role == Qt::TextAlignmentRole)
-        return static_cast<int>((kind == ColumnKind::Number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    if ((role != Qt::DisplayRole && role != Qt::EditRole) || index.row() >= m_recordset.RecordCount())
+    if ((!display && role != Qt::TextAlignmentRole) || index.row() >= m_recordset.RecordCount())
         return {};
     try {
-        return Recordset::text(m_recordset.valueAt(index.row(), source), kind);
+        const QVariant value = m_recordset.valueAt(index.row(), source);
+        if (display)
+            return Recordset::text(value, kind);
+        // Columns that were calculated have no kind; their values tell.
+        const bool number = kind == ColumnKind::Number || value.typeId() == QMetaType::Double;
+        return static_cast<int>((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     } catch (const DataError &) {
         return {}; // painting cannot report; the next action on the record set does
     }

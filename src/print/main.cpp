@@ -74,13 +74,17 @@ int print(const QCommandLineParser &options)
     gConn = Connection::shared(gConnStr);
     Report &report = document->fill(QString::fromUtf8(document->report), *gConn, options.value("number"));
     const QVector<PagePtr> pages = report.layout()->all();
-    QString error;
-    if (options.isSet("pdf") && !writePdf(pages, name + u' ' + options.value("number"), options.value("pdf"), &error))
-        return fail(error);
-    if (options.isSet("xls") && !exportToExcel(pages, options.value("xls"), &error))
-        return fail(error);
-    if (options.isSet("png") && !writePng(pages, options.value("png"), &error))
-        return fail(error);
+    const QString title = name + u' ' + options.value("number");
+    const std::pair<const char *, std::function<bool(const QString &path, QString *error)>> targets[] = {
+        {"pdf", [&](const QString &path, QString *error) { return writePdf(pages, title, path, error); }},
+        {"xls", [&](const QString &path, QString *error) { return exportToExcel(pages, path, error); }},
+        {"png", [&](const QString &path, QString *error) { return writePng(pages, path, error); }},
+    };
+    for (const auto &[option, write] : targets) {
+        QString error;
+        if (options.isSet(option) && !write(options.value(option), &error))
+            return fail(options.value(option) + ": " + error);
+    }
     return 0;
 }
 
