@@ -22,7 +22,7 @@ public:
         : m_columns(std::move(columns)), m_count(count), m_make(std::move(make))
     {
     }
-    TestRows(QStringList columns, QVector<QVariantList> rows)
+    TestRows(QStringList columns, const QVector<QVariantList> &rows)
         : TestRows(std::move(columns), static_cast<int>(rows.size()), [rows](int row) { return rows[row]; })
     {
     }

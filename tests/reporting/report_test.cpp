@@ -43,8 +43,8 @@ TEST(Report, InvoicesComeBackFromTheirPdfToTheCharacter)
         const QStringList pages = text.split('\f', Qt::SkipEmptyParts);
         ASSERT_EQ(pages.size(), of.pages);
         const QString all = text.simplified();
-        const int quantity = of.lines * (of.lines + 1) / 2 * 10;
-        const QString amount = fieldText(of.lines * (of.lines + 1) / 2 * 17.5, "#,##0.00");
+        const int triangle = of.lines * (of.lines + 1) / 2, quantity = triangle * 10;
+        const QString amount = fieldText(triangle * 17.5, "#,##0.00");
         for (const QString &part :
              {QStringLiteral("WOODEN FRAMES, MIRRORS AND PICTURES 木制"), QStringLiteral("DATE: March 5, 2006"),
               QStringLiteral("%1 PCS USD %2").arg(quantity).arg(amount), QStringLiteral("USD SAY ONE THOUSAND ONLY"),
