@@ -131,7 +131,8 @@ void BranchTree::choose(const QModelIndex &index)
         return;
     m_chosenBranch = branch;
     m_chosenText = index.data().toString();
-    Q_EMIT chosen(branch, m_chosenText);
+    Q_EMIT chosen(branch, branch->keyLength ? m_chosenText.right(branch->keyLength)
+                                            : index.data(ValuesRole).value<Values>().value(branch->find));
 }
 
 } // namespace tradewick

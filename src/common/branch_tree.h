@@ -19,7 +19,7 @@ struct BranchSpec {
     const char *statement = nullptr; // its placeholders are the columns of the branch above
     QStringList columns;             // whose values, joined by "|", are the text of a branch
     QString find;                    // column of the record set that a click searches; empty: a click finds nothing
-    int keyLength = 0;               // characters at the end of the text that are searched for; 0: all of it
+    int keyLength = 0;               // characters at the end of the text that are searched for; 0: the column's value
     std::vector<BranchSpec> below{};
 };
 
@@ -57,8 +57,9 @@ public:
     const QString &chosenText() const { return m_chosenText; }
 
 Q_SIGNALS:
-    void chosen(const tradewick::BranchSpec *branch, const QString &text); // never for the root
-    void failed(const QString &error);                                     // a branch could not be read
+    // A branch, never the root, with what its record is found by.
+    void chosen(const tradewick::BranchSpec *branch, const QVariant &key);
+    void failed(const QString &error); // a branch could not be read
 
 private:
     class Model;

@@ -77,13 +77,20 @@ struct FindSpec {
     QString column, prompt, title, notFound;
 };
 
+// A list that drops down below the cells of a column of the body grid.
+struct DropDownSpec {
+    QString column, name;
+    const char *statement = nullptr; // whose first column fills it
+};
+
 struct BodySpec {
     const char *statement = nullptr; // with {key}, the text of the head's first field
     const char *deletion = nullptr;  // removes all lines of a head, with {key}
     QString key;                     // the lines' column that holds the head's key
     QVector<GridColumn> columns;     // of TDBGrid1
     QStringList enterColumns;        // that Enter goes through
-    QVector<GridColumn> picker;      // of TDBGrid2
+    QVector<GridColumn> picker;      // of TDBGrid2; none: the form has no picker
+    QVector<DropDownSpec> dropDowns;
 };
 
 struct ButtonSpec {
@@ -181,6 +188,7 @@ protected:
 
     void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit
     void lockFields(bool locked);
+    void lockField(const QString &name, bool locked);
     void focusFirstField();
     void refresh() { m_primary.Refresh(); }
     void add();
@@ -212,7 +220,7 @@ private:
     void leftKeyField();
     void checkKey();
     void find();
-    void branchChosen(const BranchSpec &branch, const QString &text);
+    void branchChosen(const BranchSpec &branch, const QVariant &key);
     void rebuildTree();
     void fillList(QComboBox *combo, const char *statement, bool wholeRows);
     void finish(Change what);

@@ -105,18 +105,17 @@ void RecordForm::buildTree(QBoxLayout *layout)
         box->setAccessibleName(m_spec.tree.root);
         box->setReadOnly(true);
         layout->addWidget(box);
-        connect(m_tree, &BranchTree::chosen, box,
-                [box](const BranchSpec *, const QString &text) { box->setText(text); });
+        connect(m_tree, &BranchTree::chosen, box, [this, box] { box->setText(m_tree->chosenText()); });
     }
     layout->addWidget(m_tree, 2);
     connect(m_tree, &BranchTree::chosen, this,
-            [this](const BranchSpec *branch, const QString &text) { branchChosen(*branch, text); });
+            [this](const BranchSpec *branch, const QVariant &key) { branchChosen(*branch, key); });
     connect(
         m_tree, &BranchTree::failed, this,
         [this](const QString &error) { dialogs().message(this, error, {}, MessageIcon::None); }, Qt::QueuedConnection);
 }
 
-void RecordForm::branchChosen(const BranchSpec &branch, const QString &text)
+void RecordForm::branchChosen(const BranchSpec &branch, const QVariant &key)
 {
     if (branch.find.isEmpty())
         return;
@@ -124,7 +123,7 @@ void RecordForm::branchChosen(const BranchSpec &branch, const QString &text)
     run(Failure::Report, {[&] {
             if (records().RecordCount() > 0) {
                 records().MoveFirst();
-                records().Find(branch.find, branch.keyLength ? text.right(branch.keyLength) : text);
+                records().Find(branch.find, key);
             }
             if (!records().EOF_())
                 return;
