@@ -1,4 +1,5 @@
 // Prints the figures, one line each: name, ratio, goal, and the absolute times for the reader.
+#include "common/globals.h"
 #include "figures.h"
 #include "form_bench.h"
 
@@ -20,5 +21,6 @@ int main(int argc, char **argv)
                 << "): " << (figure.ratio < figure.goal ? "ok" : "short") << "  [" << figure.detail << "]\n";
             out.flush();
         }
+    gConn.reset(); // while the application that its driver belongs to still lives
     return 0;
 }

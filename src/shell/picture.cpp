@@ -1,5 +1,6 @@
 #include "shell/picture.h"
 
+#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -77,26 +78,50 @@ void Picture::paintEvent(QPaintEvent *)
     painter.drawText(QRectF(42, 106, 560, 30), Qt::AlignLeft | Qt::AlignVCenter, brand);
 }
 
-QIcon commandIcon(const QString &caption, int group)
+namespace
 {
-    QIcon icon;
-    for (const int size : {20, 40, 60}) {
-        QPixmap pixmap(size, size);
+
+// Drawn when it is first seen: most commands stand in menus and groups that are closed at start.
+class CommandIcon : public QIconEngine
+{
+public:
+    CommandIcon(const QString &sign, const QColor &color) : m_sign(sign), m_color(color) {}
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
+    {
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setOpacity(mode == QIcon::Disabled ? 0.4 : 1);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(m_color);
+        painter->drawRoundedRect(rect, rect.width() / 5.0, rect.height() / 5.0);
+        QFont font;
+        font.setPixelSize(qMax(1, rect.height() * 13 / 20));
+        painter->setFont(font);
+        painter->setPen(Qt::white);
+        painter->drawText(rect, Qt::AlignCenter, m_sign);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor::fromHsv((160 + group * 52) % 360, 95, 140));
-        painter.drawRoundedRect(QRectF(0, 0, size, size), size / 5.0, size / 5.0);
-        QFont font;
-        font.setPixelSize(size * 13 / 20);
-        painter.setFont(font);
-        painter.setPen(Qt::white);
-        painter.drawText(QRect(0, 0, size, size), Qt::AlignCenter, caption.left(1));
-        painter.end();
-        icon.addPixmap(pixmap);
+        paint(&painter, QRect({}, size), mode, state);
+        return pixmap;
     }
-    return icon;
+
+    QIconEngine *clone() const override { return new CommandIcon(*this); }
+
+private:
+    QString m_sign;
+    QColor m_color;
+};
+
+} // namespace
+
+QIcon commandIcon(const QString &caption, int group)
+{
+    return QIcon(new CommandIcon(caption.left(1), QColor::fromHsv((160 + group * 52) % 360, 95, 140)));
 }
 
 } // namespace tradewick
