@@ -12,7 +12,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments().mid(1);
-    if (arguments.size() >= 1 && arguments.first().startsWith("--child-"))
+    if (!arguments.isEmpty() && arguments.first().startsWith("--child-"))
         return benchmarkChild(arguments);
     QTextStream out(stdout);
     for (const auto figures : {formFigures, reportFigures, excelFigures})

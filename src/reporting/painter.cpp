@@ -1,5 +1,6 @@
 #include "reporting/painter.h"
 
+#include <QFileInfo>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
@@ -173,6 +174,11 @@ void paintPage(QPainter &painter, const Page &page, double pixelsPerTwip)
 
 bool writePdf(const QVector<PagePtr> &pages, const QString &title, const QString &path, QString *error)
 {
+    const QFileInfo present(path);
+    if (present.exists() && !present.isFile()) { // a device or pipe would be replaced by a file
+        *error = QStringLiteral("“%1”不是普通文件").arg(path);
+        return false;
+    }
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         *error = file.errorString();

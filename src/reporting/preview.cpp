@@ -2,6 +2,7 @@
 
 #include "common/dialogs.h"
 #include "data/data_error.h"
+#include "reporting/excel_export.h"
 #include "reporting/painter.h"
 
 #include <QAction>
@@ -15,6 +16,7 @@
 #include <QPrinter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QSpinBox>
 #include <QTimer>
@@ -32,7 +34,7 @@ constexpr int sliceMs = 25; // of layout between two looks at keys and clicks
 
 ExcelExporter &excelExporter()
 {
-    static ExcelExporter exporter;
+    static ExcelExporter exporter = exportShownReport;
     return exporter;
 }
 
@@ -94,7 +96,7 @@ ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
     setObjectName(QStringLiteral("preview"));
     setWindowTitle(report.caption());
     setSizeGripEnabled(true);
-    resize(1180, 820);
+    resize(QSize(1180, 820).boundedTo(screen()->availableSize() - QSize(40, 60)));
 
     m_page->setObjectName(QStringLiteral("page"));
     m_page->setAccessibleName(QStringLiteral("页码"));
@@ -197,7 +199,7 @@ void ReportPreview::addTools()
     addTool({10, "print", "打印", {QKeySequence("Ctrl+P")}, [this] { print(); }, true});
     addTool({11, "pdf", "另存为PDF", {QKeySequence("Ctrl+S")}, [this] { savePdf(); }, true});
     addTool({12, "close", "关闭", {}, [this] { reject(); }});
-    if (m_report.family().excelTool && excelExporter())
+    if (m_report.family().excelTool)
         addTool({excelTool, "excel", "转换EXCEL文档", {QKeySequence("Ctrl+E")}, [this] { exportPages(); }, true});
 }
 
@@ -377,7 +379,7 @@ void showPreview(Report &report, QWidget *parent)
 
 void setExcelExporter(ExcelExporter exporter)
 {
-    excelExporter() = std::move(exporter);
+    excelExporter() = exporter ? std::move(exporter) : exportShownReport;
 }
 
 void setPrinterChooser(PrinterChooser chooser)

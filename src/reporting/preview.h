@@ -70,7 +70,7 @@ private:
 // Shows a report's preview modally; comes back when it is closed.
 void showPreview(Report &report, QWidget *parent);
 
-// Sets what writes pages as a workbook; previews have the tool for it only when it is set.
+// Sets what the tool for a workbook does with the pages; an empty function restores the export itself.
 using ExcelExporter = std::function<void(const QVector<PagePtr> &pages, QWidget *parent)>;
 void setExcelExporter(ExcelExporter exporter);
 
