@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 
 namespace tradewick
 {
@@ -114,6 +115,8 @@ bool RecordForm::eventFilter(QObject *watched, QEvent *event)
         if (plain && ours && keyInField(field, key->key()))
             return true;
     }
+    if (field && event->type() == QEvent::FocusIn)
+        findChild<QScrollArea *>()->ensureWidgetVisible(field);
     if (field && event->type() == QEvent::FocusOut) {
         const auto reason = static_cast<QFocusEvent *>(event)->reason();
         const bool left = reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;

@@ -1,5 +1,6 @@
 // How a record form is laid out from its declaration; what it does stands in record_form.cpp.
 #include "common/combo_field.h"
+#include "common/flow_layout.h"
 #include "common/record_form.h"
 
 #include <QAbstractItemView>
@@ -157,8 +158,13 @@ QWidget *RecordForm::buildField(const FieldSpec &field)
         auto *text = new QPlainTextEdit(this);
         text->setTabChangesFocus(true);
         text->setToolTip(QStringLiteral("Shift+Enter 换行"));
-        text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored); // its own wish is a page of text
-        text->setMinimumHeight(text->fontMetrics().lineSpacing() * linesOfLongText + 12);
+        const int height = text->fontMetrics().lineSpacing() * linesOfLongText + 12;
+        if (field.caption.isEmpty()) { // alone on its tab, as large as the tab is
+            text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+            text->setMinimumHeight(height);
+        } else {
+            text->setFixedHeight(height);
+        }
         widget = text;
         break;
     }
@@ -278,22 +284,29 @@ QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button,
 QWidget *RecordForm::buildButtons()
 {
     auto *bar = new QWidget(this);
-    auto *layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
+    auto *flow = new FlowLayout(bar);
+    const auto group = [&] {
+        auto *buttons = new QWidget(bar);
+        flow->addWidget(buttons);
+        auto *row = new QHBoxLayout(buttons);
+        row->setContentsMargins(0, 0, 0, 0);
+        return row;
+    };
     const QStringList &captions = m_spec.captions;
+    QBoxLayout *layout = group();
     addButton(layout, {"cmdqd", captions[0], "Ctrl+Home"}, [this] { first(); });
     addButton(layout, {"cmdxq", captions[1], "Ctrl+PgUp"}, [this] { previous(); });
     addButton(layout, {"cmdnext", captions[2], "Ctrl+PgDown"}, [this] { next(); });
     addButton(layout, {"cmdmd", captions[3], "Ctrl+End"}, [this] { last(); });
     if (!m_spec.find.column.isEmpty())
         addButton(layout, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
-    layout->addStretch(1);
+    layout = group();
     addButton(layout, {"Cmdadd", captions[4], "Ctrl+N"}, [this] { add(); });
     addButton(layout, {"Cmddelete", captions[5], "Ctrl+Del"}, [this] { deleteRecord(); });
     addButton(layout, {"Cmdedit", captions[6], "Ctrl+E"}, [this] { edit(); });
     addButton(layout, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
     addButton(layout, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
-    layout->addStretch(1);
+    layout = group();
     for (const ButtonSpec &button : std::as_const(m_spec.actions))
         addButton(layout, button, [this, name = button.name] { action(name); });
     for (const ButtonSpec &button : std::as_const(m_spec.printButtons))
