@@ -5,7 +5,6 @@
 #include "contracts/export_contract.h"
 #include "database/description.h"
 #include "figures.h"
-#include "shell/startup.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -17,11 +16,9 @@
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QTimer>
 
 #include <algorithm>
 #include <functional>
-#include <unistd.h>
 
 namespace tradewick
 {
@@ -169,14 +166,14 @@ Figure memory(const QString &full, const QString &empty)
 Figure start(const QTemporaryDir &folder)
 {
     const QString bin = QApplication::applicationDirPath();
-    const QString program = folder.filePath("tradewick-bench");
-    QFile::copy(QApplication::applicationFilePath(), program);
+    const QString program = folder.filePath("tradewick-bench-login");
+    QFile::copy(bin + "/tradewick-bench-login", program);
     outputOf(bin + "/tradewick-database", {"demo", folder.filePath("demo.db")});
     outputOf(bin + "/tradewick-database", {"connect", folder.filePath("data_link.mdb"), folder.filePath("demo.db")});
     QVector<double> login, empty;
     for (int i = 0; i < runs * 2; ++i) {
         empty.append(milliseconds([&] { outputOf(bin + "/tradewick-bench-empty", {}); }));
-        login.append(milliseconds([&] { outputOf(program, {"--child-login"}); }));
+        login.append(milliseconds([&] { outputOf(program, {}); }));
     }
     return {
         "start to login window / start of an empty window", median(login) / median(empty), 2,
@@ -187,17 +184,6 @@ Figure start(const QTemporaryDir &folder)
 
 int benchmarkChild(const QStringList &arguments)
 {
-    if (arguments.first() == "--child-login") {
-        QTimer watch;
-        QObject::connect(&watch, &QTimer::timeout, [] {
-            for (QWidget *window : QApplication::topLevelWidgets())
-                if (window->objectName() == "frmLogin" && window->isVisible())
-                    ::_exit(0);
-        });
-        watch.start(0);
-        Main(std::chrono::milliseconds{0});
-        return 1;
-    }
     useDatabase(arguments.value(1));
     const auto form = openForm();
     QTextStream(stdout) << residentMegabytes();

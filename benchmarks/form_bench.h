@@ -1,4 +1,4 @@
-// What runs in a process of its own, so that start and memory are measured alone.
+// What runs in a process of its own, so that its memory is measured alone.
 #pragma once
 
 #include <QStringList>
@@ -6,7 +6,7 @@
 namespace tradewick
 {
 
-// arguments: "--child-login", or "--child-memory" with a database; gives the exit status.
+// arguments: "--child-memory" and a database; gives the exit status.
 int benchmarkChild(const QStringList &arguments);
 
 } // namespace tradewick

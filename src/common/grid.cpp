@@ -131,8 +131,10 @@ bool Grid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
             completer->popup()->setAccessibleName(m_model->columns()[index.column()].caption);
             editor->setCompleter(completer);
         }
-        connect(editor, &QLineEdit::textEdited, this,
-                [this, column](const QString &text) { Q_EMIT typed(column, text); });
+        connect(editor, &QLineEdit::textEdited, this, [this, column](const QString &text) {
+            if (!m_composing) // the first letter composed has removed what was selected
+                Q_EMIT typed(column, text);
+        });
         // The key that opened the editor is typed into it before anyone listened.
         if (trigger == AnyKeyPressed)
             Q_EMIT typed(column, editor->text());
@@ -144,7 +146,9 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::InputMethod)
         m_composing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
-    if (event->type() == QEvent::KeyPress && qobject_cast<QLineEdit *>(watched) && !m_composing) {
+    if (event->type() == QEvent::KeyPress && qobject_cast<QLineEdit *>(watched)) {
+        if (m_composing)
+            return true; // the keys are the input method's; the cell must not close over its text
         const int key = static_cast<QKeyEvent *>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
             commitEditor();

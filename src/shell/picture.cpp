@@ -66,16 +66,19 @@ void Picture::paintEvent(QPaintEvent *)
     painter.drawRect(QRectF(0, 325, drawing.width(), 75));
     drawShip(painter);
 
-    QFont large = font();
-    large.setPixelSize(40);
-    large.setBold(true);
-    painter.setFont(large);
+    // Enlarged by the painter, in the font that the windows use anyway: at start, another size is another search
+    // through the system's fonts.
+    const auto text = [&](double x, double y, double size, const QString &words) {
+        painter.save();
+        painter.translate(x, y);
+        painter.scale(size, size);
+        painter.drawText(QPointF(0, 0), words);
+        painter.restore();
+    };
     painter.setPen(QColor(0x1f, 0x4e, 0x4a));
-    painter.drawText(QRectF(40, 50, 560, 60), Qt::AlignLeft | Qt::AlignVCenter, productTitle);
-    QFont small = font();
-    small.setPixelSize(18);
-    painter.setFont(small);
-    painter.drawText(QRectF(42, 106, 560, 30), Qt::AlignLeft | Qt::AlignVCenter, brand);
+    const double unit = 1.0 / fontMetrics().height();
+    text(40, 98, 48 * unit, productTitle);
+    text(42, 130, 22 * unit, brand);
 }
 
 namespace

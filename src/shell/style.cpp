@@ -46,8 +46,8 @@ void applyStyle(QApplication &application)
     QApplication::setStyle(QStringLiteral("Fusion"));
     // Latin first: asked for a single Chinese face, the system would take it for Latin letters too.
     QFont font = QApplication::font();
-    font.setFamilies({"Noto Sans", "DejaVu Sans", "Liberation Sans", "Microsoft YaHei UI", "Noto Sans CJK SC",
-                      "WenQuanYi Zen Hei", "AR PL UMing CN"});
+    font.setFamilies(
+        {"Liberation Sans", "WenQuanYi Zen Hei", "Noto Sans CJK SC", "Microsoft YaHei UI", "AR PL UMing CN"});
     QApplication::setFont(font);
     application.setStyleSheet(QString::fromUtf8(sheet));
 }

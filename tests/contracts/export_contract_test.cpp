@@ -134,6 +134,29 @@ TEST_F(Contract, TenLinesAreEnteredByKeyboardAlone)
     EXPECT_EQ(drive.text("Text1(0)"), number);
 }
 
+TEST_F(Contract, TheLinesLeaveAnInputMethodItsKeys)
+{
+    const FormDriver drive = open();
+    drive.expectAccessibleNames();
+    drive.click("Cmdedit");
+    lines()->setFocus();
+    lines()->editCell(0, "cpbh");
+    QLineEdit *editor = lines()->cellEditor();
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    FormDriver::compose(editor, "jingkuang");
+    for (Qt::Key key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Up}) {
+        QTest::keyClick(editor, key);
+        EXPECT_EQ(lines()->cellEditor(), editor) << "the cell stays open while text is composed";
+        EXPECT_NE(drive.focused(), "TDBGrid2");
+    }
+    EXPECT_FALSE(pickerGrid()->isVisible()) << "what is composed is not searched for";
+    FormDriver::commit(editor, "镜框");
+    EXPECT_TRUE(pickerGrid()->isVisible());
+    QTest::keyClick(editor, Qt::Key_Return);
+    EXPECT_EQ(cell(0, "cpbh"), "镜框");
+}
+
 TEST_F(Contract, ChoosingACustomerReplacesTheLinesAtOnce)
 {
     const QString number = database.value("select htbh from yy_gw_wxht_h order by htbh").toString();

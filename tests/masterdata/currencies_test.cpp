@@ -212,14 +212,7 @@ TEST_F(Currencies, AnyTextComesBackAsTyped)
 
 TEST_F(Currencies, EveryControlHasAnAccessibleName)
 {
-    open();
-    for (QWidget *widget : form->findChildren<QWidget *>()) {
-        if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().startsWith("qt_") ||
-            widget->inherits("QScrollArea") || widget->inherits("QScrollBar"))
-            continue;
-        EXPECT_FALSE(widget->accessibleName().isEmpty())
-            << widget->metaObject()->className() << widget->objectName().toStdString();
-    }
+    open().expectAccessibleNames();
 }
 
 } // namespace tradewick

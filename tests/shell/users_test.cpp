@@ -44,6 +44,7 @@ TEST_F(Users, CheckBoxesStandForTheirFlags)
     const int flags[28] = {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14,
                            15, 17, 18, 16, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28};
     const FormDriver drive = open();
+    drive.expectAccessibleNames();
     for (int i = 0; i < 28; ++i) {
         auto *check = drive.find<QCheckBox>(QString("Check1(%1)").arg(i));
         EXPECT_FALSE(check->isEnabled());

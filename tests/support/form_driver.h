@@ -86,6 +86,19 @@ public:
         return widget ? widget->objectName() : QString();
     }
 
+    // Whatever can have the focus says what it is to a screen reader.
+    void expectAccessibleNames() const
+    {
+        for (const QWidget *widget : m_form.findChildren<QWidget *>()) {
+            const bool ofQt = widget->objectName().startsWith("qt_") || widget->inherits("QScrollArea") ||
+                              widget->inherits("QScrollBar") || widget->inherits("QTabBar") ||
+                              widget->inherits("QCompleterPopup") || widget->inherits("QCalendarView") ||
+                              widget->window() != m_form.window();
+            EXPECT_TRUE(widget->focusPolicy() == Qt::NoFocus || ofQt || !widget->accessibleName().isEmpty())
+                << widget->metaObject()->className() << widget->objectName().toStdString();
+        }
+    }
+
     // Types into the cell of a grid under the cursor and leaves it with Enter.
     void typeCell(Grid *grid, int row, const QString &column, const QString &value) const
     {
