@@ -271,6 +271,7 @@ QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button,
     auto *push = new QPushButton(button.caption, this);
     push->setObjectName(button.name);
     push->setAccessibleName(button.caption);
+    // Keys that a text field does not take for itself, in any of its states.
     // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
     connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
     push->setToolTip(button.shortcut);
@@ -294,16 +295,16 @@ QWidget *RecordForm::buildButtons()
     };
     const QStringList &captions = m_spec.captions;
     QBoxLayout *layout = group();
-    addButton(layout, {"cmdqd", captions[0], "Ctrl+Home"}, [this] { first(); });
-    addButton(layout, {"cmdxq", captions[1], "Ctrl+PgUp"}, [this] { previous(); });
-    addButton(layout, {"cmdnext", captions[2], "Ctrl+PgDown"}, [this] { next(); });
-    addButton(layout, {"cmdmd", captions[3], "Ctrl+End"}, [this] { last(); });
+    addButton(layout, {"cmdqd", captions[0], "Alt+Home"}, [this] { first(); });
+    addButton(layout, {"cmdxq", captions[1], "Alt+PgUp"}, [this] { previous(); });
+    addButton(layout, {"cmdnext", captions[2], "Alt+PgDown"}, [this] { next(); });
+    addButton(layout, {"cmdmd", captions[3], "Alt+End"}, [this] { last(); });
     if (!m_spec.find.column.isEmpty())
         addButton(layout, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
     layout = group();
     addButton(layout, {"Cmdadd", captions[4], "Ctrl+N"}, [this] { add(); });
-    addButton(layout, {"Cmddelete", captions[5], "Ctrl+Del"}, [this] { deleteRecord(); });
-    addButton(layout, {"Cmdedit", captions[6], "Ctrl+E"}, [this] { edit(); });
+    addButton(layout, {"Cmddelete", captions[5], "Alt+D"}, [this] { deleteRecord(); });
+    addButton(layout, {"Cmdedit", captions[6], "Alt+E"}, [this] { edit(); });
     addButton(layout, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
     addButton(layout, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
     layout = group();

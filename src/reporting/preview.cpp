@@ -200,7 +200,7 @@ void ReportPreview::addTools()
     addTool({11, "pdf", "另存为PDF", {QKeySequence("Ctrl+S")}, [this] { savePdf(); }, true});
     addTool({12, "close", "关闭", {}, [this] { reject(); }});
     if (m_report.family().excelTool)
-        addTool({excelTool, "excel", "转换EXCEL文档", {QKeySequence("Ctrl+E")}, [this] { exportPages(); }, true});
+        addTool({excelTool, "excel", "转换EXCEL文档", {QKeySequence("Alt+E")}, [this] { exportPages(); }, true});
 }
 
 // Makes pages for a moment, then lets the window live and goes on.

@@ -134,6 +134,33 @@ TEST_F(Contract, TenLinesAreEnteredByKeyboardAlone)
     EXPECT_EQ(drive.text("Text1(0)"), number);
 }
 
+TEST_F(Contract, KeysOfTheButtonsWorkFromWithinAField)
+{
+    const FormDriver drive = open();
+    QWidget *field = drive.control("Text1(3)");
+    const struct {
+        Qt::Key key;
+        Qt::KeyboardModifier modifier;
+        const char *shown; // in the number field then
+        bool busy;
+    } cases[] = {{Qt::Key_End, Qt::AltModifier, "X261100003", false},
+                 {Qt::Key_PageUp, Qt::AltModifier, "X261100002", false},
+                 {Qt::Key_PageDown, Qt::AltModifier, "X261100003", false},
+                 {Qt::Key_Home, Qt::AltModifier, "X260800001", false},
+                 {Qt::Key_E, Qt::AltModifier, "X260800001", true},
+                 {Qt::Key_C, Qt::AltModifier, "X260800001", false},
+                 {Qt::Key_E, Qt::AltModifier, "X260800001", true},
+                 {Qt::Key_S, Qt::ControlModifier, "X260800001", false},
+                 {Qt::Key_D, Qt::AltModifier, "X260800002", false}};
+    for (const auto &c : cases) {
+        field->setFocus();
+        QTest::keyClick(field, c.key, c.modifier);
+        EXPECT_EQ(drive.text("Text1(0)").toStdString(), c.shown);
+        EXPECT_EQ(form->isBusy(), c.busy);
+    }
+    drive.click("Cmdreturn");
+}
+
 TEST_F(Contract, TheLinesLeaveAnInputMethodItsKeys)
 {
     const FormDriver drive = open();
