@@ -37,7 +37,7 @@ struct FailureGroup {
             edit = Failure::Report, deleteAndCancel = Failure::Skip, ok = Failure::Report;
 };
 
-enum class FieldKind { Text, Password, LongText, Date, Combo, Check, Picture };
+enum class FieldKind { Text, LongText, Date, Combo, Check, Picture };
 
 struct FieldSpec {
     QString name; // of the control: "Text1(0)"
