@@ -54,6 +54,14 @@ void headerStamp(FormattedBand &band)
     dateIn(band, SectionKind::PageHeader);
 }
 
+// The price list tells in its head of what day it is.
+void priceListStamp(FormattedBand &band)
+{
+    footerStamp(band);
+    if (band.section.kind == SectionKind::PageHeader)
+        band.setText(QStringLiteral("lbl_dATE"), reportClock().date().toString(Qt::ISODate));
+}
+
 } // namespace
 
 const ReportFamily reportFamilyA{true, nullptr};
@@ -70,6 +78,11 @@ namespace
 const ReportEntry entries[] = {
     {u"YY_Xsfp_Rpt", reportFamilyB},
     {u"yy_XsFp_dJRPT", reportFamilyB},
+    {u"khzl_rpt", reportFamilyC},
+    {u"YY_KhZl_XX_Rpt", reportFamilyD},
+    {u"YY_Gys_JMZL", reportFamilyC},
+    {u"Yy_Gys_xxZl", reportFamilyD},
+    {u"Sys_Cpzlb_rpt", {true, &priceListStamp}},
 };
 
 } // namespace
