@@ -1,35 +1,43 @@
 // Prints documents into files, without a window and without a display.
 #include "common/globals.h"
 #include "contracts/proforma_invoice.h"
+#include "masterdata/master_reports.h"
+#include "print/bookmarks.h"
+#include "print/pictures.h"
 #include "reporting/excel_export.h"
 #include "reporting/painter.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QImage>
-#include <QPainter>
 #include <QTextStream>
 
 #include <algorithm>
+#include <exception>
+#include <functional>
 
 using namespace tradewick;
 
 namespace
 {
 
-constexpr double twipsPerInch = 1440, pngDotsPerInch = 150;
-
 struct Document {
     const char *name;
     const char *report;
     // Fills the report for one record. Throws DataError for a number that is not there.
     Report &(*fill)(const QString &report, Connection &connection, const QString &number);
+    bool ofAll = false; // a list of all records, which no number is asked for
 };
 
 const QVector<Document> documents{
     {"形式发票", "YY_Xsfp_Rpt", proformaInvoice},
     {"形式发票2", "yy_XsFp_dJRPT", proformaInvoice},
+    {"国外客户资料", "YY_KhZl_XX_Rpt", masterReport},
+    {"国外客户简表", "khzl_rpt", masterReport, true},
+    {"国内厂家资料", "Yy_Gys_xxZl", masterReport},
+    {"国内厂家简表", "YY_Gys_JMZL", masterReport, true},
+    {"商品资料明细表", "Sys_Cpzlb_rpt", masterReport, true},
 };
 
 int fail(const QString &text)
@@ -38,47 +46,50 @@ int fail(const QString &text)
     return 1;
 }
 
-// out.png becomes out-1.png, out-2.png and so on.
-bool writePng(const QVector<PagePtr> &pages, const QString &path, QString *error)
+QString pathOrServer(const QString &database)
 {
-    const QFileInfo file(path);
-    for (const PagePtr &page : pages) {
-        const Paper &paper = page->context->paper;
-        QImage image(qRound(paper.width / twipsPerInch * pngDotsPerInch),
-                     qRound(paper.height / twipsPerInch * pngDotsPerInch), QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        paintPage(painter, *page, pngDotsPerInch / twipsPerInch);
-        painter.end();
-        const QString name = QStringLiteral("%1/%2-%3.png").arg(file.path(), file.completeBaseName()).arg(page->number);
-        if (!image.save(name)) {
-            *error = QStringLiteral("cannot write %1").arg(name);
-            return false;
-        }
-    }
-    return true;
+    return database.endsWith(".db", Qt::CaseInsensitive) ? QFileInfo(database).absoluteFilePath() : database;
 }
 
 int print(const QCommandLineParser &options)
 {
-    const QString name = options.value("document");
-    const auto document = std::find_if(documents.begin(), documents.end(),
-                                       [&](const Document &one) { return name == QString::fromUtf8(one.name); });
-    if (document == documents.end())
-        return fail(QStringLiteral("no document is named %1; --list names them").arg(name));
-    QString source = options.value("database");
-    if (source.endsWith(".db", Qt::CaseInsensitive))
-        source = QFileInfo(source).absoluteFilePath();
-    gConnStr =
-        "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=;Initial Catalog=;Data Source=" + source;
+    const QStringList names = options.values("document"), numbers = options.values("number");
+    QVector<const Document *> wanted;
+    for (const QString &name : names) {
+        const auto document = std::find_if(documents.begin(), documents.end(),
+                                           [&](const Document &one) { return name == QString::fromUtf8(one.name); });
+        if (document == documents.end())
+            return fail(QStringLiteral("no document is named %1; --list names them").arg(name));
+        if (numbers.isEmpty() && !document->ofAll)
+            return fail(QStringLiteral("--number is missing; see --help"));
+        wanted.append(&*document);
+    }
+    if (options.isSet("xls") && names.size() > 1) // the columns of a workbook are those of one report
+        return fail(QStringLiteral("--xls takes one --document; see --help"));
+
+    gConnStr = "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=;Initial Catalog=;Data Source=" +
+               pathOrServer(options.value("database"));
     gConn = Connection::shared(gConnStr);
-    Report &report = document->fill(QString::fromUtf8(document->report), *gConn, options.value("number"));
-    const QVector<PagePtr> pages = report.layout()->all();
-    const QString title = name + u' ' + options.value("number");
+    QVector<PagePtr> pages;
+    QVector<Bookmark> bookmarks;
+    for (const Document *document : wanted) {
+        for (const QString &number : document->ofAll ? QStringList{QString()} : numbers) {
+            bookmarks.append({(QString::fromUtf8(document->name) + u' ' + number).trimmed(), pages.size()});
+            pages += document->fill(QString::fromUtf8(document->report), *gConn, number).layout()->all();
+        }
+    }
+    const auto writeBookmarkedPdf = [&](const QString &path, QString *error) {
+        QBuffer plain;
+        plain.open(QIODevice::WriteOnly);
+        writePdf(pages, bookmarks.first().title, plain);
+        const QByteArray pdf = withBookmarks(plain.data(), bookmarks);
+        return replaceFile(
+            path, [&](QIODevice &device) { return device.write(pdf) == pdf.size(); }, error);
+    };
     const std::pair<const char *, std::function<bool(const QString &path, QString *error)>> targets[] = {
-        {"pdf", [&](const QString &path, QString *error) { return writePdf(pages, title, path, error); }},
+        {"pdf", writeBookmarkedPdf},
         {"xls", [&](const QString &path, QString *error) { return exportToExcel(pages, path, error); }},
-        {"png", [&](const QString &path, QString *error) { return writePng(pages, path, error); }},
+        {"png", [&](const QString &path, QString *error) { return writePictures(pages, path, 150, error); }},
     };
     for (const auto &[option, write] : targets) {
         QString error;
@@ -100,11 +111,12 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     parser.addOptions({{"list", "Names all documents."},
                        {"database", "A file ending in .db, or what the settings take as the server.", "source"},
-                       {"document", "Name of the document.", "name"},
-                       {"number", "Number of the record.", "number"},
-                       {"pdf", "The PDF to write.", "file"},
-                       {"xls", "The workbook to write.", "file"},
-                       {"png", "Name of the pictures to write; the page's number is put in.", "file"}});
+                       {"document", "Name of a document; may be repeated.", "name"},
+                       {"number", "Number of a record; may be repeated. A list of all records takes none.", "number"},
+                       {"pdf", "The PDF to write, with a bookmark for each document and number.", "file"},
+                       {"xls", "The workbook to write, of one document.", "file"},
+                       {"png", "Name of the pictures to write; the page's number is put in.", "file"},
+                       {"gallery", "Writes all reports with made-up rows as a page of pictures.", "folder"}});
     parser.process(application);
     if (parser.isSet("list")) {
         QTextStream out(stdout);
@@ -112,7 +124,11 @@ int main(int argc, char **argv)
             out << QString::fromUtf8(document.name) << "\n";
         return 0;
     }
-    for (const char *option : {"database", "document", "number"})
+    if (parser.isSet("gallery")) {
+        QString error;
+        return writeGallery(parser.value("gallery"), &error) ? 0 : fail(parser.value("gallery") + ": " + error);
+    }
+    for (const char *option : {"database", "document"})
         if (!parser.isSet(option))
             return fail(QStringLiteral("--%1 is missing; see --help").arg(option));
     if (!parser.isSet("pdf") && !parser.isSet("xls") && !parser.isSet("png"))
@@ -120,8 +136,8 @@ int main(int argc, char **argv)
     int status = 0;
     try {
         status = print(parser);
-    } catch (const DataError &error) {
-        status = fail(error.text());
+    } catch (const std::exception &error) {
+        status = fail(QString::fromUtf8(error.what()));
     }
     gConn.reset(); // while the application that its driver belongs to still lives
     return status;

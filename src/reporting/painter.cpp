@@ -172,7 +172,40 @@ void paintPage(QPainter &painter, const Page &page, double pixelsPerTwip)
     painter.restore();
 }
 
+bool writePdf(const QVector<PagePtr> &pages, const QString &title, QIODevice &device)
+{
+    QPdfWriter writer(&device);
+    writer.setTitle(title);
+    writer.setCreator(QStringLiteral("Tradewick"));
+    writer.setResolution(twipsPerInch);
+    const auto paper = [&writer](const Page &page) {
+        const Paper &of = page.context->paper;
+        const QSizeF points = QSizeF(of.width, of.height) * of.scale / 20;
+        writer.setPageLayout(
+            QPageLayout(QPageSize(points, QPageSize::Point, {}, QPageSize::ExactMatch), QPageLayout::Portrait, {}));
+    };
+    if (!pages.isEmpty())
+        paper(*pages.first());
+    QPainter painter;
+    if (!painter.begin(&writer))
+        return false;
+    for (qsizetype at = 0; at < pages.size(); ++at) {
+        if (at > 0) {
+            paper(*pages[at]);
+            writer.newPage();
+        }
+        paintPage(painter, *pages[at], 1);
+    }
+    return true;
+}
+
 bool writePdf(const QVector<PagePtr> &pages, const QString &title, const QString &path, QString *error)
+{
+    return replaceFile(
+        path, [&](QIODevice &device) { return writePdf(pages, title, device); }, error);
+}
+
+bool replaceFile(const QString &path, const std::function<bool(QIODevice &)> &write, QString *error)
 {
     const QFileInfo present(path);
     if (present.exists() && !present.isFile()) { // a device or pipe would be replaced by a file
@@ -180,38 +213,10 @@ bool writePdf(const QVector<PagePtr> &pages, const QString &title, const QString
         return false;
     }
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        *error = file.errorString();
-        return false;
-    }
-    {
-        QPdfWriter writer(&file);
-        writer.setTitle(title);
-        writer.setCreator(QStringLiteral("Tradewick"));
-        writer.setResolution(twipsPerInch);
-        const auto paper = [&writer](const Page &page) {
-            const Paper &of = page.context->paper;
-            const QSizeF points = QSizeF(of.width, of.height) * of.scale / 20;
-            writer.setPageLayout(
-                QPageLayout(QPageSize(points, QPageSize::Point, {}, QPageSize::ExactMatch), QPageLayout::Portrait, {}));
-        };
-        if (!pages.isEmpty())
-            paper(*pages.first());
-        QPainter painter;
-        if (!painter.begin(&writer)) {
-            *error = QStringLiteral("PDF");
-            file.cancelWriting();
-            return false;
-        }
-        for (qsizetype at = 0; at < pages.size(); ++at) {
-            if (at > 0) {
-                paper(*pages[at]);
-                writer.newPage();
-            }
-            paintPage(painter, *pages[at], 1);
-        }
-    }
-    if (!file.commit()) {
+    const bool open = file.open(QIODevice::WriteOnly);
+    if (open && !write(file))
+        file.cancelWriting();
+    if (!open || !file.commit()) {
         *error = file.errorString();
         return false;
     }
