@@ -1,11 +1,15 @@
 // tradewick-print as its users call it, and what independent readers find in the files.
+#include "reporting/report_table.h"
 #include "support/test_database.h"
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
 
 namespace tradewick
@@ -21,11 +25,13 @@ struct Outcome {
     QString out, error;
 };
 
-Outcome runProgram(const QString &program, const QStringList &arguments)
+Outcome runProgram(const QString &program, const QStringList &arguments, const QString &scaleFactor = {})
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove("DISPLAY");
+    if (!scaleFactor.isEmpty())
+        environment.insert("QT_SCALE_FACTOR", scaleFactor);
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
     process.waitForFinished(60000);
@@ -44,9 +50,10 @@ protected:
     {
         return runProgram(binFolder() + "/tradewick-print", QStringList{"--database", database.path()} + arguments);
     }
+    QStringList files() const { return QDir(folder.path()).entryList(QDir::Files); }
     QString file(const QString &name) const { return folder.filePath(name); }
 
-    void addContract(int lines)
+    void addContract(int lines, const QString &product = "镜框")
     {
         Connection &connection = database.connection();
         connection.Execute("insert into yy_gw_wxht_h(htbh,djrq,khmc,dizh,bizh,e_gsmc,madol,fstk) "
@@ -54,9 +61,13 @@ protected:
                            {{"h", contract}, {"c", "O'Neill & Söhne"}, {"a", "1 QUAY <B>"}, {"f", "CLAUSE 50% _[a]"}});
         for (int i = 1; i <= lines; ++i)
             connection.Execute(
-                "insert into yy_gw_wxht_b(htbh,cpbh,cpmc,gg,dw,sl,jkdj,jmdj,dj,je) values('{h}','{p}','镜框','30x40cm',"
+                "insert into yy_gw_wxht_b(htbh,cpbh,cpmc,gg,dw,sl,jkdj,jmdj,dj,je) values('{h}','{p}','{m}','30x40cm',"
                 "'PCS',{n},'1.5','0.25','1.75',{a})",
-                {{"h", contract}, {"p", QString("P%1").arg(i, 4, 10, QChar('0'))}, {"n", i}, {"a", 1.75 * i}});
+                {{"h", contract},
+                 {"m", product},
+                 {"p", QString("P%1").arg(i, 4, 10, QChar('0'))},
+                 {"n", i},
+                 {"a", 1.75 * i}});
     }
 };
 
@@ -66,7 +77,8 @@ TEST_F(Print, ListNamesTheDocuments)
 {
     const Outcome listed = runProgram(binFolder() + "/tradewick-print", {"--list"});
     EXPECT_EQ(listed.status, 0);
-    EXPECT_EQ(listed.out, "形式发票\n形式发票2\n");
+    EXPECT_EQ(listed.out,
+              "形式发票\n形式发票2\n国外客户资料\n国外客户简表\n国内厂家资料\n国内厂家简表\n商品资料明细表\n");
 }
 
 TEST_F(Print, AContractOf120LinesGivesPagesWithHeadsAndRightTotals)
@@ -123,6 +135,8 @@ TEST_F(Print, WhatIsNotThereIsNamedAndLeavesNoFile)
         {{"--document", "形式发票", "--number", "X260800001"}, "--pdf"},
         {{"--document", "形式发票", "--pdf", file("a.pdf")}, "--number"},
         {{"--document", "形式发票", "--number", "X260800001", "--pdf", "/nowhere/a.pdf"}, "/nowhere/a.pdf"},
+        {{"--document", "形式发票", "--number", "X260800001", "--pdf", "/dev/full"}, "/dev/full"},
+        {{"--document", "形式发票", "--number", "X260800001", "--number", "X0", "--pdf", file("a.pdf")}, "X0"},
     };
     for (const auto &c : cases) {
         const Outcome outcome = print(c.arguments);
@@ -135,6 +149,123 @@ TEST_F(Print, WhatIsNotThereIsNamedAndLeavesNoFile)
                    {"--database", file("none.db"), "--document", "形式发票", "--number", "X", "--pdf", file("a.pdf")});
     EXPECT_EQ(noDatabase.status, 1);
     EXPECT_TRUE(noDatabase.error.contains("none.db"));
+}
+
+TEST_F(Print, SeveralDocumentsShareAPdfWithABookmarkEach)
+{
+    addContract(120);
+    const QString pdf = file("all.pdf");
+    const Outcome printed = print({"--document", "形式发票", "--document", "形式发票2", "--number", "X260800001",
+                                   "--number", contract, "--pdf", pdf});
+    ASSERT_EQ(printed.status, 0) << printed.error.toStdString();
+    const QStringList pages = runProgram("pdftotext", {"-layout", pdf, "-"}).out.split('\f', Qt::SkipEmptyParts);
+    const QString outline = runProgram("pdftohtml", {"-xml", "-i", "-stdout", pdf}).out;
+    auto bookmarks = QRegularExpression("<item page=\"(\\d+)\">([^<]*)</item>").globalMatch(outline);
+    int page = 1;
+    for (const QString title :
+         {"形式发票 X260800001", "形式发票 X991200001", "形式发票2 X260800001", "形式发票2 X991200001"}) {
+        ASSERT_TRUE(bookmarks.hasNext()) << title.toStdString();
+        const QRegularExpressionMatch bookmark = bookmarks.next();
+        EXPECT_EQ(bookmark.captured(2), title);
+        ASSERT_EQ(bookmark.captured(1).toInt(), page) << title.toStdString();
+        // its pages, numbered within it, up to the next bookmark
+        int of = 1;
+        for (int at = 1; at <= of; ++at, ++page) {
+            ASSERT_LE(page, pages.size());
+            const QString &text = pages[page - 1];
+            EXPECT_TRUE(text.contains(title.section(' ', 1))) << title.toStdString();
+            const auto number = QRegularExpression("Page\\s+(\\d+)\\s+Of\\s+(\\d+)").match(text);
+            EXPECT_EQ(number.captured(1).toInt(), at) << title.toStdString();
+            of = number.captured(2).toInt();
+        }
+    }
+    EXPECT_FALSE(bookmarks.hasNext());
+    EXPECT_EQ(page - 1, pages.size());
+}
+
+TEST_F(Print, AWorkbookTakesSeveralNumbersButOneDocument)
+{
+    addContract(3);
+    ASSERT_EQ(print({"--document", "形式发票", "--number", "X260800001", "--number", contract, "--xls", file("o.xls")})
+                  .status,
+              0);
+    const QString cells = runProgram("xls2csv", {"-d", "utf-8", file("o.xls")}).out;
+    EXPECT_TRUE(cells.contains("X260800001") && cells.contains("P0003"));
+    const Outcome refused = print({"--document", "形式发票", "--document", "形式发票2", "--number", contract, "--pdf",
+                                   file("a.pdf"), "--xls", file("a.xls")});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(refused.error.contains("--xls takes one --document"));
+    EXPECT_EQ(files(), QStringList{"o.xls"});
+}
+
+TEST_F(Print, TextsStandWhereTheyStandWhateverTheScreensScale)
+{
+    QString first;
+    for (const char *scale : {"1", "1.25", "1.5", "2"}) {
+        const Outcome printed = runProgram(
+            binFolder() + "/tradewick-print",
+            {"--database", database.path(), "--document", "形式发票", "--number", "X260800001", "--pdf", file("o.pdf")},
+            scale);
+        ASSERT_EQ(printed.status, 0) << printed.error.toStdString();
+        const QString words = runProgram("pdftotext", {"-bbox", file("o.pdf"), "-"}).out.section("<body>", 1);
+        EXPECT_GT(words.count("<word "), 50);
+        if (first.isEmpty())
+            first = words;
+        EXPECT_EQ(words, first) << scale;
+    }
+}
+
+TEST_F(Print, AnyTextPrintsAndSpoilsNothingBesideIt)
+{
+    const QString texts[] = {QString(),
+                             "a\tb\r\nc\x01\x1b[31m\x7f",
+                             "مرحبا بالعالم שלום",
+                             "👍🏽 👨‍👩‍👧 🇨🇳",
+                             QString(40000, u'木'),
+                             QString(40000, u'W')};
+    for (const QString &text : texts) {
+        database.connection().Execute("delete from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}});
+        database.connection().Execute("delete from yy_gw_wxht_h where htbh='{h}'", {{"h", contract}});
+        addContract(1, text);
+        const Outcome printed = print({"--document", "形式发票", "--number", contract, "--pdf", file("o.pdf")});
+        ASSERT_EQ(printed.status, 0) << text.left(40).toStdString() << printed.error.toStdString();
+        const Outcome read = runProgram("pdftotext", {"-layout", file("o.pdf"), "-"});
+        EXPECT_EQ(read.error, "") << text.left(40).toStdString();
+        EXPECT_EQ(read.out.count("P0001"), 1);
+        EXPECT_TRUE(read.out.contains(QRegularExpression("TOTAL:\\s+1\\s+PCS\\s+USD\\s+1\\.75")))
+            << text.left(40).toStdString();
+    }
+}
+
+TEST_F(Print, AFullDiskIsToldAndLeavesNoFile)
+{
+    for (const char *option : {"--pdf", "--xls", "--png"}) {
+        const Outcome full =
+            runProgram("bash", {"-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\"", "bash",
+                                binFolder() + "/tradewick-print", "--database", database.path(), "--document",
+                                "形式发票", "--number", "X260800001", option, file("a.out")});
+        EXPECT_EQ(full.status, 1) << option;
+        EXPECT_TRUE(full.error.contains("a.out: ")) << option << full.error.toStdString();
+        EXPECT_EQ(files(), QStringList()) << option;
+    }
+}
+
+TEST_F(Print, TheGalleryShowsEveryReport)
+{
+    ASSERT_EQ(runProgram(binFolder() + "/tradewick-print", {"--gallery", file("new/gallery")}).status, 0);
+    QFile html(file("new/gallery/index.html"));
+    ASSERT_TRUE(html.open(QIODevice::ReadOnly));
+    auto shown = QRegularExpression("src=\"([^\"]+)-\\d+\\.png\"").globalMatch(QString::fromUtf8(html.readAll()));
+    QSet<QString> names;
+    while (shown.hasNext()) {
+        const QRegularExpressionMatch picture = shown.next();
+        const QImage image(file("new/gallery/") + picture.captured(0).section('"', 1, 1));
+        EXPECT_GE(image.width(), 794) << picture.captured(0).toStdString(); // A4 at 96 dots per inch
+        names.insert(picture.captured(1));
+    }
+    const QStringList reports = reportNames();
+    EXPECT_EQ(names, QSet<QString>(reports.begin(), reports.end()));
+    EXPECT_EQ(runProgram(binFolder() + "/tradewick-print", {"--gallery", "/dev/null/x"}).status, 1);
 }
 
 } // namespace tradewick
