@@ -30,12 +30,15 @@ const RecordFormSpec customerSpec = {
     .unique = {"select * from yy_gwkh_zl where khbh='{key}'", "客户编码，不能重复，请核对！"},
     .captions = partnerCaptions(),
     .arrowsWrap = false,
+    .printButtons = {{"Cmdprint", "打印", "Ctrl+P"}},
     .filter = {"Text2", "客户编号:", "select * FROM yy_gwkh_zl where khbh like '%{text}%' order by khbh,khMC"},
     .find = findPartner("khbh"),
 };
 
+const PartnerPrinting printing{"是否打印当前客户资料？否则打印全部客户简表。", "YY_KhZl_XX_Rpt", "khzl_rpt"};
+
 } // namespace
 
-YY_GWKH_ZL::YY_GWKH_ZL(QWidget *mainWindow) : TradePartnerForm(customerSpec, countries, mainWindow) {}
+YY_GWKH_ZL::YY_GWKH_ZL(QWidget *mainWindow) : TradePartnerForm(customerSpec, countries, printing, mainWindow) {}
 
 } // namespace tradewick

@@ -1,7 +1,9 @@
 #include "masterdata/products.h"
 
+#include "common/dialogs.h"
 #include "common/globals.h"
 #include "common/number_text.h"
+#include "masterdata/master_reports.h"
 
 namespace tradewick
 {
@@ -44,6 +46,7 @@ const RecordFormSpec productSpec = {
                          {"khbh", "客户编号"},
                          {"khmc", "客户名称"}},
              .dropDowns = {{"khbh", "T_down", "select khbh FROM yy_gwkh_zl where not khbh is null order by khbh"}}},
+    .printButtons = {{"Cmdprint", "打印", "Ctrl+P"}},
     .actions = {{"CMd_LC", "另存", "Ctrl+Shift+S", true}},
     .filter = {"Text1", "商品查询", "select * FROM yy_bzdj where cpbh like '%{text}%' order by cpbh,CPMC"},
 };
@@ -85,6 +88,17 @@ void yy_cpbj::bodyCellEdited(const QString &column)
         if (!found.isEmpty())
             body().Fields("khmc").setValue(found.first()["khmc"]);
     }
+}
+
+// The whole price list, whatever product is shown.
+void yy_cpbj::print(const QString &)
+{
+    if (fieldText("Text(0)").trimmed().isEmpty()) {
+        dialogs().message(this, QStringLiteral("没有记录，不能打印！"), QStringLiteral("系统提示"),
+                          MessageIcon::Critical);
+        return;
+    }
+    run(Failure::Report, {[this] { masterReport("Sys_Cpzlb_rpt", *gConn).show(this); }});
 }
 
 // Save as: the prices are copied under the empty code and a new product is begun, whose code is typed next.

@@ -17,6 +17,7 @@ public:
 protected:
     void bodyRowStarted() override;
     void bodyCellEdited(const QString &column) override;
+    void print(const QString &button) override;
     void action(const QString &button) override;
     void saving() override;
     void stored() override;

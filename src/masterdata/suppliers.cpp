@@ -29,12 +29,15 @@ const RecordFormSpec supplierSpec = {
     .captions = partnerCaptions(),
     .arrowsWrap = false,
     .failures = {.edit = Failure::Skip},
+    .printButtons = {{"Cmdprint", "打印", "Ctrl+P"}},
     .filter = {"Text2", "厂商编号:", "select * FROM yy_gyszl where gfbh like '%{text}%' ORDER BY gfbh,zwmc", false},
     .find = findPartner("gfbh"),
 };
 
+const PartnerPrinting printing{"是否打印当前厂家资料？否则打印国内厂家简表。", "Yy_Gys_xxZl", "YY_Gys_JMZL"};
+
 } // namespace
 
-yy_GYszl::yy_GYszl(QWidget *mainWindow) : TradePartnerForm(supplierSpec, provinces, mainWindow) {}
+yy_GYszl::yy_GYszl(QWidget *mainWindow) : TradePartnerForm(supplierSpec, provinces, printing, mainWindow) {}
 
 } // namespace tradewick

@@ -1,7 +1,9 @@
 #include "masterdata/trade_partner.h"
 
+#include "common/dialogs.h"
 #include "common/globals.h"
 #include "data/date_text.h"
+#include "masterdata/master_reports.h"
 
 namespace tradewick
 {
@@ -48,8 +50,9 @@ FindSpec findPartner(const QString &key)
     return {key, "请输入客户编号:", "系统操作提示", "没有查到该客户"};
 }
 
-TradePartnerForm::TradePartnerForm(const RecordFormSpec &spec, const char *areas, QWidget *mainWindow)
-    : RecordForm(spec, mainWindow), m_areas(areas)
+TradePartnerForm::TradePartnerForm(const RecordFormSpec &spec, const char *areas, const PartnerPrinting &printing,
+                                   QWidget *mainWindow)
+    : RecordForm(spec, mainWindow), m_areas(areas), m_printing(printing)
 {
 }
 
@@ -69,6 +72,17 @@ void TradePartnerForm::comboChosen(const QString &name)
             records().Fields("hl").setValue(found.first()["hl"]);
             records().Fields("bzcode").setValue(found.first()["bzcode"]);
         }});
+}
+
+void TradePartnerForm::print(const QString &)
+{
+    const QString title = QStringLiteral("系统提示"), key = fieldText("Text1(0)");
+    if (key.trimmed().isEmpty()) {
+        dialogs().message(this, QStringLiteral("没有当前记录，不能打印！"), title, MessageIcon::Critical);
+        return;
+    }
+    const QString &report = dialogs().ask(this, m_printing.question, title) ? m_printing.one : m_printing.all;
+    run(Failure::Report, {[&] { masterReport(report, *gConn, key).show(this); }});
 }
 
 // A country or province typed for the first time is offered from the next record on.

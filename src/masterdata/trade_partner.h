@@ -16,6 +16,11 @@ struct PartnerNaming {
 
 // The fields of a register, in the order they are gone through.
 QVector<FieldSpec> partnerFields(const PartnerNaming &own);
+// What the print button asks, and the report it shows for each answer: the record shown or all of them.
+struct PartnerPrinting {
+    QString question, one, all;
+};
+
 // Captions of the buttons.
 QStringList partnerCaptions();
 // The search by key; both registers ask for a customer.
@@ -27,14 +32,17 @@ class TradePartnerForm : public RecordForm
 
 protected:
     // areas: statement of the countries or provinces that Combo1(0) offers.
-    TradePartnerForm(const RecordFormSpec &spec, const char *areas, QWidget *mainWindow);
+    TradePartnerForm(const RecordFormSpec &spec, const char *areas, const PartnerPrinting &printing,
+                     QWidget *mainWindow);
 
     void afterAdd() override;
     void comboChosen(const QString &name) override;
+    void print(const QString &button) override;
     void recordsChanged(Change change) override;
 
 private:
     const char *m_areas;
+    PartnerPrinting m_printing;
 };
 
 } // namespace tradewick
