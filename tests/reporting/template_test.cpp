@@ -1,6 +1,8 @@
 #include "report_helpers.h"
 
 #include <QDirIterator>
+#include <QRandomGenerator>
+#include <QRegularExpression>
 
 namespace tradewick::test
 {
@@ -137,29 +139,57 @@ TEST(Template, DamagedFilesAreRefusedWithLineAndReason)
     EXPECT_TRUE(error.contains("none.xml: ")) << error.toStdString();
 }
 
-// Half a file, or a file with a byte changed, never ends the program; what is read has bands all the same.
+// Half a file, or a file with bytes changed, left out or doubled, never ends the program: it is read, or refused by
+// file and line.
 TEST(Template, AnyDamageIsEitherReadOrRefused)
 {
-    QFile whole(":/templates/YY_Xsfp_Rpt.xml");
-    ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
-    const QByteArray text = whole.readAll();
+    constexpr int variants = 3000;
+    QVector<QByteArray> texts;
+    for (const QString &name : reportNames()) {
+        QFile whole(QStringLiteral(":/templates/%1.xml").arg(name));
+        ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+        texts.append(whole.readAll());
+    }
+    QRandomGenerator random(20261124);
     QTemporaryDir folder;
-    int refused = 0;
-    for (qsizetype at = 0; at < text.size(); at += 37) {
-        QByteArray changed = text;
-        changed[at] = static_cast<char>(at);
-        for (const QByteArray &damaged : {text.left(at), changed}) {
-            QFile file(folder.filePath("damaged.xml"));
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            file.write(damaged);
-            file.close();
-            QString error;
-            const auto report = loadTemplate(file.fileName(), &error);
-            EXPECT_EQ(!report, !error.isEmpty());
-            refused += !report;
+    const QString path = folder.filePath("damaged.xml");
+    const QRegularExpression fileAndLine('^' + QRegularExpression::escape(path) + ":\\d+: .");
+    int refused = 0, read = 0;
+    for (int variant = 0; variant < variants; ++variant) {
+        QByteArray text = texts[random.bounded(int(texts.size()))];
+        for (int change = random.bounded(1, 4); change > 0 && !text.isEmpty(); --change) {
+            const int at = random.bounded(int(text.size())), length = random.bounded(1, 60);
+            switch (random.bounded(8)) {
+            case 0:
+                text.truncate(at);
+                break;
+            case 1:
+                text.remove(at, length);
+                break;
+            case 2:
+                text.insert(at, text.mid(random.bounded(int(text.size())), length));
+                break;
+            default:
+                text[at] = static_cast<char>(random.bounded(256));
+            }
+        }
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(text);
+        file.close();
+        QString error;
+        const auto report = loadTemplate(path, &error);
+        if (report) {
+            ++read;
+            EXPECT_EQ(error, "") << variant;
+            EXPECT_TRUE(report->section(SectionKind::Detail)) << variant;
+        } else {
+            ++refused;
+            EXPECT_TRUE(fileAndLine.match(error).hasMatch()) << variant << ' ' << error.toStdString();
         }
     }
-    EXPECT_GT(refused, text.size() / 37); // each half and many of the changed ones
+    EXPECT_GT(read, variants / 100); // changes within a text are no damage
+    EXPECT_GT(refused, variants / 2);
 }
 
 } // namespace
