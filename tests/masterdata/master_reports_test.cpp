@@ -161,7 +161,7 @@ TEST_F(MasterReports, SheetsShowEachColumnBehindItsLabel)
         const QString &text = pages.first();
         for (const QString &pattern :
              {QString(sheet.title), QString(sheet.place),
-              QString("\\(中文\\) +v-%1\\s+..名称\\s+\\(外文\\) +v-%2\\n").arg(sheet.columns[0], sheet.columns[1]),
+              QString("v-%1\\s+\\(中文\\)\\s+..名称\\s+v-%2\\s+\\(外文\\)").arg(sheet.columns[0], sheet.columns[1]),
               QString("v-%1\\s+\\(中文\\)\\s+..地址\\s+v-%2\\s+\\(外文\\)").arg(sheet.columns[2], sheet.columns[3]),
               QString("联系电话 +v-phone +传真号码 +v-fax"), QString("电子邮箱 +v-dzyx +邮政编码 +v-yzbm"),
               QString("网 +址 +v-wz +信用等级 +v-xydj"), QString("法人代表 +v-frdb +联 *系 *人 +v-lxr"),
