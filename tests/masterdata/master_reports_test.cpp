@@ -188,7 +188,7 @@ TEST_F(MasterReports, ThePriceListShowsEachPriceAndTheRemarkBelowTheTariffCode)
                            {{"s", supplier}});
     const QStringList pages = pagesOf(filled("Sys_Cpzlb_rpt"));
     ASSERT_EQ(pages.size(), 1);
-    const QString rows = pages.first();
+    const QString &rows = pages.first();
     EXPECT_TRUE(rows.contains(QRegularExpression("統計日期: *2026-11-27")));
     EXPECT_EQ(rows.count(QRegularExpression("^ *装饰镜\\s*$", QRegularExpression::MultilineOption)), 1);
     // first what has no supplier, then supplier by supplier
