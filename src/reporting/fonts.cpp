@@ -49,8 +49,10 @@ QFont twipFont(const FontSpec &spec)
     return font;
 }
 
+} // namespace
+
 // Whether each character stands for itself, so that widths add up: not so for halves of pairs and marks that combine.
-bool addsUp(QStringView text)
+bool TextFont::addsUp(QStringView text)
 {
     for (QChar character : text) {
         const char16_t code = character.unicode();
@@ -60,13 +62,11 @@ bool addsUp(QStringView text)
     return true;
 }
 
-} // namespace
-
 QStringList familiesOf(const QString &face)
 {
     const Mapping &mapping = mappingOf(face);
     return {mapping.latin, mapping.chinese, QStringLiteral("WenQuanYi Zen Hei"), QStringLiteral("AR PL UMing CN"),
-            QStringLiteral("Noto Color Emoji")};
+            QStringLiteral("Symbola")};
 }
 
 QStringList missingFamilies()
@@ -83,6 +83,13 @@ TextFont::TextFont(const FontSpec &spec)
     : m_font(twipFont(spec)), m_metrics(m_font), m_ascent(m_metrics.ascent()),
       m_lineHeight(m_metrics.ascent() + m_metrics.descent())
 {
+}
+
+QFont TextFont::shapingFont() const
+{
+    QFont font = m_font;
+    font.setStyleStrategy(QFont::PreferQuality);
+    return font;
 }
 
 float TextFont::advance(char16_t character) const

@@ -27,6 +27,9 @@ public:
     explicit TextFont(const FontSpec &spec);
 
     const QFont &font() const { return m_font; }
+    // The same for a text whose characters do not add up: letters that join, marks that combine.
+    QFont shapingFont() const;
+    static bool addsUp(QStringView text);
     double ascent() const { return m_ascent; }
     double lineHeight() const { return m_lineHeight; }
     // Width of one line of text in twips.

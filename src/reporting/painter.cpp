@@ -86,10 +86,17 @@ private:
 
     void draw(const QVector<TextLine> &lines)
     {
-        for (const TextLine &line : lines)
-            if (!line.text.isEmpty())
-                m_painter.drawText(QPointF(line.x, line.baseline),
-                                   QString::fromRawData(line.text.data(), line.text.size()));
+        for (const TextLine &line : lines) {
+            if (line.text.isEmpty())
+                continue;
+            const bool shaped = !TextFont::addsUp(line.text);
+            if (shaped)
+                m_painter.setFont(m_page.context->fonts[m_font]->shapingFont());
+            m_painter.drawText(QPointF(line.x, line.baseline),
+                               QString::fromRawData(line.text.data(), line.text.size()));
+            if (shaped)
+                m_painter.setFont(m_page.context->fonts[m_font]->font());
+        }
     }
 
     // A text is cut at the edge of its box. A number is not: without a digit it would be another number, so it is set
