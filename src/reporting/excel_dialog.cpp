@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QGridLayout>
@@ -27,10 +28,17 @@ namespace
 
 const QString notice = QStringLiteral("系统提示");
 
+// The mount that a folder lies on; the root where the system does not tell, as in a changed root.
+QString driveOf(const QString &folder)
+{
+    const QString mount = QStorageInfo(folder).rootPath();
+    return mount.isEmpty() ? QDir::rootPath() : mount;
+}
+
 // Mounts that can hold a user's file, the one of the given folder among them.
 QStringList drives(const QString &folder)
 {
-    QStringList found{QStorageInfo::root().rootPath(), QStorageInfo(folder).rootPath()};
+    QStringList found{QDir::rootPath(), driveOf(folder)};
     for (const QStorageInfo &volume : QStorageInfo::mountedVolumes()) {
         if (volume.isValid() && volume.isReady() && volume.bytesTotal() > 0 && QFileInfo(volume.rootPath()).isDir())
             found.append(volume.rootPath());
@@ -88,7 +96,7 @@ SJ_EXCEL_ZH::SJ_EXCEL_ZH(QWidget *parent)
 
     const QString start = QCoreApplication::applicationDirPath();
     m_drives->addItems(drives(start));
-    m_drives->setCurrentText(QStorageInfo(start).rootPath());
+    m_drives->setCurrentText(driveOf(start));
     connect(m_drives, &QComboBox::currentTextChanged, this, &SJ_EXCEL_ZH::enter);
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this, &SJ_EXCEL_ZH::listFiles);
     connect(m_folders, &QFileSystemModel::layoutChanged, this, [this] {
