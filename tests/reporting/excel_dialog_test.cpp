@@ -8,7 +8,6 @@
 #include <QFileSystemModel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
