@@ -89,6 +89,29 @@ ConnectionParts connectionParts(const QString &connectionString)
     return {found[0], found[5], found[3], found[2], found[4]};
 }
 
+RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement) : m_query(database)
+{
+    m_query.setForwardOnly(true);
+    run(m_query, statement);
+    const QSqlRecord record = m_query.record();
+    for (int i = 0; i < record.count(); ++i)
+        m_columns.append(record.fieldName(i));
+}
+
+bool RowCursor::next()
+{
+    if (m_query.next())
+        return true;
+    if (m_query.lastError().isValid())
+        throw errorOf(m_query.lastError());
+    return false;
+}
+
+QVariant RowCursor::value(int column) const
+{
+    return m_query.isNull(column) ? QVariant() : m_query.value(column);
+}
+
 Connection::Connection() : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces)) {}
 
 Connection::~Connection()
@@ -186,23 +209,20 @@ void Connection::read(const QString &statement, const Values &values,
 void Connection::readBound(const BoundStatement &statement, const std::function<void(const QStringList &)> &columns,
                            const std::function<bool(const QVariantList &)> &row)
 {
-    QSqlQuery query(m_database);
-    query.setForwardOnly(true);
-    run(query, statement);
-    const QSqlRecord record = query.record();
-    QStringList names;
-    for (int i = 0; i < record.count(); ++i)
-        names.append(record.fieldName(i));
-    columns(names);
-    QVariantList line(names.size());
-    while (query.next()) {
-        for (int i = 0; i < names.size(); ++i)
-            line[i] = query.isNull(i) ? QVariant() : query.value(i);
+    RowCursor rows(m_database, statement);
+    columns(rows.columns());
+    QVariantList line(rows.columns().size());
+    while (rows.next()) {
+        for (int i = 0; i < line.size(); ++i)
+            line[i] = rows.value(i);
         if (!row(line))
             return;
     }
-    if (query.lastError().isValid())
-        throw errorOf(query.lastError());
+}
+
+std::unique_ptr<RowCursor> Connection::cursor(const QString &statement, const Values &values)
+{
+    return std::make_unique<RowCursor>(m_database, bound(statement, values));
 }
 
 QVector<Values> Connection::rows(const QString &statement, const Values &values)

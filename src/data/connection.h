@@ -5,6 +5,7 @@
 #include "data/statement.h"
 
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QString>
 
 #include <functional>
@@ -22,6 +23,21 @@ struct ConnectionParts {
 // Reads "Provider=...;password=...;User ID=...;Initial Catalog=...;Data Source=...", keys without regard to case. A
 // value may hold semicolons and equal signs as long as no known key follows them.
 ConnectionParts connectionParts(const QString &connectionString);
+
+// The rows of a select, read forwards once as they are asked for. Lives no longer than its connection is open.
+class RowCursor
+{
+public:
+    RowCursor(const QSqlDatabase &database, const BoundStatement &statement); // throws DataError
+    const QStringList &columns() const { return m_columns; }
+    // Steps onto the next row; false behind the last. Throws DataError when the rows break off.
+    bool next();
+    QVariant value(int column) const; // Null is an invalid QVariant
+
+private:
+    QSqlQuery m_query;
+    QStringList m_columns;
+};
 
 class Connection
 {
@@ -52,6 +68,9 @@ public:
     void read(const QString &statement, const Values &values,
               const std::function<void(const QStringList &columns)> &columns,
               const std::function<bool(const QVariantList &values)> &row);
+
+    // The rows of a select, pulled instead of handed over. Throws DataError.
+    std::unique_ptr<RowCursor> cursor(const QString &statement, const Values &values);
 
     // The rows of a select, whole, each by lower-case column name; for lookups of a few rows. Throws DataError.
     QVector<Values> rows(const QString &statement, const Values &values = {});

@@ -18,48 +18,22 @@ std::function<void(Report &, QWidget *)> &viewer()
     return function;
 }
 
-// Rows of a statement, read at once since the connection hands them over unasked, and given up one by one. Only the
-// columns that the template names are kept.
+// Rows of a statement, read as the layout asks for them.
 class StatementRows : public RowSource
 {
 public:
-    StatementRows(Connection &connection, const QString &statement, const Values &values, const QSet<QString> &wanted)
+    StatementRows(std::shared_ptr<Connection> connection, const QString &statement, const Values &values)
+        : m_connection(std::move(connection)), m_rows(m_connection->cursor(statement, values))
     {
-        QVector<int> kept;
-        connection.read(
-            statement, values,
-            [&](const QStringList &columns) {
-                for (int at = 0; at < columns.size(); ++at) {
-                    if (wanted.contains(columns[at].toLower())) {
-                        kept.append(at);
-                        m_columns.append(columns[at]);
-                    }
-                }
-            },
-            [&](const QVariantList &row) {
-                QVariantList few;
-                few.reserve(kept.size());
-                for (int column : kept)
-                    few.append(row[column]);
-                m_rows.push_back(std::move(few));
-                return true;
-            });
     }
 
-    QStringList columns() const override { return m_columns; }
-    QVariant value(int column) const override { return m_rows.front()[column]; }
-    bool next() override
-    {
-        if (m_started)
-            m_rows.pop_front();
-        m_started = true;
-        return !m_rows.empty();
-    }
+    QStringList columns() const override { return m_rows->columns(); }
+    bool next() override { return m_rows->next(); }
+    QVariant value(int column) const override { return m_rows->value(column); }
 
 private:
-    QStringList m_columns;
-    std::deque<QVariantList> m_rows; // from the current one on
-    bool m_started = false;
+    std::shared_ptr<Connection> m_connection;
+    std::unique_ptr<RowCursor> m_rows;
 };
 
 } // namespace
@@ -113,14 +87,8 @@ std::unique_ptr<RowSource> Report::rows() const
 {
     if (DataControl1.Source.isEmpty())
         return nullptr;
-    QSet<QString> wanted;
-    for (const Section &section : m_template->sections) {
-        wanted.insert(section.groupField.toLower());
-        for (const ReportObject &object : section.objects)
-            wanted.insert(object.dataField.toLower());
-    }
-    const std::shared_ptr<Connection> connection = Connection::shared(DataControl1.ConnectionString);
-    return std::make_unique<StatementRows>(*connection, DataControl1.Source, DataControl1.values, wanted);
+    return std::make_unique<StatementRows>(Connection::shared(DataControl1.ConnectionString), DataControl1.Source,
+                                           DataControl1.values);
 }
 
 std::unique_ptr<Layout> Report::layout(const Paper &paper) const
