@@ -447,11 +447,6 @@ bool Recordset::isNew(int row) const
     return m_impl->pending.value(m_impl->keys.value(row)).isNew;
 }
 
-bool Recordset::isPending(int row) const
-{
-    return m_impl->pending.contains(m_impl->keys.value(row));
-}
-
 void Recordset::Find(const QString &column, const QVariant &value)
 {
     const int index = columnIndex(column);

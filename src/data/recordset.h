@@ -89,7 +89,6 @@ public:
     void setAbsolutePosition(int row);
     QVariant valueAt(int row, int column) const;
     void setValueAt(int row, int column, const QVariant &value);
-    bool isPending(int row) const;
     bool isNew(int row) const; // added and not stored yet
 
     // Text of a value of that kind on the screen.
