@@ -1,5 +1,9 @@
 #include "data/connection.h"
 
+#include "data/collation.h"
+#include "data/date_text.h"
+#include "data/mariadb_server.h"
+#include "data/sql_error.h"
 #include "data/sqlite_functions.h"
 
 #include <QDir>
@@ -10,22 +14,13 @@
 #include <QSqlRecord>
 #include <QUuid>
 
+#include <algorithm>
+
 namespace tradewick
 {
 
 namespace
 {
-
-DataError errorOf(const QSqlError &error)
-{
-    QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    // What a clerk can put right is said in words first.
-    if (text.startsWith("UNIQUE constraint failed"))
-        text.prepend(QStringLiteral("编号重复，数据库中已有相同的记录。\n"));
-    else if (text.startsWith("CHECK constraint failed"))
-        text.prepend(QStringLiteral("录入的内容不是该栏所要求的数字或日期。\n"));
-    return {error.nativeErrorCode().toInt(), text};
-}
 
 void run(QSqlQuery &query, const BoundStatement &statement)
 {
@@ -47,7 +42,7 @@ ColumnKind kindOfDeclaredType(const QString &type)
         {"integer", ColumnKind::Number},  {"int", ColumnKind::Number},    {"numeric", ColumnKind::Number},
         {"date", ColumnKind::Date},       {"datetime", ColumnKind::Date}, {"boolean", ColumnKind::Flag},
         {"tinyint", ColumnKind::Flag},    {"nvarchar", ColumnKind::Text}, {"float", ColumnKind::Number},
-        {"bit", ColumnKind::Flag},
+        {"bit", ColumnKind::Flag},        {"bigint", ColumnKind::Number}, {"decimal", ColumnKind::Number},
     };
     return kinds.value(type.section(u'(', 0, 0).trimmed().toLower(), ColumnKind::Unknown);
 }
@@ -89,17 +84,60 @@ ConnectionParts connectionParts(const QString &connectionString)
     return {found[0], found[5], found[3], found[2], found[4]};
 }
 
+namespace
+{
+
+// Nulls first, numbers by value, texts by the one order.
+int compareValues(const QVariant &a, const QVariant &b)
+{
+    if (a.isNull() || b.isNull())
+        return static_cast<int>(b.isNull()) - static_cast<int>(a.isNull());
+    const auto isText = [](const QVariant &value) { return value.typeId() == QMetaType::QString; };
+    if (!isText(a) && !isText(b)) {
+        const double x = a.toDouble(), y = b.toDouble();
+        return x < y ? -1 : x > y ? 1 : 0;
+    }
+    const QByteArray x = a.toString().toUtf8(), y = b.toString().toUtf8();
+    return compareText(x.constData(), static_cast<int>(x.size()), y.constData(), static_cast<int>(y.size()));
+}
+
+} // namespace
+
 RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement) : m_query(database)
 {
     m_query.setForwardOnly(true);
     run(m_query, statement);
     const QSqlRecord record = m_query.record();
-    for (int i = 0; i < record.count(); ++i)
+    for (int i = 0; i < record.count() - statement.hiddenColumns; ++i)
         m_columns.append(record.fieldName(i));
+    if (!statement.order.isEmpty())
+        sort(statement);
+}
+
+void RowCursor::sort(const BoundStatement &statement)
+{
+    const qsizetype columns = m_columns.size() + statement.hiddenColumns;
+    while (m_query.next()) {
+        QVariantList row(columns);
+        for (int i = 0; i < columns; ++i)
+            row[i] = read(i);
+        m_sorted.push_back(std::move(row));
+    }
+    std::stable_sort(m_sorted.begin(), m_sorted.end(), [&](const QVariantList &a, const QVariantList &b) {
+        for (const OrderItem &item : statement.order) {
+            const qsizetype column = item.column < 0 ? columns + item.column : item.column;
+            if (const int order = compareValues(a[column], b[column]))
+                return (order < 0) != item.descending;
+        }
+        return false;
+    });
+    m_isSorted = true;
 }
 
 bool RowCursor::next()
 {
+    if (m_isSorted)
+        return ++m_at < static_cast<qsizetype>(m_sorted.size());
     if (m_query.next())
         return true;
     if (m_query.lastError().isValid())
@@ -109,7 +147,27 @@ bool RowCursor::next()
 
 QVariant RowCursor::value(int column) const
 {
-    return m_query.isNull(column) ? QVariant() : m_query.value(column);
+    return m_isSorted ? m_sorted[m_at][column] : read(column);
+}
+
+QVariant RowCursor::read(int column) const
+{
+    if (m_query.isNull(column))
+        return {};
+    QVariant value = m_query.value(column);
+    switch (value.typeId()) {
+    case QMetaType::QDate:
+    case QMetaType::QDateTime:
+        return dateText(value);
+    case QMetaType::Bool:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+        return value.toInt();
+    default:
+        return value;
+    }
 }
 
 Connection::Connection() : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces)) {}
@@ -121,35 +179,78 @@ Connection::~Connection()
 
 bool Connection::isOpen() const
 {
-    return m_database.isOpen();
+    return m_isOpen;
+}
+
+QString Connection::identityColumn() const
+{
+    return m_engine == Engine::Sqlite    ? QStringLiteral("rowid")
+           : m_engine == Engine::MariaDb ? QStringLiteral("tradewick_id")
+                                         : QString();
 }
 
 void Connection::Open(const QString &connectionString, const QString &, const QString &, int)
 {
     Close();
     m_connectionString = connectionString;
-    const ConnectionParts parts = connectionParts(connectionString);
-    const QString path = QDir::fromNativeSeparators(QString(parts.dataSource).replace(u'\\', u'/'));
-    if (parts.provider.startsWith("Microsoft.Jet", Qt::CaseInsensitive) || path.endsWith(".db", Qt::CaseInsensitive))
-        openSqlite(path);
-    else
-        throw DataError(0, QStringLiteral("无法连接“%1”：没有该服务器的驱动程序").arg(parts.dataSource));
+    try {
+        openDatabase();
+    } catch (const DataError &) {
+        Close();
+        throw;
+    }
+    m_isOpen = true;
 }
 
-void Connection::openSqlite(const QString &path)
+void Connection::openDatabase()
 {
-    if (!QFileInfo(path).isFile())
-        throw DataError(0, QStringLiteral("数据库文件“%1”不存在").arg(path));
-    m_engine = Engine::Sqlite;
-    m_database = QSqlDatabase::addDatabase("QSQLITE", m_name);
-    m_database.setDatabaseName(path);
-    m_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=10000");
-    if (!m_database.open()) {
-        const DataError error = errorOf(m_database.lastError());
-        Close();
-        throw error;
+    const ConnectionParts parts = connectionParts(m_connectionString);
+    const QString path = QDir::fromNativeSeparators(QString(parts.dataSource).replace(u'\\', u'/'));
+    if (parts.provider.startsWith("Microsoft.Jet", Qt::CaseInsensitive) || path.endsWith(".db", Qt::CaseInsensitive)) {
+        if (!QFileInfo(path).isFile())
+            throw DataError(0, QStringLiteral("数据库文件“%1”不存在").arg(path));
+        m_engine = Engine::Sqlite;
+        m_database = QSqlDatabase::addDatabase("QSQLITE", m_name);
+        m_database.setDatabaseName(path);
+        m_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=10000");
+        if (!m_database.open())
+            throw errorOf(m_database.lastError());
+        addSqliteFunctions(m_database.driver()->handle());
+    } else if (path.startsWith("mariadb://", Qt::CaseInsensitive)) {
+        const MariaDbSource source = mariaDbSource(parts);
+        m_engine = Engine::MariaDb;
+        m_database = QSqlDatabase::addDatabase("QMYSQL", m_name);
+        openMariaDb(m_database, source);
+    } else {
+        throw DataError(0, QStringLiteral("无法连接“%1”：没有该服务器的驱动程序").arg(parts.dataSource));
     }
-    addSqliteFunctions(m_database.driver()->handle());
+}
+
+void Connection::overLink(bool repeatable, const std::function<void()> &action)
+{
+    if (m_depth > 0) {
+        action();
+        return;
+    }
+    for (bool again = false;; again = true) {
+        try {
+            if (m_isLost) {
+                m_database.close();
+                m_database = QSqlDatabase();
+                QSqlDatabase::removeDatabase(m_name);
+                openDatabase();
+                m_isLost = false;
+            }
+            action();
+            return;
+        } catch (const DataError &error) {
+            if (error.number() != DataError::connectionLost)
+                throw;
+            m_isLost = true;
+            if (again || !repeatable)
+                throw;
+        }
+    }
 }
 
 void Connection::Close()
@@ -162,6 +263,7 @@ void Connection::Close()
     m_tables.clear();
     m_onCommit.clear();
     m_depth = 0;
+    m_isOpen = m_isLost = false;
 }
 
 BoundStatement Connection::bound(const QString &statement, const Values &values)
@@ -176,27 +278,34 @@ qint64 Connection::Execute(const QString &statement, const Values &values)
 
 qint64 Connection::executeBound(const BoundStatement &statement)
 {
-    QSqlQuery query(m_database);
-    run(query, statement);
-    return query.numRowsAffected();
+    qint64 rows = 0;
+    overLink(false, [&] {
+        QSqlQuery query(m_database);
+        run(query, statement);
+        rows = query.numRowsAffected();
+    });
+    return rows;
 }
 
 qint64 Connection::insertBound(const BoundStatement &statement)
 {
-    QSqlQuery query(m_database);
-    run(query, statement);
-    return query.lastInsertId().toLongLong();
+    qint64 identity = 0;
+    overLink(false, [&] {
+        QSqlQuery query(m_database);
+        run(query, statement);
+        identity = query.lastInsertId().toLongLong();
+    });
+    return identity;
 }
 
 void Connection::readKeys(const BoundStatement &statement, QVector<qint64> &keys)
 {
-    QSqlQuery query(m_database);
-    query.setForwardOnly(true);
-    run(query, statement);
-    while (query.next())
-        keys.append(query.value(0).toLongLong());
-    if (query.lastError().isValid())
-        throw errorOf(query.lastError());
+    readBound(
+        statement, [](const QStringList &) {},
+        [&keys](const QVariantList &row) {
+            keys.append(row.first().toLongLong());
+            return true;
+        });
 }
 
 void Connection::read(const QString &statement, const Values &values,
@@ -209,12 +318,12 @@ void Connection::read(const QString &statement, const Values &values,
 void Connection::readBound(const BoundStatement &statement, const std::function<void(const QStringList &)> &columns,
                            const std::function<bool(const QVariantList &)> &row)
 {
-    RowCursor rows(m_database, statement);
-    columns(rows.columns());
-    QVariantList line(rows.columns().size());
-    while (rows.next()) {
+    const auto rows = cursorBound(statement);
+    columns(rows->columns());
+    QVariantList line(rows->columns().size());
+    while (rows->next()) {
         for (int i = 0; i < line.size(); ++i)
-            line[i] = rows.value(i);
+            line[i] = rows->value(i);
         if (!row(line))
             return;
     }
@@ -222,7 +331,14 @@ void Connection::readBound(const BoundStatement &statement, const std::function<
 
 std::unique_ptr<RowCursor> Connection::cursor(const QString &statement, const Values &values)
 {
-    return std::make_unique<RowCursor>(m_database, bound(statement, values));
+    return cursorBound(bound(statement, values));
+}
+
+std::unique_ptr<RowCursor> Connection::cursorBound(const BoundStatement &statement)
+{
+    std::unique_ptr<RowCursor> cursor;
+    overLink(true, [&] { cursor = std::make_unique<RowCursor>(m_database, statement); });
+    return cursor;
 }
 
 QVector<Values> Connection::rows(const QString &statement, const Values &values)
@@ -256,8 +372,13 @@ void Connection::transaction(const std::function<void()> &work)
         if (!query.exec(QLatin1String(word)))
             throw errorOf(query.lastError());
     };
-    // Immediate: two desktops that both mean to write wait for each other here, not in the middle.
-    control(m_engine == Engine::Sqlite ? "begin immediate" : "begin");
+    // Immediate: two desktops that both mean to write wait for each other here, not in the middle. A link that broke
+    // while nothing was asked of it is made anew here; in the middle it ends the work.
+    overLink(true, [&] {
+        control(m_engine == Engine::Sqlite      ? "begin immediate"
+                : m_engine == Engine::SqlServer ? "begin transaction"
+                                                : "begin");
+    });
     m_depth = 1;
     std::vector<std::function<void()>> actions;
     try {
@@ -265,14 +386,24 @@ void Connection::transaction(const std::function<void()> &work)
         control("commit");
         m_depth = 0;
         actions.swap(m_onCommit);
+    } catch (const DataError &error) {
+        m_isLost = error.number() == DataError::connectionLost;
+        undo();
+        throw;
     } catch (...) {
-        m_depth = 0;
-        m_onCommit.clear();
-        QSqlQuery(m_database).exec("rollback");
+        undo();
         throw;
     }
     for (const auto &action : actions)
         action();
+}
+
+void Connection::undo()
+{
+    m_depth = 0;
+    m_onCommit.clear();
+    if (!m_isLost)
+        QSqlQuery(m_database).exec("rollback");
 }
 
 void Connection::onCommit(std::function<void()> action)
@@ -288,14 +419,23 @@ const Connection::Table &Connection::table(const QString &name)
     const QString key = name.toLower();
     if (const auto found = m_tables.constFind(key); found != m_tables.constEnd())
         return *found;
+    static const QHash<Engine, QString> columnsOfEngine{
+        {Engine::Sqlite, "select name, type from pragma_table_info(?)"},
+        {Engine::MariaDb,
+         "select column_name, data_type from information_schema.columns where table_schema = database() "
+         "and table_name = ? and extra not like '%INVISIBLE%' order by ordinal_position"},
+        {Engine::SqlServer, "select column_name, data_type from information_schema.columns where table_name = ? order "
+                            "by ordinal_position"},
+    };
     Table table;
-    QSqlQuery query(m_database);
-    run(query, {"select name, type from pragma_table_info(?)", {key}});
-    while (query.next()) {
-        const QString column = query.value(0).toString().toLower();
-        table.columns.append(column);
-        table.kinds.insert(column, kindOfDeclaredType(query.value(1).toString()));
-    }
+    readBound(
+        {columnsOfEngine[m_engine], {key}}, [](const QStringList &) {},
+        [&table](const QVariantList &row) {
+            const QString column = row[0].toString().toLower();
+            table.columns.append(column);
+            table.kinds.insert(column, kindOfDeclaredType(row[1].toString()));
+            return true;
+        });
     return *m_tables.insert(key, table);
 }
 

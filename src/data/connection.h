@@ -25,6 +25,7 @@ struct ConnectionParts {
 ConnectionParts connectionParts(const QString &connectionString);
 
 // The rows of a select, read forwards once as they are asked for. Lives no longer than its connection is open.
+// Whatever the engine, a date is ISO text, a flag a whole number, and texts that the statement orders by are ordered.
 class RowCursor
 {
 public:
@@ -35,8 +36,14 @@ public:
     QVariant value(int column) const; // Null is an invalid QVariant
 
 private:
+    QVariant read(int column) const;
+    void sort(const BoundStatement &statement);
+
     QSqlQuery m_query;
     QStringList m_columns;
+    std::vector<QVariantList> m_sorted; // all rows, where the order is not the server's
+    qsizetype m_at = -1;                // in m_sorted
+    bool m_isSorted = false;
 };
 
 class Connection
@@ -53,11 +60,15 @@ public:
     // Opens the database the string names: a provider of Jet, or a data source ending in .db, is an SQLite file that
     // must exist; mariadb://... is a MariaDB server; anything else is SQL Server through ODBC. The remaining arguments
     // are those of the interface and may stay empty. Throws DataError, the connection then is closed.
+    // A link to a server that breaks later is made anew by the next action outside of a transaction; what only reads is
+    // then repeated without a word, anything else throws DataError::connectionLost.
     void Open(const QString &connectionString, const QString &userId = {}, const QString &password = {},
               int options = -1);
     void Close();
     bool isOpen() const;
     Engine engine() const { return m_engine; }
+    // The column, out of sight of "select *", that tells a row of a table from all others; empty where there is none.
+    QString identityColumn() const;
     const QString &connectionString() const { return m_connectionString; }
 
     // Runs a statement without a result and gives the number of rows it changed. Throws DataError.
@@ -92,6 +103,7 @@ public:
     qint64 insertBound(const BoundStatement &statement); // gives the new row's identity
     void readBound(const BoundStatement &statement, const std::function<void(const QStringList &columns)> &columns,
                    const std::function<bool(const QVariantList &values)> &row);
+    std::unique_ptr<RowCursor> cursorBound(const BoundStatement &statement);
     // Appends the first column of each row, whole numbers.
     void readKeys(const BoundStatement &statement, QVector<qint64> &keys);
 
@@ -102,7 +114,11 @@ public:
     static void share(const std::shared_ptr<Connection> &connection);
 
 private:
-    void openSqlite(const QString &path);
+    void openDatabase();
+    // Runs `action` over a link that stands, made anew first where it broke. An action that is repeatable and finds
+    // the link broken runs once more.
+    void overLink(bool repeatable, const std::function<void()> &action);
+    void undo(); // the running transaction
 
     struct Table {
         QStringList columns;
@@ -113,6 +129,8 @@ private:
     QString m_name; // Qt's name of the connection
     QString m_connectionString;
     QSqlDatabase m_database;
+    bool m_isOpen = false;
+    bool m_isLost = false; // the link broke since
     Engine m_engine = Engine::Sqlite;
     int m_depth = 0; // of transactions
     std::vector<std::function<void()>> m_onCommit;

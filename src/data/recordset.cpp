@@ -1,168 +1,19 @@
 #include "data/recordset.h"
 
 #include "data/date_text.h"
+#include "data/recordset_rows.h"
 
 #include <algorithm>
 
 namespace tradewick
 {
 
-namespace
+ConflictError::ConflictError(Conflict conflict)
+    : DataError(changedSinceRead,
+                QStringLiteral("该记录在读取之后已被其他用户修改或删除，没有覆盖；所录入的内容仍然保留。")),
+      m_conflict(std::move(conflict))
 {
-
-// Rows read around the one that is looked at, and how many are kept.
-constexpr int rowsAtOnce = 64;
-constexpr int rowsKept = 1024;
-
-// The OLE DB error "the row was changed since it was read".
-constexpr int changedSinceRead = -2147217864;
-
-// A value as its column stores it; what no form of the column's kind fits goes to the database, which refuses it.
-QVariant stored(const QVariant &value, ColumnKind kind)
-{
-    if (value.isNull())
-        return {};
-    const bool isText = value.typeId() == QMetaType::QString;
-    const QString text = value.toString();
-    switch (kind) {
-    case ColumnKind::Number: {
-        if (!isText)
-            return value;
-        if (text.trimmed().isEmpty())
-            return {};
-        bool isNumber = false;
-        const double number = text.trimmed().toDouble(&isNumber);
-        return isNumber ? QVariant(number) : value;
-    }
-    case ColumnKind::Date: {
-        if (isText && text.trimmed().isEmpty())
-            return {};
-        return dateText(value);
-    }
-    case ColumnKind::Flag:
-        return (isText ? text.trimmed().compare("true", Qt::CaseInsensitive) == 0 : value.toBool()) ? 1 : 0;
-    default:
-        return value;
-    }
 }
-
-} // namespace
-
-class Recordset::Impl
-{
-public:
-    struct Pending {
-        QVariantList values, original;
-        bool isNew = false;
-    };
-
-    QString table; // empty: read whole and not writable
-    QStringList columns;
-    QVector<ColumnKind> kinds;
-    QVector<qint64> keys; // identity of each row; rows not stored yet and rows read whole have negative ones
-    QHash<qint64, QVariantList> rows;
-    QHash<qint64, Pending> pending;
-    qint64 nextTemporaryKey = -1;
-    bool open = false;
-
-    void fetchAround(Connection &connection, int row)
-    {
-        const int first = row / rowsAtOnce * rowsAtOnce;
-        const int last = std::min<int>(first + rowsAtOnce, static_cast<int>(keys.size()));
-        BoundStatement select{"select rowid, * from " + table + " where rowid in (", {}};
-        for (int i = first; i < last; ++i) {
-            if (keys[i] < 0)
-                continue;
-            select.text += select.parameters.isEmpty() ? "?" : ",?";
-            select.parameters.append(keys[i]);
-        }
-        select.text += ")";
-        if (rows.size() > rowsKept)
-            rows.clear();
-        connection.readBound(
-            select, [](const QStringList &) {},
-            [&](const QVariantList &line) {
-                rows.insert(line[0].toLongLong(), line.mid(1));
-                return true;
-            });
-        // A row that someone deleted meanwhile stands empty until the next refresh.
-        for (int i = first; i < last; ++i)
-            if (keys[i] >= 0 && !rows.contains(keys[i]))
-                rows.insert(keys[i], QVariantList(columns.size()));
-    }
-
-    const QVariantList &row(Connection &connection, int at)
-    {
-        const qint64 key = keys[at];
-        if (const auto found = pending.constFind(key); found != pending.constEnd())
-            return found->values;
-        if (!rows.contains(key))
-            fetchAround(connection, at);
-        return rows[key];
-    }
-
-    Pending &pendingRow(Connection &connection, int at)
-    {
-        const qint64 key = keys[at];
-        if (!pending.contains(key)) {
-            const QVariantList asRead = row(connection, at);
-            pending.insert(key, {asRead, asRead, false});
-        }
-        return pending[key];
-    }
-
-    qint64 insert(Connection &connection, const Pending &row)
-    {
-        QStringList names, marks;
-        QVariantList parameters;
-        for (int i = 0; i < columns.size(); ++i) {
-            if (row.values[i].isNull())
-                continue;
-            names.append(columns[i]);
-            marks.append("?");
-            parameters.append(stored(row.values[i], kinds[i]));
-        }
-        const QString into = "insert into " + table;
-        return connection.insertBound(
-            names.isEmpty()
-                ? BoundStatement{into + " default values", {}}
-                : BoundStatement{into + "(" + names.join(u',') + ") values(" + marks.join(u',') + ")", parameters});
-    }
-
-    // The row as it was read, whole: what another desktop changed in it no longer fits.
-    void appendWhere(BoundStatement &statement, qint64 key, const QVariantList &original) const
-    {
-        statement.text += " where rowid = ?";
-        statement.parameters.append(key);
-        for (int i = 0; i < columns.size(); ++i) {
-            statement.text += " and " + columns[i] + " is ?";
-            statement.parameters.append(original[i]);
-        }
-    }
-
-    void changeOneRow(Connection &connection, const BoundStatement &statement) const
-    {
-        if (connection.executeBound(statement) == 0)
-            throw DataError(changedSinceRead,
-                            QStringLiteral("该记录在读取之后已被其他用户修改或删除，没有覆盖；所录入的内容仍然保留。"));
-    }
-
-    void update(Connection &connection, qint64 key, const Pending &row) const
-    {
-        BoundStatement statement{"update " + table + " set ", {}};
-        for (int i = 0; i < columns.size(); ++i) {
-            const QVariant value = stored(row.values[i], kinds[i]);
-            if (value == row.original[i] && value.isNull() == row.original[i].isNull())
-                continue;
-            statement.text += (statement.parameters.isEmpty() ? QString() : QString(", ")) + columns[i] + " = ?";
-            statement.parameters.append(value);
-        }
-        if (statement.parameters.isEmpty())
-            return;
-        appendWhere(statement, key, row.original);
-        changeOneRow(connection, statement);
-    }
-};
 
 QVariant Field::value() const
 {
@@ -179,47 +30,23 @@ void Field::setValue(const QVariant &value) const
     m_set.setValueAt(m_set.m_position, m_column, value);
 }
 
-Recordset::Recordset(QObject *parent) : QObject(parent), m_impl(std::make_unique<Impl>()) {}
+Recordset::Recordset(QObject *parent) : QObject(parent), m_impl(std::make_unique<RecordsetRows>()) {}
 
 Recordset::~Recordset() = default;
 
 void Recordset::Open(const QString &statement, const Values &values, const std::shared_ptr<Connection> &connection)
 {
     Q_EMIT aboutToReset();
-    m_impl = std::make_unique<Impl>();
+    m_impl = std::make_unique<RecordsetRows>();
     m_position = -1;
     m_afterDelete = false;
     m_connection = connection;
-    Impl &set = *m_impl;
+    RecordsetRows &set = *m_impl;
     try {
-        set.table = connection->engine() == Engine::SqlServer ? QString() : plainTableOf(statement);
-        if (!set.table.isEmpty())
-            set.columns = connection->columnsOf(set.table);
-        if (!set.columns.isEmpty()) {
-            const ColumnKinds kinds = connection->kindsOf(set.table);
-            for (const QString &column : std::as_const(set.columns))
-                set.kinds.append(kinds.value(column));
-            QString identities = statement;
-            identities.replace(identities.indexOf(u'*'), 1, " rowid ");
-            connection->readKeys(connection->bound(identities, values), set.keys);
-        } else {
-            set.table.clear();
-            connection->read(
-                statement, values,
-                [&](const QStringList &columns) {
-                    for (const QString &column : columns)
-                        set.columns.append(column.toLower());
-                    set.kinds.fill(ColumnKind::Unknown, columns.size());
-                },
-                [&](const QVariantList &row) {
-                    set.keys.append(set.nextTemporaryKey);
-                    set.rows.insert(set.nextTemporaryKey--, row);
-                    return true;
-                });
-        }
+        set.read(*connection, statement, values);
         set.open = true;
     } catch (const DataError &) {
-        m_impl = std::make_unique<Impl>();
+        m_impl = std::make_unique<RecordsetRows>();
         Q_EMIT reset();
         Q_EMIT currentChanged();
         throw;
@@ -232,7 +59,7 @@ void Recordset::Open(const QString &statement, const Values &values, const std::
 void Recordset::Close()
 {
     Q_EMIT aboutToReset();
-    m_impl = std::make_unique<Impl>();
+    m_impl = std::make_unique<RecordsetRows>();
     m_position = -1;
     Q_EMIT reset();
     Q_EMIT currentChanged();
@@ -354,7 +181,7 @@ void Recordset::AddNew()
     Q_EMIT rowAboutToBeInserted(row);
     const qint64 key = m_impl->nextTemporaryKey--;
     m_impl->keys.append(key);
-    m_impl->pending.insert(key, {QVariantList(m_impl->columns.size()), {}, true});
+    m_impl->pending.insert(key, {QVariantList(m_impl->columns.size()), {}, true, 0});
     Q_EMIT rowInserted(row);
     m_afterDelete = false;
     m_position = row;
@@ -365,15 +192,7 @@ void Recordset::Delete()
 {
     if (m_position < 0 || EOF_())
         throw DataError(3021, QStringLiteral("没有当前记录"));
-    const qint64 key = m_impl->keys[m_position];
-    if (key >= 0) {
-        const auto pending = m_impl->pending.constFind(key);
-        BoundStatement statement{"delete from " + m_impl->table, {}};
-        m_impl->appendWhere(statement, key,
-                            pending != m_impl->pending.constEnd() ? pending->original
-                                                                  : m_impl->row(*m_connection, m_position));
-        m_impl->changeOneRow(*m_connection, statement);
-    }
+    m_impl->remove(*m_connection, this, m_position);
     const int row = m_position;
     removeRow(row);
     m_position = row;
@@ -392,7 +211,7 @@ void Recordset::removeRow(int row)
 
 void Recordset::UpdateBatch()
 {
-    Impl &set = *m_impl;
+    RecordsetRows &set = *m_impl;
     if (set.pending.isEmpty())
         return;
     QHash<qint64, qint64> storedKeys;
@@ -402,20 +221,59 @@ void Recordset::UpdateBatch()
             if (pending == set.pending.constEnd())
                 continue;
             if (pending->isNew)
-                storedKeys.insert(key, set.insert(*m_connection, *pending));
+                storedKeys.insert(key, set.storeNew(*m_connection, key));
             else
-                set.update(*m_connection, key, *pending);
+                set.storeChanged(*m_connection, this, key);
         }
         m_connection->onCommit([this, storedKeys] {
             for (qint64 &key : m_impl->keys) {
-                if (!m_impl->pending.remove(key))
+                if (!m_impl->pending.contains(key))
                     continue;
+                const QVariantList row = m_impl->storedForm(m_impl->pending.take(key).values);
                 m_impl->rows.remove(key);
-                key = storedKeys.value(key, key);
+                if (!m_impl->identity.isEmpty())
+                    key = storedKeys.value(key, key);
+                else
+                    m_impl->rows.insert(key, row);
             }
             Q_EMIT valueChanged(-1, -1);
         });
     });
+}
+
+void Recordset::requireCurrent()
+{
+    if (BOF() || EOF_() || m_impl->identity.isEmpty())
+        return;
+    const qint64 key = m_impl->keys[m_position];
+    if (m_impl->pending.contains(key))
+        return;
+    const QVariantList &read = m_impl->row(*m_connection, m_position);
+    if (m_impl->now(*m_connection, key, true).isEmpty())
+        throw ConflictError({m_impl->columns, m_impl->kinds, read, {}, read, this, key});
+}
+
+void Recordset::resolve(const Conflict &conflict, const std::optional<QVariantList> &values)
+{
+    const auto row = static_cast<int>(m_impl->keys.indexOf(conflict.key));
+    if (row < 0)
+        return;
+    m_impl->pending.remove(conflict.key);
+    m_impl->rows.remove(conflict.key);
+    if (conflict.now.isEmpty() && !values) {
+        removeRow(row);
+        m_position = std::min(m_position, RecordCount() - 1);
+    } else if (conflict.now.isEmpty()) {
+        const qint64 key = m_impl->nextTemporaryKey--;
+        m_impl->keys[row] = key;
+        m_impl->pending.insert(key, {*values, {}, true, 0});
+    } else {
+        m_impl->rows.insert(conflict.key, conflict.now);
+        if (values)
+            m_impl->pending.insert(conflict.key, {*values, conflict.now, false, 0});
+    }
+    Q_EMIT valueChanged(-1, -1);
+    Q_EMIT currentChanged();
 }
 
 void Recordset::CancelUpdate()
@@ -453,8 +311,8 @@ void Recordset::Find(const QString &column, const QVariant &value)
     if (index < 0)
         throw DataError(3265, QStringLiteral("记录集中没有“%1”列").arg(column));
     QVector<qint64> found;
-    if (!m_impl->table.isEmpty()) {
-        m_connection->readKeys(m_connection->bound("select rowid from " + m_impl->table + " where " +
+    if (!m_impl->identity.isEmpty()) {
+        m_connection->readKeys(m_connection->bound("select " + m_impl->identity + " from " + m_impl->table + " where " +
                                                        m_impl->columns[index] + "='{value}'",
                                                    {{"value", value}}),
                                found);
@@ -462,7 +320,7 @@ void Recordset::Find(const QString &column, const QVariant &value)
     }
     for (int row = std::max(m_position, 0); row < RecordCount(); ++row) {
         const bool match =
-            m_impl->table.isEmpty()
+            m_impl->identity.isEmpty()
                 ? valueAt(row, index).toString().trimmed().compare(value.toString().trimmed(), Qt::CaseInsensitive) == 0
                 : std::binary_search(found.begin(), found.end(), m_impl->keys[row]);
         if (match) {

@@ -14,6 +14,27 @@ namespace tradewick
 {
 
 class Recordset;
+class RecordsetRows;
+
+// What stands in the way of a save: the row as it was read, as it stands in the database now, and as it was typed. It
+// is thrown before anything is overwritten; Recordset::resolve answers it.
+struct Conflict {
+    QStringList columns; // lower case
+    QVector<ColumnKind> kinds;
+    QVariantList read, now, typed; // now: empty for a row that is no more; typed: empty for a row to be deleted
+    Recordset *set = nullptr;
+    qint64 key = 0;
+};
+
+class ConflictError : public DataError
+{
+public:
+    explicit ConflictError(Conflict conflict);
+    const Conflict &conflict() const { return m_conflict; }
+
+private:
+    Conflict m_conflict;
+};
 
 // One column of the current row.
 class Field
@@ -70,12 +91,20 @@ public:
 
     // A new row at the end becomes current and waits.
     void AddNew();
-    // Removes the current row from the database at once; a row that never was stored is just dropped. The next row
-    // takes its place, and MoveNext steps onto that one. Behind the last row EOF is true.
+    // Removes the current row from the database at once; a row that never was stored, or that another desktop deleted
+    // already, is just dropped. The next row takes its place, and MoveNext steps onto that one. Behind the last row EOF
+    // is true. Throws ConflictError when another desktop changed the row since it was read.
     void Delete();
-    // Stores all waiting rows in one transaction, all or none. Throws DataError when the database refuses one, or when
-    // another desktop changed or deleted one since it was read; the rows then go on waiting.
+    // Stores all waiting rows in one transaction, all or none. Throws DataError when the database refuses one,
+    // ConflictError when another desktop changed or deleted one since it was read; the rows then go on waiting.
     void UpdateBatch();
+    // Throws ConflictError when the current row, stored and not changed here, is no more in the database: lines must
+    // not be stored for it. Keeps it there until the running transaction ends.
+    void requireCurrent();
+    // Answers a conflict: what stands there now counts as read, and `values`, one for each column, waits to be stored
+    // over it; for a row that is no more they are stored as a new one. Without values the row is as it stands now, or
+    // gone.
+    void resolve(const Conflict &conflict, const std::optional<QVariantList> &values);
     // Drops the waiting new or changed current row.
     void CancelUpdate();
     bool hasPendingChanges() const;
@@ -106,10 +135,9 @@ Q_SIGNALS:
 
 private:
     friend class Field;
-    class Impl;
     void removeRow(int row);
 
-    std::unique_ptr<Impl> m_impl;
+    std::unique_ptr<RecordsetRows> m_impl;
     std::shared_ptr<Connection> m_connection;
     int m_position = -1;
     bool m_afterDelete = false; // MoveNext from a removed row steps onto the one that took its place

@@ -19,10 +19,18 @@ enum class ColumnKind { Unknown, Text, Number, Date, Flag };
 // The values of a statement's placeholders by their names, matched to the letter.
 using Values = QHash<QString, QVariant>;
 
+// What rows are ordered by, where the engine itself does not know the order of texts.
+struct OrderItem {
+    int column; // of the result; negative: counted from its end
+    bool descending = false;
+};
+
 // A statement as an engine gets it: positional parameters, no value in the text.
 struct BoundStatement {
     QString text;
     QVariantList parameters;
+    QVector<OrderItem> order{}; // for the client to sort by; empty: the engine's own order holds
+    int hiddenColumns = 0;      // at the end of the result, there for the order alone
 };
 
 // Kinds of the columns of a table or view by lower-case column name; empty for a name that is no table.

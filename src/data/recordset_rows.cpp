@@ -1,0 +1,264 @@
+#include "data/recordset_rows.h"
+
+#include "data/date_text.h"
+
+#include <algorithm>
+
+namespace tradewick
+{
+
+namespace
+{
+
+// Rows read around the one that is looked at, and how many are kept.
+constexpr int rowsAtOnce = 64;
+constexpr int rowsKept = 1024;
+
+// A value as its column stores it; what no form of the column's kind fits goes to the database, which refuses it.
+QVariant stored(const QVariant &value, ColumnKind kind)
+{
+    if (value.isNull())
+        return {};
+    const bool isText = value.typeId() == QMetaType::QString;
+    const QString text = value.toString();
+    switch (kind) {
+    case ColumnKind::Number: {
+        if (!isText)
+            return value;
+        if (text.trimmed().isEmpty())
+            return {};
+        bool isNumber = false;
+        const double number = text.trimmed().toDouble(&isNumber);
+        return isNumber ? QVariant(number) : value;
+    }
+    case ColumnKind::Date: {
+        if (isText && text.trimmed().isEmpty())
+            return {};
+        return dateText(value);
+    }
+    case ColumnKind::Flag:
+        return (isText ? text.trimmed().compare("true", Qt::CaseInsensitive) == 0 : value.toBool()) ? 1 : 0;
+    default:
+        return value;
+    }
+}
+
+} // namespace
+
+void RecordsetRows::read(Connection &connection, const QString &statement, const Values &values)
+{
+    table = plainTableOf(statement);
+    const ColumnKinds kindsOfTable = table.isEmpty() ? ColumnKinds() : connection.kindsOf(table);
+    if (kindsOfTable.isEmpty())
+        table.clear();
+    else
+        identity = connection.identityColumn();
+    if (!identity.isEmpty()) {
+        columns = connection.columnsOf(table);
+        for (const QString &column : std::as_const(columns))
+            kinds.append(kindsOfTable.value(column));
+        QString identities = statement;
+        identities.replace(identities.indexOf(u'*'), 1, u' ' + identity + u' ');
+        connection.readKeys(connection.bound(identities, values), keys);
+        return;
+    }
+    connection.read(
+        statement, values,
+        [&](const QStringList &names) {
+            for (const QString &name : names) {
+                columns.append(name.toLower());
+                kinds.append(kindsOfTable.value(name.toLower(), ColumnKind::Unknown));
+            }
+        },
+        [&](const QVariantList &row) {
+            keys.append(nextTemporaryKey);
+            rows.insert(nextTemporaryKey--, row);
+            return true;
+        });
+}
+
+BoundStatement RecordsetRows::selectRows() const
+{
+    return {"select " + table + "." + identity + ", " + table + ".* from " + table + " where " + identity, {}};
+}
+
+void RecordsetRows::fetchAround(Connection &connection, int row)
+{
+    const int first = row / rowsAtOnce * rowsAtOnce;
+    const int last = std::min<int>(first + rowsAtOnce, static_cast<int>(keys.size()));
+    BoundStatement select = selectRows();
+    select.text += " in (";
+    for (int i = first; i < last; ++i) {
+        if (keys[i] < 0)
+            continue;
+        select.text += select.parameters.isEmpty() ? "?" : ",?";
+        select.parameters.append(keys[i]);
+    }
+    select.text += ")";
+    if (rows.size() > rowsKept)
+        rows.clear();
+    connection.readBound(
+        select, [](const QStringList &) {},
+        [&](const QVariantList &line) {
+            rows.insert(line[0].toLongLong(), line.mid(1));
+            return true;
+        });
+    // A row that someone deleted meanwhile stands empty until the next refresh.
+    for (int i = first; i < last; ++i)
+        if (keys[i] >= 0 && !rows.contains(keys[i]))
+            rows.insert(keys[i], QVariantList(columns.size()));
+}
+
+// The row as it stands in the database at this moment; empty when it is no more.
+QVariantList RecordsetRows::now(Connection &connection, qint64 key, bool hold) const
+{
+    QVariantList found;
+    if (key < 0 || identity.isEmpty())
+        return found;
+    BoundStatement select = selectRows();
+    select.text += connection.engine() == Engine::MariaDb && hold ? " = ? lock in share mode" : " = ?";
+    select.parameters = {key};
+    connection.readBound(
+        select, [](const QStringList &) {},
+        [&found](const QVariantList &line) {
+            found = line.mid(1);
+            return true;
+        });
+    return found;
+}
+
+const QVariantList &RecordsetRows::row(Connection &connection, int at)
+{
+    const qint64 key = keys[at];
+    if (const auto found = pending.constFind(key); found != pending.constEnd())
+        return found->values;
+    if (!rows.contains(key))
+        fetchAround(connection, at);
+    return rows[key];
+}
+
+RecordsetRows::Pending &RecordsetRows::pendingRow(Connection &connection, int at)
+{
+    const qint64 key = keys[at];
+    if (!pending.contains(key)) {
+        const QVariantList asRead = row(connection, at);
+        pending.insert(key, {asRead, asRead, false, 0});
+    }
+    return pending[key];
+}
+
+QVariantList RecordsetRows::storedForm(const QVariantList &values) const
+{
+    QVariantList form;
+    for (int i = 0; i < columns.size(); ++i)
+        form.append(stored(values[i], kinds[i]));
+    return form;
+}
+
+qint64 RecordsetRows::insert(Connection &connection, const Pending &row) const
+{
+    QStringList names, marks;
+    QVariantList parameters;
+    for (int i = 0; i < columns.size(); ++i) {
+        if (row.values[i].isNull())
+            continue;
+        names.append(columns[i]);
+        marks.append("?");
+        parameters.append(stored(row.values[i], kinds[i]));
+    }
+    const bool emptyList = names.isEmpty() && connection.engine() != Engine::MariaDb;
+    return connection.insertBound({"insert into " + table +
+                                       (emptyList ? QStringLiteral(" default values")
+                                                  : "(" + names.join(u',') + ") values(" + marks.join(u',') + ")"),
+                                   parameters});
+}
+
+// The row as it was read, whole: what another desktop changed in it no longer fits. To the letter, the case and the
+// blanks of texts too, which comparisons pass over otherwise.
+void RecordsetRows::appendWhere(const Connection &connection, BoundStatement &statement, qint64 key,
+                                const QVariantList &original) const
+{
+    const char *word = " where ";
+    if (!identity.isEmpty()) {
+        statement.text += word + identity + " = ?";
+        statement.parameters.append(key);
+        word = " and ";
+    }
+    for (int i = 0; i < columns.size(); ++i) {
+        statement.text += word;
+        word = " and ";
+        if (original[i].isNull()) {
+            statement.text += columns[i] + " is null";
+            continue;
+        }
+        const bool text = kinds[i] == ColumnKind::Text && connection.engine() != Engine::Sqlite;
+        const char *exact = !text ? "%1 = ?"
+                            : connection.engine() == Engine::MariaDb
+                                ? "binary %1 = binary ?"
+                                : "cast(%1 as varbinary(max)) = cast(cast(? as nvarchar(max)) as varbinary(max))";
+        statement.text += QString(QLatin1String(exact)).arg(columns[i]);
+        statement.parameters.append(original[i]);
+    }
+}
+
+// Gives whether the row was there as it was read. Without an identity, twins are told apart by nothing: one of them
+// is as good as the other.
+bool RecordsetRows::changeOneRow(Connection &connection, const QString &verb, const QString &rest,
+                                 const QVariantList &parameters, qint64 key, const QVariantList &original) const
+{
+    BoundStatement statement{verb + (identity.isEmpty() ? " top (1) " : " ") + rest, parameters};
+    appendWhere(connection, statement, key, original);
+    return connection.executeBound(statement) > 0;
+}
+
+qint64 RecordsetRows::storeNew(Connection &connection, qint64 key)
+{
+    Pending &row = pending[key];
+    // The save before this one may have been stored although no answer came.
+    if (row.attempted && now(connection, row.attempted) == storedForm(row.values))
+        return row.attempted;
+    const qint64 written = insert(connection, row);
+    if (connection.engine() != Engine::Sqlite) // whose link cannot break
+        row.attempted = written;
+    return written;
+}
+
+void RecordsetRows::storeChanged(Connection &connection, Recordset *set, qint64 key)
+{
+    const Pending &row = pending[key];
+    const QVariantList typed = storedForm(row.values);
+    QString assignments;
+    QVariantList parameters;
+    for (int i = 0; i < typed.size(); ++i) {
+        if (typed[i] == row.original[i] && typed[i].isNull() == row.original[i].isNull())
+            continue;
+        assignments += (parameters.isEmpty() ? QString() : QString(", ")) + columns[i] + " = ?";
+        parameters.append(typed[i]);
+    }
+    if (parameters.isEmpty() ||
+        changeOneRow(connection, "update", table + " set " + assignments, parameters, key, row.original))
+        return;
+    const Conflict conflict{columns, kinds, row.original, now(connection, key), row.values, set, key};
+    // What both typed alike, or what was stored when the link broke, stands there already.
+    if (conflict.now != typed)
+        throw ConflictError(conflict);
+}
+
+void RecordsetRows::remove(Connection &connection, Recordset *set, int at)
+{
+    const qint64 key = keys[at];
+    const auto waiting = pending.constFind(key);
+    const bool isPending = waiting != pending.constEnd();
+    if (isPending && waiting->isNew)
+        return;
+    if (table.isEmpty())
+        throw DataError(3251, QStringLiteral("该记录集不能修改"));
+    const QVariantList asRead = isPending ? waiting->original : row(connection, at);
+    if (changeOneRow(connection, "delete", "from " + table, {}, key, asRead))
+        return;
+    const Conflict conflict{columns, kinds, asRead, now(connection, key), {}, set, key};
+    if (!conflict.now.isEmpty()) // another desktop's deletion is what was wanted
+        throw ConflictError(conflict);
+}
+
+} // namespace tradewick

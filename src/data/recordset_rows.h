@@ -1,0 +1,54 @@
+// The rows of a record set: which there are, what was read of them, what waits to be stored, and the statements that
+// read and write them. Recordset alone uses it.
+#pragma once
+
+#include "data/recordset.h"
+
+namespace tradewick
+{
+
+class RecordsetRows
+{
+public:
+    struct Pending {
+        QVariantList values, original;
+        bool isNew = false;
+        // Identity under which the row was written when the link broke before the server answered; it may be stored.
+        qint64 attempted = 0;
+    };
+
+    QString table;    // empty: read whole and not writable
+    QString identity; // column; empty where the engine has none: rows are read whole and told apart by their values
+    QStringList columns;
+    QVector<ColumnKind> kinds;
+    QVector<qint64> keys; // identity of each row; rows not stored yet and rows read whole have negative ones
+    QHash<qint64, QVariantList> rows;
+    QHash<qint64, Pending> pending;
+    qint64 nextTemporaryKey = -1;
+    bool open = false;
+
+    // All throw DataError.
+    void read(Connection &connection, const QString &statement, const Values &values);
+    const QVariantList &row(Connection &connection, int at);
+    Pending &pendingRow(Connection &connection, int at);
+    // The row as it stands in the database at this moment, empty when it is no more; held until the transaction ends.
+    QVariantList now(Connection &connection, qint64 key, bool hold = false) const;
+    // What an insert or update makes of the values.
+    QVariantList storedForm(const QVariantList &values) const;
+
+    // Give the identity of the row that was written, and throw ConflictError through `set`.
+    qint64 storeNew(Connection &connection, qint64 key);
+    void storeChanged(Connection &connection, Recordset *set, qint64 key);
+    void remove(Connection &connection, Recordset *set, int at);
+
+private:
+    BoundStatement selectRows() const;
+    void fetchAround(Connection &connection, int row);
+    qint64 insert(Connection &connection, const Pending &row) const;
+    void appendWhere(const Connection &connection, BoundStatement &statement, qint64 key,
+                     const QVariantList &original) const;
+    bool changeOneRow(Connection &connection, const QString &verb, const QString &rest, const QVariantList &parameters,
+                      qint64 key, const QVariantList &original) const;
+};
+
+} // namespace tradewick

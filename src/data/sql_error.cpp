@@ -1,0 +1,47 @@
+#include "data/sql_error.h"
+
+#include <QList>
+#include <QSqlError>
+
+namespace tradewick
+{
+
+namespace
+{
+
+// What an error means to a clerk, by the engines' own numbers (MariaDB, SQL Server) or words (SQLite).
+struct Meaning {
+    const char *sentence;
+    QList<int> numbers;
+    const char *words;
+    int number; // of the DataError; 0: the engine's own
+};
+
+const QList<Meaning> &meanings()
+{
+    static const QList<Meaning> all{
+        {"编号重复，数据库中已有相同的记录。\n", {1062, 2601, 2627}, "UNIQUE constraint failed", 0},
+        {"录入的内容不是该栏所要求的数字或日期。\n", {1265, 1292, 1366, 8114, 241}, "CHECK constraint failed", 0},
+        {"录入的内容太长。\n", {1406, 8152, 2628}, "string or blob too big", 0},
+        {"其他用户正在保存，请稍后再试。\n", {1205, 1213, 1222}, "database is locked", 0},
+        {"与数据库服务器的连接已中断，请稍后再试；已录入的内容仍然保留。\n",
+         {2002, 2003, 2005, 2006, 2013, 2055, 1053, 1077, 1079, 1927, 4031, 10054, 10060, 20003, 20004, 20006, 20009},
+         "Communication link failure",
+         DataError::connectionLost},
+    };
+    return all;
+}
+
+} // namespace
+
+DataError errorOf(const QSqlError &error)
+{
+    const QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    const int number = error.nativeErrorCode().toInt();
+    for (const Meaning &meaning : meanings())
+        if (meaning.numbers.contains(number) || text.contains(QLatin1String(meaning.words)))
+            return {meaning.number ? meaning.number : number, QString::fromUtf8(meaning.sentence) + text};
+    return {number, text};
+}
+
+} // namespace tradewick
