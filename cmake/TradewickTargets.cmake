@@ -38,16 +38,24 @@ function(tradewick_library folder)
   target_link_libraries(tradewick_${folder} PUBLIC ${ARG_DEPENDS} PRIVATE tradewick_options)
 endfunction()
 
-# tradewick_test(FOLDER DEPENDS ...): the test program of the current folder; each of its tests is one of ctest's.
+# tradewick_test(FOLDER DEPENDS ...): the test program of the current folder; each of its tests is two of ctest's, on
+# SQLite and, as "mariadb.…", on a server.
 function(tradewick_test folder)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
   add_executable(test_${folder} ${sources})
-  target_link_libraries(test_${folder} PRIVATE ${ARG_DEPENDS} tradewick_test_support tradewick_options)
+  target_link_libraries(test_${folder} PRIVATE ${ARG_DEPENDS} tradewick_test_main tradewick_options)
+  set(environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TRADEWICK_BIN=${CMAKE_BINARY_DIR}/bin")
   gtest_discover_tests(
     test_${folder}
     TEST_PREFIX ${folder}.
     DISCOVERY_MODE PRE_TEST
-    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TRADEWICK_BIN=${CMAKE_BINARY_DIR}/bin"
-               TIMEOUT 600)
+    PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
+  gtest_discover_tests(
+    test_${folder}
+    TEST_PREFIX mariadb.${folder}.
+    TEST_LIST test_${folder}_mariadb
+    DISCOVERY_MODE PRE_TEST
+    PROPERTIES ENVIRONMENT "${environment};TRADEWICK_TEST_SERVER=${CMAKE_BINARY_DIR}/test-server"
+               FIXTURES_REQUIRED mariadb TIMEOUT 600)
 endfunction()

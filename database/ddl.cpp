@@ -8,9 +8,6 @@ namespace tradewick
 namespace
 {
 
-// More text columns than this, each of 255 characters, are more than a row of MariaDB may declare.
-constexpr qsizetype widestVarcharRow = 50;
-
 // Numbers and dates are refused by the server when they are none; SQLite has to be told so. The type names stand as
 // they are so that any SQLite browser shows what a column is for. Only with a modifier does date() reckon 30 February
 // out into March, which then differs from what was written.
@@ -28,7 +25,8 @@ QString sqliteType(const ColumnDescription &column)
     }
 }
 
-QString mariaDbType(const ColumnDescription &column, bool isShort)
+// A clerk's long text is never refused; a key is as long as an index can hold.
+QString mariaDbType(const ColumnDescription &column, bool isKey)
 {
     switch (column.kind) {
     case ColumnKind::Number:
@@ -38,7 +36,7 @@ QString mariaDbType(const ColumnDescription &column, bool isShort)
     case ColumnKind::Flag:
         return QStringLiteral("BOOLEAN");
     default:
-        return isShort ? QStringLiteral("VARCHAR(255)") : QStringLiteral("TEXT");
+        return isKey ? QStringLiteral("VARCHAR(255)") : QStringLiteral("MEDIUMTEXT");
     }
 }
 
@@ -58,17 +56,13 @@ QString sqlServerType(const ColumnDescription &column, bool isShort)
 
 QString createTable(const TableDescription &table, Engine engine)
 {
-    const auto texts = std::count_if(table.columns.begin(), table.columns.end(), [](const ColumnDescription &column) {
-        return column.kind == ColumnKind::Text && !column.longText;
-    });
-    const bool wide = engine == Engine::MariaDb && texts > widestVarcharRow;
     QStringList columns;
     for (const ColumnDescription &column : table.columns) {
-        const bool key = column.name == table.unique || table.indexed.contains(column.name);
-        const bool isShort = key || (!column.longText && !wide);
+        const bool key = column.name == table.unique;
+        const bool isShort = key || table.indexed.contains(column.name) || !column.longText;
         columns.append(column.name + u' ' +
                        (engine == Engine::Sqlite    ? sqliteType(column)
-                        : engine == Engine::MariaDb ? mariaDbType(column, isShort)
+                        : engine == Engine::MariaDb ? mariaDbType(column, key)
                                                     : sqlServerType(column, isShort) + " NULL"));
     }
     // The identity of a row, out of sight so that "insert into t select * from its twin" fits.
@@ -77,7 +71,7 @@ QString createTable(const TableDescription &table, Engine engine)
     const QString create =
         QStringLiteral("CREATE TABLE %1 (\n    %2\n)").arg(table.name, columns.join(QStringLiteral(",\n    ")));
     return engine == Engine::MariaDb
-               ? create + QStringLiteral(" ENGINE=InnoDB CHARACTER SET utf8mb4 COLLATE utf8mb4_unicode_520_ci")
+               ? create + QStringLiteral(" ENGINE=InnoDB CHARACTER SET utf8mb4 COLLATE utf8mb4_uca1400_as_ci")
                : create;
 }
 
@@ -88,11 +82,15 @@ QString createIndex(const TableDescription &table, const QString &column, bool u
     const auto found = std::find_if(table.columns.begin(), table.columns.end(),
                                     [&](const ColumnDescription &other) { return other.name == column; });
     const bool text = found->kind == ColumnKind::Text;
+    // An index of MariaDB holds the beginning of a text.
+    const bool beginning = text && !unique && engine == Engine::MariaDb;
     // SQL Server counts two Nulls as twins, the others do not.
     const bool filtered = unique && engine == Engine::SqlServer;
     return QStringLiteral("CREATE %1INDEX ix_%2_%3 ON %2 (%4)%5")
         .arg(unique ? "UNIQUE " : "", table.name, column,
-             text && engine == Engine::Sqlite ? "rtrim(" + column + ") COLLATE NOCASE" : column,
+             text && engine == Engine::Sqlite ? "rtrim(" + column + ") COLLATE NOCASE"
+             : beginning                      ? column + "(64)"
+                                              : column,
              filtered ? " WHERE " + column + " IS NOT NULL" : QString());
 }
 

@@ -58,7 +58,7 @@ QString hostOf(const MariaDbSource &source)
 
 MariaDbSource mariaDbSource(const ConnectionParts &parts)
 {
-    const QUrl url(parts.dataSource.trimmed(), QUrl::StrictMode);
+    const QUrl url(parts.dataSource, QUrl::StrictMode);
     const QUrlQuery query(url);
     MariaDbSource source;
     source.socket = query.queryItemValue("socket", QUrl::FullyDecoded);

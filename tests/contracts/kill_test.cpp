@@ -78,7 +78,9 @@ TEST(Kill, ABatchIsWholeOrAbsent)
     }
     Connection connection;
     connection.Open(connectionString);
-    EXPECT_EQ(connection.rows("select integrity_check as n from pragma_integrity_check").first()["n"], "ok");
+    if (!database.isOnServer()) { // whose storage a killed client cannot reach
+        EXPECT_EQ(connection.rows("select integrity_check as n from pragma_integrity_check").first()["n"], "ok");
+    }
     QSet<QString> stored;
     for (const Values &head : connection.rows("select htbh from yy_gw_wxht_h"))
         stored.insert(head["htbh"].toString());

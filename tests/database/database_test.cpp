@@ -329,7 +329,7 @@ TEST(Script, IsWholeForEachEngine)
         {"sqlite",
          ";\n",
          {"djrq DATE CHECK", "CREATE UNIQUE INDEX ix_yy_mxb_h_fpbh ON yy_mxb_h (rtrim(fpbh) COLLATE NOCASE)"}},
-        {"mariadb", ";\n", {"tradewick_id BIGINT", "utf8mb4_unicode_520_ci", "ON h.htbh = b.htbh"}},
+        {"mariadb", ";\n", {"tradewick_id BIGINT", "utf8mb4_uca1400_as_ci", "ON h.htbh = b.htbh"}},
         {"sqlserver",
          "\nGO\n",
          {"Chinese_PRC_CI_AS", "SET QUOTED_IDENTIFIER ON\nGO\n", "(fpbh) WHERE fpbh IS NOT NULL", "xsfp bit NULL"}},

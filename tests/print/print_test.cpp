@@ -48,7 +48,7 @@ protected:
 
     Outcome print(const QStringList &arguments)
     {
-        return runProgram(binFolder() + "/tradewick-print", QStringList{"--database", database.path()} + arguments);
+        return runProgram(binFolder() + "/tradewick-print", QStringList{"--database", database.dataSource()} + arguments);
     }
     QStringList files() const { return QDir(folder.path()).entryList(QDir::Files); }
     QString file(const QString &name) const { return folder.filePath(name); }
@@ -204,7 +204,7 @@ TEST_F(Print, TextsStandWhereTheyStandWhateverTheScreensScale)
     for (const char *scale : {"1", "1.25", "1.5", "2"}) {
         const Outcome printed = runProgram(
             binFolder() + "/tradewick-print",
-            {"--database", database.path(), "--document", "形式发票", "--number", "X260800001", "--pdf", file("o.pdf")},
+            {"--database", database.dataSource(), "--document", "形式发票", "--number", "X260800001", "--pdf", file("o.pdf")},
             scale);
         ASSERT_EQ(printed.status, 0) << printed.error.toStdString();
         const QString words = runProgram("pdftotext", {"-bbox", file("o.pdf"), "-"}).out.section("<body>", 1);
@@ -242,7 +242,7 @@ TEST_F(Print, AFullDiskIsToldAndLeavesNoFile)
     for (const char *option : {"--pdf", "--xls", "--png"}) {
         const Outcome full =
             runProgram("bash", {"-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\"", "bash",
-                                binFolder() + "/tradewick-print", "--database", database.path(), "--document",
+                                binFolder() + "/tradewick-print", "--database", database.dataSource(), "--document",
                                 "形式发票", "--number", "X260800001", option, file("a.out")});
         EXPECT_EQ(full.status, 1) << option;
         EXPECT_TRUE(full.error.contains("a.out: ")) << option << full.error.toStdString();

@@ -25,7 +25,7 @@ class MainWindow : public ShellTest
 protected:
     MainWindow()
     {
-        writeSettings({{{}, "sa", database.path(), {}}});
+        writeSettings({{{}, "sa", database.dataSource(), {}}});
         mainWindow.resize(1366, 768);
         mainWindow.show();
     }

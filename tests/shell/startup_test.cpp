@@ -40,20 +40,20 @@ protected:
 
 TEST_F(StartUp, GoesOnOnlyWhenTheLastFailureIsANullInTheSettings)
 {
-    const QString server = database.path();
+    const QString server = database.dataSource();
     const QString away = m_folder.filePath("none.db");
     struct Case {
         QVariantList row;
         bool starts;
     };
     const Case cases[] = {
-        {{null, "sa", server, "trade"}, true},  // the ordinary case: no password
-        {{"", "sa", server, "trade"}, false},   // empty is not Null
-        {{"pw", "sa", server, "trade"}, false}, // all filled: nothing is pending
-        {{"pw", null, server, null}, true},     //
-        {{null, "sa", "  " + server + " ", "trade"}, true},
-        {{null, "sa", away, "trade"}, false}, // the refused connection overwrites the Null
-        {{null, "sa", null, "trade"}, false},
+        {{null, "sa", server, database.catalog()}, true},  // the ordinary case: no password
+        {{"", "sa", server, database.catalog()}, false},   // empty is not Null
+        {{"pw", "sa", server, database.catalog()}, false}, // all filled: nothing is pending
+        {{"pw", null, database.dataSource("clerk"), null}, true},
+        {{null, "sa", "  " + server + " ", database.catalog()}, true},
+        {{null, "sa", away, database.catalog()}, false}, // the refused connection overwrites the Null
+        {{null, "sa", null, database.catalog()}, false},
     };
     for (const auto &[row, starts] : cases) {
         writeSettings({row});
@@ -71,11 +71,11 @@ TEST_F(StartUp, GoesOnOnlyWhenTheLastFailureIsANullInTheSettings)
 
 TEST_F(StartUp, TrimsTheSettingsIntoTheConnectionString)
 {
-    writeSettings({{null, " sa ", " " + database.path() + "  ", " trade"}, {"other", "row", "is", "not read"}});
+    writeSettings({{null, " sa ", " " + database.dataSource() + "  ", " " + database.catalog()},
+                   {"other", "row", "is", "not read"}});
     EXPECT_EQ(start(), "frmLogin");
-    EXPECT_EQ(gConnStr, "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=sa;Initial Catalog=trade;"
-                        "Data Source=" +
-                            database.path());
+    EXPECT_EQ(gConnStr, "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=sa;Initial Catalog=" +
+                            database.catalog() + ";Data Source=" + database.dataSource());
     EXPECT_TRUE(gConn->isOpen());
     EXPECT_EQ(Connection::shared(gConnStr), gConn);
 }
@@ -95,7 +95,7 @@ TEST_F(StartUp, EndsInTheDialogWithoutARowAndUnhandledWithoutAFile)
 
 TEST_F(StartUp, LoadsTheCompanyProfileAsItStands)
 {
-    writeSettings({{null, "sa", database.path(), "trade"}});
+    writeSettings({{null, "sa", database.dataSource(), database.catalog()}});
     EXPECT_EQ(start(), "frmLogin");
     EXPECT_EQ(gCompanyName + gCompanyNameEn + gCompanyAddress + gCompanyAddressEn + gCompanyPhone + gCompanyFax, "");
 
@@ -117,7 +117,7 @@ TEST_F(StartUp, LoadsTheCompanyProfileAsItStands)
 
 TEST_F(StartUp, SettingsDialogWritesTheRowOnlyAtOk)
 {
-    writeSettings({{null, "sa", "old", "trade"}});
+    writeSettings({{null, "sa", "old", database.catalog()}});
     main_FRM mainWindow;
     const auto open = [&]() -> QWidget & {
         mainWindow.openForm("frmODBCLogon");
@@ -131,14 +131,14 @@ TEST_F(StartUp, SettingsDialogWritesTheRowOnlyAtOk)
     EXPECT_EQ(find<QLineEdit>(open(), "txtServer").text(), "old");
     type(open(), "txtServer", "new");
     click(open(), "cmdCancel");
-    EXPECT_EQ(settings(), Rows{QVariantList({null, "sa", "old", "trade"})});
+    EXPECT_EQ(settings(), Rows{QVariantList({null, "sa", "old", database.catalog()})});
 
     type(open(), "txtServer", "new 'quoted'");
     type(open(), "txtUID", "");
     type(open(), "txtPWD", "pw");
     click(open(), "cmdOK");
     EXPECT_EQ(window("frmODBCLogon"), nullptr);
-    EXPECT_EQ(settings(), Rows{QVariantList({"pw", null, "new 'quoted'", "trade"})});
+    EXPECT_EQ(settings(), Rows{QVariantList({"pw", null, "new 'quoted'", database.catalog()})});
     EXPECT_TRUE(dialogs.shown.isEmpty());
 }
 
@@ -154,14 +154,14 @@ TEST_F(StartUp, SettingsDialogStartsARowInAnEmptyTable)
 
 TEST_F(StartUp, TryConnectsWithTheTextsAsTyped)
 {
-    writeSettings({{null, "sa", database.path(), "trade"}});
+    writeSettings({{null, "sa", database.dataSource(), database.catalog()}});
     main_FRM mainWindow;
     mainWindow.openForm("frmODBCLogon");
     const QWidget &dialog = *window("frmODBCLogon");
     click(dialog, "Cmdtry");
     EXPECT_EQ(dialogs.take(), (Shown{"连接成功 ！", "系统提示", MessageIcon::Information}));
-    find<QLineEdit>(dialog, "txtServer").setText(" " + database.path());
+    find<QLineEdit>(dialog, "txtServer").setText(" " + database.dataSource());
     click(dialog, "Cmdtry");
     EXPECT_EQ(dialogs.take(), (Shown{"服务器设置有问题，请重新核对。", "系统提示", MessageIcon::Information}));
-    EXPECT_EQ(settings(), Rows{QVariantList({null, "sa", database.path(), "trade"})});
+    EXPECT_EQ(settings(), Rows{QVariantList({null, "sa", database.dataSource(), database.catalog()})});
 }

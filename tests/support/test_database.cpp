@@ -1,6 +1,8 @@
 #include "support/test_database.h"
 
 #include "common/globals.h"
+#include "database/description.h"
+#include "support/test_server.h"
 
 #include <gtest/gtest.h>
 
@@ -29,6 +31,58 @@ QString original(TestDatabase::Content content)
     return path;
 }
 
+QString sharedServer()
+{
+    QFile file(qEnvironmentVariable("TRADEWICK_TEST_SERVER"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readLine()).trimmed() : QString();
+}
+
+QString databaseOf(const QString &server, const QString &name)
+{
+    return QString(server).replace("/?", u'/' + name + u'?');
+}
+
+bool takeLock(Connection &connection, const QString &name, int seconds)
+{
+    return connection.rows("select get_lock('{name}', {seconds}) as taken", {{"name", name}, {"seconds", seconds}})
+               .first()["taken"]
+               .toInt() == 1;
+}
+
+// The schema, made where the database has none; it outlives the test.
+void makeSchema(Connection &connection, const QString &name)
+{
+    connection.executeBound({"create database if not exists " + name, {}});
+    connection.executeBound({"use " + name, {}});
+    if (connection.rows("select table_name from information_schema.tables where table_schema='{n}'", {{"n", name}})
+            .isEmpty())
+        for (const QString &statement : ddl(Engine::MariaDb))
+            connection.executeBound({statement, {}});
+}
+
+// All rows of the demonstration, from the file that the program makes into a database that later tests copy.
+void makeDemonstration(Connection &connection)
+{
+    const QString name = QStringLiteral("tradewick_demonstration");
+    ASSERT_TRUE(takeLock(connection, name, 60));
+    makeSchema(connection, name);
+    if (connection.rows("select name from qb_pass").isEmpty()) {
+        Connection file;
+        file.Open(connectionStringOf(original(TestDatabase::Demonstration)));
+        connection.transaction([&] {
+            for (const TableDescription &table : tableDescriptions())
+                file.read(
+                    "select * from " + table.name, {}, [](const QStringList &) {},
+                    [&](const QVariantList &row) {
+                        const QString marks = QStringList(row.size(), "?").join(u',');
+                        connection.executeBound({"insert into " + table.name + " values(" + marks + ")", row});
+                        return true;
+                    });
+        });
+    }
+    connection.rows("select release_lock('{name}') as done", {{"name", name}});
+}
+
 } // namespace
 
 QString binFolder()
@@ -37,9 +91,14 @@ QString binFolder()
     return folder.isEmpty() ? QCoreApplication::applicationDirPath() : folder;
 }
 
-TestDatabase::TestDatabase(Content content)
+TestDatabase::TestDatabase(Content content) : m_server(sharedServer())
 {
-    EXPECT_TRUE(QFile::copy(original(content), path()));
+    if (m_server.isEmpty()) {
+        EXPECT_FALSE(qEnvironmentVariableIsSet("TRADEWICK_TEST_SERVER")) << "the server was not started";
+        EXPECT_TRUE(QFile::copy(original(content), m_folder.filePath("test.db")));
+    } else {
+        useServer(content);
+    }
     m_connection = std::make_shared<Connection>();
     m_connection->Open(connectionString());
     Connection::share(m_connection);
@@ -47,15 +106,52 @@ TestDatabase::TestDatabase(Content content)
     gConn = m_connection;
 }
 
+// Tests that run side by side take different databases of the server; making one is slow, emptying it is not.
+void TestDatabase::useServer(Content content)
+{
+    m_reservation = std::make_unique<Connection>();
+    m_reservation->Open(connectionStringOf(m_server));
+    for (int number = 1; m_serverDatabase.isEmpty(); ++number)
+        if (const QString name = QStringLiteral("tradewick_test_%1").arg(number); takeLock(*m_reservation, name, 0))
+            m_serverDatabase = name;
+    if (content == Demonstration) {
+        makeDemonstration(*m_reservation);
+        EXPECT_TRUE(takeLock(*m_reservation, m_serverDatabase, 0));
+    }
+    makeSchema(*m_reservation, m_serverDatabase);
+    for (const Values &trigger :
+         m_reservation->rows("select trigger_name as name from information_schema.triggers where "
+                             "trigger_schema='{n}'",
+                             {{"n", m_serverDatabase}}))
+        m_reservation->executeBound({"drop trigger " + trigger["name"].toString(), {}});
+    m_reservation->transaction([&] {
+        for (const TableDescription &table : tableDescriptions()) {
+            m_reservation->executeBound({"delete from " + table.name, {}});
+            if (content == Demonstration)
+                m_reservation->executeBound({"insert into " + table.name + " select * from tradewick_demonstration." +
+                                                 table.name + " order by tradewick_id",
+                                             {}});
+        }
+    });
+}
+
 TestDatabase::~TestDatabase()
 {
+    if (m_isRuined && isOnServer())
+        m_reservation->executeBound({"drop database " + m_serverDatabase, {}});
     gConn.reset();
     gConnStr.clear();
 }
 
+QString TestDatabase::dataSource(const QString &user) const
+{
+    return isOnServer() ? databaseOf(m_server, m_serverDatabase).replace("root@", user + u'@')
+                        : m_folder.filePath("test.db");
+}
+
 QString TestDatabase::connectionString() const
 {
-    return "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=;Initial Catalog=;Data Source=" + path();
+    return connectionStringOf(dataSource());
 }
 
 QVariant TestDatabase::value(const QString &statement, const Values &values)
@@ -80,6 +176,25 @@ void TestDatabase::elsewhere(const QString &statement, const Values &values)
     Connection other;
     other.Open(connectionString());
     other.Execute(statement, values);
+}
+
+void TestDatabase::refuse(const QString &table, const QString &column, const QString &value)
+{
+    const QString name = "refuse_" + table + '_' + column;
+    for (const char *when : {"insert", "update"})
+        m_connection->executeBound(
+            {QString(isOnServer() ? "create trigger %1_%2 before %2 on %3 for each row begin if new.%4 = '%5' then "
+                                    "signal sqlstate '45000' set message_text = 'refused'; end if; end"
+                                  : "create trigger %1_%2 before %2 on %3 when new.%4 = '%5' begin select "
+                                    "raise(abort, 'refused'); end")
+                 .arg(name, when, table, column, value),
+             {}});
+}
+
+void TestDatabase::drop(const QString &table)
+{
+    m_isRuined = true;
+    m_connection->executeBound({"drop table " + table, {}});
 }
 
 } // namespace tradewick::test
