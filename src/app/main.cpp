@@ -32,7 +32,11 @@ public:
         try {
             return QApplication::notify(receiver, event);
         } catch (const DataError &error) {
-            stopAt(error);
+            // A server that is away for a while ends nothing: the next action reaches it again.
+            if (error.number() == DataError::connectionLost)
+                dialogs().message(activeWindow(), error.text(), {}, MessageIcon::None);
+            else
+                stopAt(error);
         }
         return false;
     }

@@ -75,6 +75,11 @@ public:
     {
         return chosen(QFileDialog::getSaveFileName(parent, title, suggested, filter));
     }
+
+    std::optional<ConflictAnswer> conflict(QWidget *parent, const ConflictQuestion &question) override
+    {
+        return ConflictDialog::ask(question, parent);
+    }
 };
 
 WindowDialogs windowDialogs;

@@ -1,6 +1,8 @@
 // Messages, questions, input boxes and file choices: the one way to ask the user, so that tests can answer.
 #pragma once
 
+#include "common/conflict_dialog.h"
+
 #include <QString>
 
 #include <optional>
@@ -27,6 +29,8 @@ public:
     // The path of a file to write, or no value when cancelled.
     virtual std::optional<QString> saveFile(QWidget *parent, const QString &title, const QString &suggested,
                                             const QString &filter) = 0;
+    // What to store where another desktop changed the same row; no value when the user goes back.
+    virtual std::optional<ConflictAnswer> conflict(QWidget *parent, const ConflictQuestion &question) = 0;
 };
 
 // The dialogs of the running program; real windows unless a test set its own.

@@ -115,7 +115,9 @@ QString proposeNumber(const QString &form, Connection &connection, const QDate &
     gNumDD = twoDigits(today.day());
     try {
         look();
-    } catch (const DataError &) {
+    } catch (const DataError &error) {
+        if (error.number() == DataError::connectionLost)
+            throw;
         // The clerk types the number when the one of the last document does not do.
     }
     return prefix + gNumYY + gNumMM + gNumSeq;

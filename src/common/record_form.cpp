@@ -68,24 +68,18 @@ void RecordForm::load()
 void RecordForm::run(Failure failure, std::initializer_list<std::function<void()>> steps)
 {
     for (const auto &step : steps) {
-        if (failure == Failure::None) {
-            step();
-            continue;
-        }
         try {
             step();
         } catch (const DataError &error) {
-            if (failure == Failure::Skip)
+            const bool lost = error.number() == DataError::connectionLost;
+            if (failure == Failure::Skip && !lost)
                 continue;
+            if (failure == Failure::None && !lost)
+                throw;
             dialogs().message(this, error.text(), {}, MessageIcon::None);
             return;
         }
     }
-}
-
-void RecordForm::inOneTransaction(const std::function<void()> &work)
-{
-    Connection::shared(m_primary.ConnectionString)->transaction(work);
 }
 
 // ---- fields and the record ----
@@ -113,8 +107,8 @@ void RecordForm::setFieldText(const QString &name, const QString &text)
 void RecordForm::showField(const FieldSpec &field)
 {
     const QScopedValueRollback showing(m_showing, true);
-    const bool hasRecord = !records().BOF() && !records().EOF_() && records().columnIndex(field.column) >= 0;
-    const QString text = hasRecord ? records().Fields(field.column).text() : QString();
+    const bool hasValue = hasRecord() && !m_isUnread && records().columnIndex(field.column) >= 0;
+    const QString text = hasValue ? records().Fields(field.column).text() : QString();
     if (text == fieldText(field.name))
         return;
     QWidget *widget = m_fields.value(field.name);
@@ -132,10 +126,27 @@ void RecordForm::showField(const FieldSpec &field)
     m_chosen[field.name] = text;
 }
 
+bool RecordForm::hasRecord()
+{
+    return !records().BOF() && !records().EOF_();
+}
+
 void RecordForm::showRecord()
 {
-    for (const FieldSpec &field : std::as_const(m_spec.fields))
-        showField(field);
+    const auto show = [this] {
+        for (const FieldSpec &field : std::as_const(m_spec.fields))
+            showField(field);
+    };
+    m_isUnread = false;
+    try {
+        if (hasRecord())
+            records().valueAt(records().absolutePosition(), 0);
+    } catch (const DataError &) {
+        m_isUnread = true; // no field of another record stays beside those of this one
+        show();
+        throw;
+    }
+    show();
     keyChanged(false);
 }
 
@@ -244,11 +255,12 @@ void RecordForm::deleteBodyRow()
     if (!isBusy() || body().RecordCount() == 0 || m_bodyGrid->currentIndex().row() >= body().RecordCount())
         return;
     run(Failure::Report, {[this] {
-            inOneTransaction([this] {
+            const bool deleted = store([this] {
                 body().Delete();
                 body().UpdateBatch();
             });
-            refreshBody();
+            if (deleted)
+                refreshBody();
         }});
 }
 
@@ -353,8 +365,12 @@ void RecordForm::edit()
         QApplication::beep();
         return;
     }
-    run(m_spec.failures.edit,
-        {[this] { setBusy(true); }, [this] { lockFields(false); }, [this] { focusFirstField(); }});
+    run(m_spec.failures.edit, {[this] {
+                                   if (m_isUnread)
+                                       showRecord();
+                                   setBusy(true);
+                               },
+                               [this] { lockFields(false); }, [this] { focusFirstField(); }});
 }
 
 bool RecordForm::hasBadDate()
@@ -401,6 +417,7 @@ void RecordForm::save()
     if (hasBadDate())
         return;
     checkKey();
+    const bool adding = m_adding;
     m_adding = false;
     hidePicker();
     if (isDocument)
@@ -409,17 +426,37 @@ void RecordForm::save()
     if (missesRequiredField())
         return;
     fillBlanks();
+    bool stored = true;
+    const auto write = [this, isDocument] {
+        return store([this, isDocument] {
+            records().UpdateBatch();
+            if (isDocument && body().hasPendingChanges()) {
+                records().requireCurrent();
+                body().UpdateBatch();
+            }
+            this->stored();
+        });
+    };
     run(m_spec.failures.ok, {[this] { lockFields(true); }, [this] { focusFirstField(); }, [this] { setBusy(false); },
-                             [this, isDocument] {
-                                 inOneTransaction([this, isDocument] {
-                                     records().UpdateBatch();
-                                     if (isDocument)
-                                         body().UpdateBatch();
-                                     stored();
-                                 });
+                             [&] {
+                                 // Whoever goes back, or lost the server, goes on with what was typed.
+                                 const auto back = [&] {
+                                     stored = false;
+                                     m_adding = adding;
+                                     setBusy(true, adding);
+                                     lockFields(false);
+                                 };
+                                 try {
+                                     if (!write() && hasRecord())
+                                         back();
+                                 } catch (const DataError &error) {
+                                     if (error.number() == DataError::connectionLost)
+                                         back();
+                                     throw;
+                                 }
                              },
-                             [this, isDocument] { // a step away and back shows what is stored
-                                 if (isDocument && body().hasPendingChanges())
+                             [&] { // a step away and back shows what is stored
+                                 if (!stored || (isDocument && body().hasPendingChanges()))
                                      return; // refused lines wait; the step would drop them
                                  if (isDocument && records().EOF_()) {
                                      records().MoveNext();
@@ -429,7 +466,10 @@ void RecordForm::save()
                                      records().MoveNext();
                                  }
                              },
-                             [this] { finish(Change::Saved); }});
+                             [&] {
+                                 if (stored)
+                                     finish(Change::Saved);
+                             }});
 }
 
 void RecordForm::cancel()
@@ -451,9 +491,10 @@ void RecordForm::deleteRecord()
     if (!dialogs().ask(this, QStringLiteral("是否真的删除当前记录 ？"), QStringLiteral("系统提示")))
         return;
     const bool isDocument = m_spec.body.statement != nullptr;
+    bool back = false;
     run(m_spec.failures.deleteAndCancel,
-        {[this, isDocument] {
-             inOneTransaction([this, isDocument] {
+        {[&] {
+             back = !store([this, isDocument] {
                  if (isDocument) {
                      const auto connection = Connection::shared(m_primary.ConnectionString);
                      connection->Execute(m_spec.body.deletion,
@@ -464,7 +505,9 @@ void RecordForm::deleteRecord()
                      records().Delete();
              });
          },
-         [this, isDocument] {
+         [&] {
+             if (back)
+                 return;
              if (!records().EOF_() || !isDocument) {
                  records().MoveNext();
                  if (records().EOF_())
@@ -475,7 +518,11 @@ void RecordForm::deleteRecord()
              if (records().RecordCount() > 0)
                  records().MoveLast();
          },
-         [this] { refreshBody(); }, [this] { finish(Change::Deleted); }});
+         [this] { refreshBody(); },
+         [&] {
+             if (!back)
+                 finish(Change::Deleted);
+         }});
     showRecord();
 }
 

@@ -160,7 +160,7 @@ protected:
     virtual void deleteRecord();
 
     // Runs steps as the failure behaviour says: Report stops at the first that fails, with its text; Skip passes over
-    // it; None lets the error out.
+    // it; None lets the error out. A lost connection is reported whatever the behaviour.
     void run(Failure failure, std::initializer_list<std::function<void()>> steps);
 
     QString fieldText(const QString &name) const;
@@ -182,6 +182,9 @@ protected:
     const RecordFormSpec &spec() const { return m_spec; }
     // A step of several statements or batches: all of it is stored or nothing.
     void inOneTransaction(const std::function<void()> &work);
+    // The same, and where another desktop changed or deleted a row since it was read, the user is asked and the work,
+    // of which nothing is stored then, is done again. Gives false when the user goes back to what was typed.
+    bool store(const std::function<void()> &work);
 
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -224,6 +227,8 @@ private:
     void rebuildTree();
     void fillList(QComboBox *combo, const char *statement, bool wholeRows);
     void finish(Change what);
+    bool settle(const Conflict &conflict); // asks; gives whether to go on storing
+    bool hasRecord();
     bool hasBadDate();
     bool missesRequiredField();
     void fillBlanks();
@@ -248,6 +253,7 @@ private:
     QString m_bodyKey; // whose lines the body shows
     bool m_busy = false;
     bool m_adding = false;
+    bool m_isUnread = false;  // the record could not be read: the fields are empty, not the record
     bool m_showing = false;   // fields are being filled from the record
     bool m_composing = false; // an input method holds text that is not committed yet
 };

@@ -295,6 +295,20 @@ void Recordset::CancelUpdate()
     Q_EMIT currentChanged();
 }
 
+void Recordset::renewGone()
+{
+    RecordsetRows &set = *m_impl;
+    for (qint64 &key : set.keys) {
+        const auto read = set.rows.constFind(key);
+        if (read == set.rows.constEnd() || set.identity.isEmpty() || !set.now(*m_connection, key).isEmpty())
+            continue;
+        const QVariantList values = set.pending.contains(key) ? set.pending.take(key).values : *read;
+        key = set.nextTemporaryKey--;
+        set.pending.insert(key, {values, {}, true, 0});
+    }
+    Q_EMIT valueChanged(-1, -1);
+}
+
 bool Recordset::hasPendingChanges() const
 {
     return !m_impl->pending.isEmpty();

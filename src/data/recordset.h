@@ -113,6 +113,9 @@ public:
     // of comparison; EOF is true when there is none.
     void Find(const QString &column, const QVariant &value);
 
+    // Lets every row that another desktop deleted wait to be stored anew, with the values that were read.
+    void renewGone();
+
     // Rows by position from 0, for grids. absolutePosition is -1 before the first row and RecordCount behind the last.
     int absolutePosition() const { return m_position; }
     void setAbsolutePosition(int row);

@@ -147,7 +147,7 @@ void yy_cpbj::stored()
     if (!m_copying)
         return;
     gConn->Execute(attachCopies, {{"cpbh", fieldText("Text(0)")}});
-    m_copying = false;
+    gConn->onCommit([this] { m_copying = false; });
 }
 
 // The rows of the product that is abandoned go with it, copies among them; those of a stored product that bears the
@@ -156,7 +156,7 @@ void yy_cpbj::cancelling()
 {
     if (!isAdding())
         return;
-    inOneTransaction([this] {
+    store([this] {
         if (m_copying)
             gConn->Execute(dropCopies);
         if (keyIsTaken())

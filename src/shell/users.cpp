@@ -46,8 +46,10 @@ void sys_QXSZ::afterAdd()
 void sys_QXSZ::deleteRecord()
 {
     run(spec().failures.deleteAndCancel, {[this] {
-                                              if (records().RecordCount() > 0)
-                                                  records().Delete();
+                                              store([this] {
+                                                  if (records().RecordCount() > 0)
+                                                      records().Delete();
+                                              });
                                           },
                                           [this] {
                                               if (records().EOF_())

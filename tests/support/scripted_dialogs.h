@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 namespace tradewick::test
 {
 
@@ -24,6 +26,8 @@ public:
     QVector<Shown> shown;         // messages and questions in their order
     bool answer = true;           // to every question
     std::optional<QString> typed; // into every input box and file choice
+    QVector<ConflictQuestion> conflicts;
+    std::function<std::optional<ConflictAnswer>(const ConflictQuestion &question)> settle; // none: goes back
 
     void message(QWidget *, const QString &text, const QString &title, MessageIcon icon) override
     {
@@ -48,6 +52,12 @@ public:
     {
         shown.append({title, {}, MessageIcon::None});
         return typed;
+    }
+
+    std::optional<ConflictAnswer> conflict(QWidget *, const ConflictQuestion &question) override
+    {
+        conflicts.append(question);
+        return settle ? settle(question) : std::nullopt;
     }
 
     // The only message shown so far, and forgets it.

@@ -1,0 +1,243 @@
+// Two desktops at one database: what one stored meanwhile is never overwritten unasked, in any form, and nothing that
+// was typed is lost.
+#include "contracts/export_contract.h"
+#include "masterdata/currencies.h"
+#include "masterdata/customers.h"
+#include "masterdata/products.h"
+#include "shell/users.h"
+#include "support/form_driver.h"
+#include "support/scripted_dialogs.h"
+#include "support/test_database.h"
+
+#include <gtest/gtest.h>
+
+#include <QTableWidget>
+#include <QTimer>
+
+namespace tradewick
+{
+
+using namespace test;
+
+namespace
+{
+
+class TwoDesktops : public testing::Test
+{
+protected:
+    TestDatabase database{TestDatabase::Demonstration};
+    ScriptedDialogs dialogs;
+
+    void answerAll(bool typed)
+    {
+        dialogs.settle = [typed](const ConflictQuestion &question) {
+            return ConflictAnswer(qMax<qsizetype>(question.fields.size(), 1), typed);
+        };
+    }
+    QStringList contractLine(const QString &column, const QString &contract = "X260800001")
+    {
+        QStringList texts;
+        for (const Values &row :
+             database.connection().rows("select * from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}}))
+            texts.append(row[column].toString());
+        return texts;
+    }
+};
+
+} // namespace
+
+// One mechanism in every form, those that pass over the database's errors included.
+TEST_F(TwoDesktops, EveryFormAsksBeforeItWritesOverAnother)
+{
+    const struct {
+        std::function<std::unique_ptr<RecordForm>()> open;
+        QString table, key, control, typed, changed; // the columns that this and the other desktop change
+    } cases[] = {
+        {[] { return std::make_unique<RecordForm>(Sys_bzsz); }, "sys_bzsz", "bzbh", "Text(2)", "bzcode", "bizh"},
+        {[] { return std::make_unique<YY_GWKH_ZL>(); }, "yy_gwkh_zl", "khbh", "Text1(9)", "ywmc", "khmc"},
+        {[] { return std::make_unique<yy_cpbj>(); }, "yy_bzdj", "cpbh", "Text(3)", "beizhu", "bacp"},
+        {[] { return std::make_unique<YY_WXHT>(); }, "yy_gw_wxht_h", "htbh", "Text1(1)", "gb", "qydz"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.table.toStdString());
+        const auto form = c.open();
+        const FormDriver drive(*form);
+        const QString key = form->records().Fields(c.key).text();
+        const auto stored = [&](const QString &column) {
+            return database.value("select " + column + " from " + c.table + " where " + c.key + "='{k}'", {{"k", key}})
+                .toString();
+        };
+        const QString before = stored(c.typed);
+        drive.click("Cmdedit");
+        drive.type(c.control, "MINE");
+        database.elsewhere("update " + c.table + " set " + c.changed + "='THEIRS' where " + c.key + "='{k}'",
+                           {{"k", key}});
+        // Back: nothing is stored, everything typed is there, and OK can be pressed again.
+        dialogs.conflicts.clear();
+        dialogs.settle = {};
+        drive.click("CmdOK");
+        ASSERT_EQ(dialogs.conflicts.size(), 1);
+        EXPECT_EQ(dialogs.conflicts[0].kind, ConflictQuestion::Changed);
+        EXPECT_TRUE(dialogs.conflicts[0].record.contains(key));
+        EXPECT_EQ(stored(c.changed), "THEIRS");
+        EXPECT_EQ(stored(c.typed), before);
+        EXPECT_TRUE(form->isBusy());
+        EXPECT_EQ(drive.text(c.control), "MINE");
+        // Field by field: what each of the two changed.
+        dialogs.settle = [](const ConflictQuestion &question) {
+            ConflictAnswer answer;
+            for (const ConflictField &field : question.fields)
+                answer.append(field.typed == "MINE");
+            return answer;
+        };
+        drive.click("CmdOK");
+        EXPECT_FALSE(form->isBusy());
+        EXPECT_EQ(stored(c.changed), "THEIRS");
+        EXPECT_EQ(stored(c.typed), "MINE");
+        EXPECT_EQ(drive.text(c.control), "MINE");
+        EXPECT_EQ(dialogs.shown, QVector<Shown>());
+    }
+}
+
+TEST_F(TwoDesktops, TheUserTakesTheirsOrTheOwn)
+{
+    for (const bool own : {false, true}) {
+        RecordForm form(Sys_bzsz);
+        const FormDriver drive(form);
+        const QString key = form.records().Fields("bzbh").text();
+        drive.click("Cmdedit");
+        drive.type("Text(2)", "OWN");
+        database.elsewhere("update sys_bzsz set bzcode='theirs' where bzbh='{k}'", {{"k", key}});
+        answerAll(own);
+        drive.click("CmdOK");
+        const QString expected = own ? "OWN" : "theirs";
+        EXPECT_EQ(database.value("select bzcode from sys_bzsz where bzbh='{k}'", {{"k", key}}), expected);
+        EXPECT_EQ(drive.text("Text(2)"), expected);
+        const ConflictField field = dialogs.conflicts.last().fields.first();
+        EXPECT_EQ(field.caption, "币制（中文）");
+        EXPECT_EQ(field.now, "theirs");
+        EXPECT_EQ(field.typed, "OWN");
+        database.elsewhere("update sys_bzsz set bzcode='$' where bzbh='{k}'", {{"k", key}});
+    }
+}
+
+// A change of case or of trailing blanks alone is one too; what both typed alike is none.
+TEST_F(TwoDesktops, ComparesToTheLetter)
+{
+    for (const auto &[theirs, asks] : {std::pair("aB", true), {"ab ", true}, {"MINE", false}}) {
+        database.elsewhere("update sys_bzsz set bzcode='ab'");
+        RecordForm form(Sys_bzsz);
+        const FormDriver drive(form);
+        drive.click("Cmdedit");
+        drive.type("Text(2)", "MINE");
+        database.elsewhere("update sys_bzsz set bzcode='{t}'", {{"t", theirs}});
+        dialogs.conflicts.clear();
+        drive.click("CmdOK");
+        EXPECT_EQ(dialogs.conflicts.size(), asks ? 1 : 0) << theirs;
+    }
+}
+
+TEST_F(TwoDesktops, LinesOfADocumentAreAskedForToo)
+{
+    YY_WXHT form;
+    const FormDriver drive(form);
+    auto *lines = drive.find<Grid>("TDBGrid1");
+    drive.click("Cmdedit");
+    drive.typeCell(lines, 0, "beizhu", "mine");
+    drive.typeCell(lines, 1, "beizhu", "mine too");
+    const QStringList colours = contractLine("yanse");
+    database.elsewhere("update yy_gw_wxht_b set yanse='red' where htbh='X260800001'");
+    drive.click("CmdOK"); // goes back
+    EXPECT_EQ(contractLine("beizhu").filter("mine"), QStringList());
+    EXPECT_TRUE(form.isBusy());
+    dialogs.settle = [](const ConflictQuestion &question) {
+        ConflictAnswer answer;
+        for (const ConflictField &field : question.fields)
+            answer.append(field.now == field.read);
+        return answer;
+    };
+    drive.click("CmdOK");
+    EXPECT_EQ(contractLine("beizhu").filter("mine"), QStringList({"mine", "mine too"}));
+    EXPECT_EQ(contractLine("yanse").count("red"), contractLine("yanse").size());
+    EXPECT_EQ(dialogs.conflicts.size(), 3);
+    EXPECT_FALSE(dialogs.conflicts[0].fields.isEmpty());
+}
+
+// Another desktop deleted the document whose lines are typed at this one.
+TEST_F(TwoDesktops, ADeletedDocumentIsStoredAnewOrGivenUp)
+{
+    for (const bool own : {true, false}) {
+        YY_WXHT form;
+        const FormDriver drive(form);
+        const QString contract = form.records().Fields("htbh").text();
+        const qsizetype before = contractLine("beizhu", contract).size();
+        auto *lines = drive.find<Grid>("TDBGrid1");
+        drive.click("Cmdedit");
+        const QString typed = own ? "mine" : "given up";
+        drive.typeCell(lines, 0, "beizhu", typed);
+        database.elsewhere("delete from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}});
+        database.elsewhere("delete from yy_gw_wxht_h where htbh='{h}'", {{"h", contract}});
+        dialogs.conflicts.clear();
+        answerAll(own);
+        drive.click("CmdOK");
+        ASSERT_FALSE(dialogs.conflicts.isEmpty());
+        EXPECT_EQ(dialogs.conflicts[0].kind, ConflictQuestion::Gone);
+        EXPECT_EQ(contractLine("beizhu", contract).size(), own ? before : 0);
+        EXPECT_EQ(contractLine("beizhu", contract).count(typed), own ? 1 : 0);
+        EXPECT_EQ(database.value("select count(*) from yy_gw_wxht_h where htbh='{h}'", {{"h", contract}}), own ? 1 : 0);
+        EXPECT_FALSE(form.isBusy());
+    }
+}
+
+TEST_F(TwoDesktops, DeletingWhatAnotherChangedIsAskedAgain)
+{
+    database.elsewhere("insert into qb_pass(name,pass) values('新人','1')");
+    for (const bool own : {false, true}) {
+        sys_QXSZ form(nullptr);
+        const FormDriver drive(form);
+        drive.click("cmdmd");
+        const QString name = form.records().Fields("name").text();
+        database.elsewhere("update qb_pass set pass='{p}' where name='{n}'", {{"n", name}, {"p", own ? "2" : "3"}});
+        dialogs.conflicts.clear();
+        answerAll(own);
+        drive.click("Cmddelete");
+        ASSERT_EQ(dialogs.conflicts.size(), 1);
+        EXPECT_EQ(dialogs.conflicts[0].kind, ConflictQuestion::Deleting);
+        EXPECT_EQ(database.value("select count(*) from qb_pass where name='{n}'", {{"n", name}}), own ? 0 : 1);
+    }
+}
+
+TEST(ConflictDialog, IsAnsweredByKeyboard)
+{
+    const ConflictQuestion question{ConflictQuestion::Changed,
+                                    "外销合同 X1",
+                                    {{"客户名称", "A", "B", "A"}, {"电话", "1", "1", "2"}, {"传真", "x", "y", "z"}}};
+    const struct {
+        QList<int> keys; // in the table
+        QString button;
+        std::optional<ConflictAnswer> answer;
+    } cases[] = {
+        {{}, "chosen", ConflictAnswer{false, true, false}},
+        {{Qt::Key_Down, Qt::Key_Down, Qt::Key_Space}, "chosen", ConflictAnswer{false, true, true}},
+        {{}, "mine", ConflictAnswer{true, true, true}},
+        {{}, "theirs", ConflictAnswer{false, false, false}},
+        {{}, "back", std::nullopt},
+    };
+    for (const auto &c : cases) {
+        QTimer::singleShot(0, qApp, [&c] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            ASSERT_NE(dialog, nullptr);
+            auto *table = dialog->findChild<QTableWidget *>("fields");
+            EXPECT_EQ(dialog->focusWidget(), table);
+            for (const int key : c.keys)
+                QTest::keyClick(table, static_cast<Qt::Key>(key));
+            EXPECT_EQ(table->item(2, 2)->text(), "y");
+            auto *button = dialog->findChild<QAbstractButton *>(c.button);
+            button->setFocus();
+            QTest::keyClick(button, Qt::Key_Space);
+        });
+        EXPECT_EQ(ConflictDialog::ask(question, nullptr), c.answer) << c.button.toStdString();
+    }
+}
+
+} // namespace tradewick
