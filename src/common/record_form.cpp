@@ -447,7 +447,7 @@ void RecordForm::save()
                                      lockFields(false);
                                  };
                                  try {
-                                     if (!write() && hasRecord())
+                                     if (!write())
                                          back();
                                  } catch (const DataError &error) {
                                      if (error.number() == DataError::connectionLost)

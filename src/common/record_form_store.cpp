@@ -81,7 +81,7 @@ bool RecordForm::settle(const Conflict &conflict)
         if (!isLine && body().isOpen())
             body().Close(); // lines of a document that is no more
         conflict.set->resolve(conflict, std::nullopt);
-        return isLine;
+        return true;
     }
     QVariantList values = conflict.now;
     bool anyTyped = false;
