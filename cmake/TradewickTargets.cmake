@@ -38,10 +38,10 @@ function(tradewick_library folder)
   target_link_libraries(tradewick_${folder} PUBLIC ${ARG_DEPENDS} PRIVATE tradewick_options)
 endfunction()
 
-# tradewick_test(FOLDER DEPENDS ...): the test program of the current folder; each of its tests is two of ctest's, on
-# SQLite and, as "mariadb.…", on a server.
+# tradewick_test(FOLDER [ONCE] DEPENDS ...): the test program of the current folder; each of its tests is two of ctest's,
+# on SQLite and, as "mariadb.…", on a server. ONCE: the tests bring a server of their own.
 function(tradewick_test folder)
-  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "ONCE" "" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
   add_executable(test_${folder} ${sources})
   target_link_libraries(test_${folder} PRIVATE ${ARG_DEPENDS} tradewick_test_main tradewick_options)
@@ -51,6 +51,9 @@ function(tradewick_test folder)
     TEST_PREFIX ${folder}.
     DISCOVERY_MODE PRE_TEST
     PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
+  if(ARG_ONCE)
+    return()
+  endif()
   gtest_discover_tests(
     test_${folder}
     TEST_PREFIX mariadb.${folder}.
