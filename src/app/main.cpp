@@ -1,3 +1,4 @@
+#include "common/application.h"
 #include "common/dialogs.h"
 #include "data/data_error.h"
 #include "shell/picture.h"
@@ -22,31 +23,20 @@ void stopAt(const DataError &error)
     endProcess(1);
 }
 
-class Application : public QApplication
+class Program : public Application
 {
 public:
-    using QApplication::QApplication;
+    using Application::Application;
 
-    bool notify(QObject *receiver, QEvent *event) override
-    {
-        try {
-            return QApplication::notify(receiver, event);
-        } catch (const DataError &error) {
-            // A server that is away for a while ends nothing: the next action reaches it again.
-            if (error.number() == DataError::connectionLost)
-                dialogs().message(activeWindow(), error.text(), {}, MessageIcon::None);
-            else
-                stopAt(error);
-        }
-        return false;
-    }
+protected:
+    void unhandled(const DataError &error) override { stopAt(error); }
 };
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    Application application(argc, argv);
+    Program application(argc, argv);
     const QLocale chinese(QLocale::Chinese, QLocale::China);
     QLocale::setDefault(chinese);
     QTranslator translator;

@@ -65,7 +65,7 @@ void RecordForm::load()
     rebuildTree();
 }
 
-void RecordForm::run(Failure failure, std::initializer_list<std::function<void()>> steps)
+bool RecordForm::run(Failure failure, std::initializer_list<std::function<void()>> steps)
 {
     for (const auto &step : steps) {
         try {
@@ -77,9 +77,10 @@ void RecordForm::run(Failure failure, std::initializer_list<std::function<void()
             if (failure == Failure::None && !lost)
                 throw;
             dialogs().message(this, error.text(), {}, MessageIcon::None);
-            return;
+            return !lost;
         }
     }
+    return true;
 }
 
 // ---- fields and the record ----
@@ -225,8 +226,13 @@ void RecordForm::keyChanged(bool typedOver)
         return;
     m_bodyKey = key;
     if (typedOver && body().isOpen() && body().hasPendingChanges()) {
-        // The number is typed over: lines not stored yet go along with it, nothing typed is dropped.
+        // The number is typed over: lines not stored yet go along with it, nothing typed is dropped. Lines typed over
+        // those of a stored document, whose number a new one had by mistake, are the new one's own.
         const int column = body().columnIndex(m_spec.body.key);
+        if (records().isNew(records().absolutePosition())) {
+            body().takeOver(column, key);
+            return;
+        }
         for (int row = 0; row < body().RecordCount(); ++row)
             if (body().isNew(row))
                 body().setValueAt(row, column, key);
@@ -338,25 +344,39 @@ QString RecordForm::proposedKey()
 void RecordForm::add()
 {
     QString number;
-    run(m_spec.failures.add,
-        {[this] {
-             m_adding = true;
-             setBusy(true, true);
-         },
-         [&] { number = proposedKey(); },
-         [this] {
-             if (records().RecordCount() > 0)
-                 records().MoveLast();
-         },
-         [this] { records().AddNew(); }, [this] { lockFields(false); }, [this] { focusFirstField(); },
-         [&] {
-             if (!number.isEmpty())
-                 setFieldText(m_spec.fields.first().name, number);
-             for (const DefaultSpec &box : std::as_const(m_spec.tree.defaults))
-                 if (const QString text = defaultValue(box); !text.isEmpty())
-                     setFieldText(box.field, text);
-             afterAdd();
-         }});
+    const bool reached =
+        run(m_spec.failures.add,
+            {[this] {
+                 m_adding = true;
+                 setBusy(true, true);
+             },
+             [&] { number = proposedKey(); },
+             [this] {
+                 if (records().RecordCount() > 0)
+                     records().MoveLast();
+             },
+             [this] { records().AddNew(); }, [this] { lockFields(false); }, [this] { focusFirstField(); },
+             [&] {
+                 if (!number.isEmpty())
+                     setFieldText(m_spec.fields.first().name, number);
+                 // Lines under a number just proposed are another desktop's, which was faster.
+                 for (int tries = 0; tries < 10 && !number.isEmpty() && body().RecordCount() > 0; ++tries) {
+                     number = proposedKey();
+                     setFieldText(m_spec.fields.first().name, number);
+                 }
+                 for (const DefaultSpec &box : std::as_const(m_spec.tree.defaults))
+                     if (const QString text = defaultValue(box); !text.isEmpty())
+                         setFieldText(box.field, text);
+                 afterAdd();
+             }});
+    if (reached)
+        return;
+    // Without the server there is neither a number nor a record to type into.
+    m_adding = false;
+    setBusy(false);
+    lockFields(true);
+    if (hasRecord() && records().isNew(records().absolutePosition()))
+        records().CancelUpdate();
 }
 
 void RecordForm::edit()

@@ -160,8 +160,8 @@ protected:
     virtual void deleteRecord();
 
     // Runs steps as the failure behaviour says: Report stops at the first that fails, with its text; Skip passes over
-    // it; None lets the error out. A lost connection is reported whatever the behaviour.
-    void run(Failure failure, std::initializer_list<std::function<void()>> steps);
+    // it; None lets the error out. A lost connection is reported whatever the behaviour, and then false is given.
+    bool run(Failure failure, std::initializer_list<std::function<void()>> steps);
 
     QString fieldText(const QString &name) const;
     void setFieldText(const QString &name, const QString &text); // writes the record as typing does

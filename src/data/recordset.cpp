@@ -309,6 +309,24 @@ void Recordset::renewGone()
     Q_EMIT valueChanged(-1, -1);
 }
 
+void Recordset::takeOver(int column, const QVariant &value)
+{
+    for (int row = RecordCount() - 1; row >= 0; --row) {
+        qint64 &key = m_impl->keys[row];
+        if (!m_impl->pending.contains(key)) {
+            removeRow(row);
+            continue;
+        }
+        QVariantList values = m_impl->pending.take(key).values;
+        values[column] = value;
+        key = m_impl->nextTemporaryKey--;
+        m_impl->pending.insert(key, {values, {}, true, 0});
+    }
+    m_position = std::min(m_position, RecordCount() - 1);
+    Q_EMIT valueChanged(-1, -1);
+    Q_EMIT currentChanged();
+}
+
 bool Recordset::hasPendingChanges() const
 {
     return !m_impl->pending.isEmpty();

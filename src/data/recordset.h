@@ -116,6 +116,10 @@ public:
     // Lets every row that another desktop deleted wait to be stored anew, with the values that were read.
     void renewGone();
 
+    // Makes new rows of all that wait, with that value in the column, and lets go of the others: lines that were typed
+    // for one document go over to another and take nothing of the first along.
+    void takeOver(int column, const QVariant &value);
+
     // Rows by position from 0, for grids. absolutePosition is -1 before the first row and RecordCount behind the last.
     int absolutePosition() const { return m_position; }
     void setAbsolutePosition(int row);

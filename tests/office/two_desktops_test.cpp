@@ -207,6 +207,27 @@ TEST_F(TwoDesktops, DeletingWhatAnotherChangedIsAskedAgain)
     }
 }
 
+// A new contract that bears a stored one's number by mistake: what is typed there never ends in the stored one.
+TEST_F(TwoDesktops, LinesTypedUnderAnotherContractsNumberLeaveItAlone)
+{
+    const QStringList before = contractLine("beizhu");
+    YY_WXHT form;
+    const FormDriver drive(form);
+    auto *lines = drive.find<Grid>("TDBGrid1");
+    drive.click("Cmdadd");
+    drive.type("Text1(0)", "X260800001");
+    drive.typeCell(lines, 0, "beizhu", "new");
+    drive.click("CmdOK");
+    EXPECT_TRUE(dialogs.take().text.startsWith("编号重复"));
+    EXPECT_EQ(contractLine("beizhu"), before);
+    drive.click("Cmdedit");
+    drive.type("Text1(0)", "X260899999");
+    drive.click("CmdOK");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
+    EXPECT_EQ(contractLine("beizhu"), before);
+    EXPECT_EQ(contractLine("beizhu", "X260899999"), QStringList{"new"});
+}
+
 TEST(ConflictDialog, IsAnsweredByKeyboard)
 {
     const ConflictQuestion question{ConflictQuestion::Changed,

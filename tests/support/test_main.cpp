@@ -1,12 +1,12 @@
-// One QApplication for all tests of a program, without a display.
-#include <gtest/gtest.h>
+// One application object for all tests of a program, without a display.
+#include "common/application.h"
 
-#include <QApplication>
+#include <gtest/gtest.h>
 
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
+    tradewick::Application application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

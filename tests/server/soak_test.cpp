@@ -1,0 +1,226 @@
+// An office at work: eight desktops save contracts and count verification returns on one server, which is killed in the
+// middle and started again. What was reported as saved is there, whole, once; what was refused stays on its screen.
+#include "common/globals.h"
+#include "contracts/export_contract.h"
+#include "database/description.h"
+#include "support/form_driver.h"
+#include "support/scripted_dialogs.h"
+#include "support/test_server.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QSet>
+
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tradewick
+{
+
+using namespace test;
+
+namespace
+{
+
+constexpr int desktops = 8, linesOfContract = 3;
+constexpr const char *countReturn =
+    "update cy_hxd_wgj_ld set hs_fenshu=hs_fenshu+1 where Left(start, 3) = '{h}' and Left(endH, 3) = '{h}'";
+
+// How long they work; script/soak lets them go on for minutes.
+int seconds()
+{
+    const int given = qEnvironmentVariableIntValue("TRADEWICK_SOAK_SECONDS");
+    return given > 0 ? given : 12;
+}
+
+class Desktop
+{
+public:
+    Desktop(const QString &source, int number, int pipe) : m_number(number), m_pipe(pipe)
+    {
+        gConnStr = connectionStringOf(source);
+        gConn = Connection::shared(gConnStr);
+    }
+
+    void work()
+    {
+        YY_WXHT form;
+        const FormDriver drive(form);
+        auto *lines = drive.find<Grid>("TDBGrid1");
+        QElapsedTimer clock;
+        clock.start();
+        for (int i = 0; clock.elapsed() < seconds() * 1000; ++i) {
+            const QString mark = QStringLiteral("%1-%2").arg(m_number).arg(i);
+            drive.click("Cmdadd");
+            if (!form.isBusy() || form.records().EOF_()) {
+                give(drive, form, "?no entry begun");
+                continue;
+            }
+            drive.type("Text1(1)", mark);
+            for (int line = 0; line < linesOfContract; ++line)
+                drive.typeCell(lines, line, "beizhu", mark);
+            for (int attempt = 0; attempt < 2000 && !save(drive, form, mark, lines); ++attempt) {
+            }
+            countReturnOf(mark);
+        }
+    }
+
+private:
+    // True once the contract is stored. A number that another desktop was faster with is typed over.
+    bool save(const FormDriver &drive, RecordForm &form, const QString &mark, Grid *lines)
+    {
+        if (!form.isBusy()) {
+            drive.click("Cmdedit");
+            drive.type("Text1(0)", QStringLiteral("M%1").arg(mark));
+        }
+        m_dialogs.shown.clear();
+        const QString number = drive.text("Text1(0)");
+        drive.click("CmdOK");
+        if (!form.records().hasPendingChanges() && !form.isBusy()) {
+            tell("+" + number + " " + mark);
+            return true;
+        }
+        const QString told = m_dialogs.shown.isEmpty() ? QString("nothing") : m_dialogs.shown.first().text;
+        const bool expected = told.startsWith("编号重复") || told.startsWith("与数据库服务器的连接已中断") ||
+                              told.startsWith("其他用户正在保存");
+        if (!expected)
+            tell("?" + told + conflictText());
+        if (drive.text("Text1(1)") != mark || lines->model()->index(0, 0).row() != 0)
+            tell("?typed text is gone: " + drive.text("Text1(1)"));
+        tell(told.startsWith("编号重复") ? "twin" : "refused");
+        tell("trace " + mark + " " + told + QString::number(lines->model()->rowCount()) + " busy " + QString::number(form.isBusy()) + " key " + number);
+        ::usleep(20000);
+        return false;
+    }
+
+    // One more return of a lot: its row and its counter, together or not at all.
+    void countReturnOf(const QString &mark)
+    {
+        try {
+            gConn->transaction([&] {
+                gConn->Execute("insert into cy_hxd_gsly(hxdh,fpbh) values('{h}','{m}')", {{"h", "ABC"}, {"m", mark}});
+                gConn->Execute(countReturn, {{"h", "ABC"}});
+            });
+        } catch (const DataError &) {
+            tell("refused");
+        }
+    }
+
+    void give(const FormDriver &drive, RecordForm &form, const QString &word)
+    {
+        if (m_dialogs.shown.isEmpty())
+            tell(word);
+        m_dialogs.shown.clear();
+        if (form.isBusy())
+            drive.click("Cmdcancel");
+        ::usleep(20000);
+    }
+
+    QString conflictText() const
+    {
+        QString text = QStringLiteral("; %1 conflicts").arg(m_dialogs.conflicts.size());
+        if (!m_dialogs.conflicts.isEmpty())
+            for (const ConflictField &field : m_dialogs.conflicts.last().fields)
+                text += QStringLiteral("; %1: %2, %3, %4").arg(field.caption, field.read, field.now, field.typed);
+        return text;
+    }
+
+    void tell(const QString &line) const
+    {
+        const QByteArray bytes = line.simplified().toUtf8() + '\n';
+        [[maybe_unused]] const auto written = ::write(m_pipe, bytes.constData(), bytes.size());
+    }
+
+    ScriptedDialogs m_dialogs;
+    int m_number, m_pipe;
+};
+
+} // namespace
+
+TEST(Office, EightDesktopsLoseNothingWhileTheServerIsKilled)
+{
+    TestServer server({"--max-connections=200"});
+    server.run({"create database office"});
+    {
+        Connection connection;
+        connection.Open(connectionStringOf(server.source("office")));
+        for (const QString &statement : ddl(Engine::MariaDb))
+            connection.executeBound({statement, {}});
+        connection.Execute("insert into cy_hxd_wgj_ld(start,endh,hs_fenshu) values('ABC000001','ABC000100',0)");
+    }
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    QList<pid_t> children;
+    for (int number = 0; number < desktops; ++number) {
+        children.append(::fork());
+        if (children.last() == 0) {
+            Desktop(server.source("office"), number, ends[1]).work();
+            ::_exit(0);
+        }
+    }
+    ::close(ends[1]);
+    QByteArray told;
+    bool isKilled = false;
+    QElapsedTimer clock;
+    clock.start();
+    char buffer[65536];
+    for (pollfd wait{ends[0], POLLIN, 0};;) {
+        if (::poll(&wait, 1, 100) > 0) {
+            const ssize_t got = ::read(ends[0], buffer, sizeof buffer);
+            if (got <= 0)
+                break;
+            told.append(buffer, got);
+        }
+        if (!isKilled && clock.elapsed() > seconds() * 400) {
+            isKilled = true;
+            server.kill();
+            server.start();
+        }
+    }
+    ::close(ends[0]);
+    for (const pid_t child : std::as_const(children)) {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    }
+
+    QHash<QString, QString> reported; // mark of a contract by its number
+    int twins = 0, refused = 0;
+    for (const QByteArray &line : told.split('\n')) {
+        const QString text = QString::fromUtf8(line);
+        EXPECT_FALSE(text.startsWith(u'?')) << line.constData();
+        if (text.startsWith(u'+')) {
+            const QString number = text.mid(1).section(u' ', 0, 0);
+            EXPECT_FALSE(reported.contains(number)) << line.constData();
+            reported.insert(number, text.section(u' ', 1));
+        }
+        twins += text == "twin" ? 1 : 0;
+        refused += text == "refused" ? 1 : 0;
+    }
+    Connection connection;
+    connection.Open(connectionStringOf(server.source("office")));
+    QHash<QString, QString> stored;
+    for (const Values &bare : connection.rows("select htbh,gb from yy_gw_wxht_h where htbh not in (select htbh from yy_gw_wxht_b)"))
+        for (const QByteArray &line : told.split('\n'))
+            if (line.contains(bare["gb"].toByteArray()))
+                fprintf(stderr, "BARE %s %s: %s\n", qPrintable(bare["htbh"].toString()), qPrintable(bare["gb"].toString()), line.constData());
+    for (const Values &head : connection.rows("select htbh,gb from yy_gw_wxht_h"))
+        stored.insert(head["htbh"].toString(), head["gb"].toString());
+    EXPECT_EQ(stored, reported);
+    EXPECT_GT(stored.size(), desktops * 2);
+    EXPECT_GT(refused, 0);
+    for (const Values &contract : connection.rows("select htbh, count(*) as n from yy_gw_wxht_b group by htbh")) {
+        EXPECT_EQ(contract["n"].toInt(), linesOfContract) << contract["htbh"].toString().toStdString();
+        EXPECT_TRUE(stored.contains(contract["htbh"].toString()));
+    }
+    EXPECT_EQ(connection.rows("select htbh, count(*) as n from yy_wxht_rpt group by htbh").size(), stored.size());
+    EXPECT_EQ(connection.rows("select hs_fenshu as n from cy_hxd_wgj_ld").first()["n"],
+              connection.rows("select count(*) as n from cy_hxd_gsly").first()["n"]);
+    RecordProperty("contracts", static_cast<int>(stored.size()));
+    printf("%d contracts of %d desktops in %d s, %d numbers offered twice, %d saves refused and kept\n",
+           static_cast<int>(stored.size()), desktops, seconds(), twins, refused);
+}
+
+} // namespace tradewick
