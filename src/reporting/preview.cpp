@@ -1,6 +1,7 @@
 #include "reporting/preview.h"
 
 #include "common/dialogs.h"
+#include "common/flow_layout.h"
 #include "data/data_error.h"
 #include "reporting/excel_export.h"
 #include "reporting/painter.h"
@@ -90,7 +91,7 @@ struct ReportPreview::Tool {
 ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
     : QDialog(parent, Qt::Window), m_report(report),
       m_layouts(pages ? std::move(pages) : [&report](const Paper &paper) { return report.layout(paper); }),
-      m_view(new PageView(this)), m_bar(new QToolBar(this)), m_page(new QSpinBox(this)), m_count(new QLabel(this)),
+      m_view(new PageView(this)), m_tools(new QWidget(this)), m_page(new QSpinBox(this)), m_count(new QLabel(this)),
       m_sought(new QLineEdit(this)), m_status(new QLabel(this)), m_progressRow(new QWidget(this))
 {
     setObjectName(QStringLiteral("preview"));
@@ -109,8 +110,8 @@ ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
     m_sought->setMaximumWidth(160);
     m_sought->setClearButtonEnabled(true);
     m_status->setObjectName(QStringLiteral("status"));
-    m_bar->setObjectName(QStringLiteral("tools"));
-    m_bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    m_tools->setObjectName(QStringLiteral("tools"));
+    m_tools->setLayout(new FlowLayout(nullptr));
     addTools();
 
     auto *progress = new QProgressBar(this);
@@ -130,7 +131,7 @@ ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(m_bar);
+    column->addWidget(m_tools);
     column->addWidget(m_view, 1);
     column->addWidget(m_progressRow);
 
@@ -152,9 +153,10 @@ ReportPreview::~ReportPreview() = default;
 QList<QAction *> ReportPreview::tools() const
 {
     QList<QAction *> tools;
-    for (QAction *action : m_bar->actions())
-        if (action->data().isValid())
-            tools.append(action);
+    for (const QToolBar *bar : m_tools->findChildren<QToolBar *>())
+        for (QAction *action : bar->actions())
+            if (action->data().isValid())
+                tools.append(action);
     return tools;
 }
 
@@ -180,6 +182,13 @@ QAction *ReportPreview::addTool(const Tool &tool)
 
 void ReportPreview::addTools()
 {
+    // Two bars, of which the second stands below the first where the window is too narrow for both.
+    const auto addBar = [this] {
+        m_bar = new QToolBar(m_tools);
+        m_bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+        m_tools->layout()->addWidget(m_bar);
+    };
+    addBar();
     const auto step = [this](int pages) { m_view->goTo(m_view->currentPage() + pages); };
     addTool({1, "first", "首页", {QKeySequence("Ctrl+Home")}, [this] { m_view->goTo(0); }});
     addTool({2, "previous", "上一页", {QKeySequence("Alt+Left")}, [step] { step(-1); }});
@@ -192,7 +201,7 @@ void ReportPreview::addTools()
     addTool({6, "zoomOut", "缩小", {QKeySequence("Ctrl+-")}, [this] { m_view->zoomBy(-1); }});
     addTool({7, "fitWidth", "适合宽度", {QKeySequence("Ctrl+2")}, [this] { m_view->fitWidth(); }});
     addTool({8, "fitPage", "适合页面", {QKeySequence("Ctrl+1")}, [this] { m_view->fitPage(); }});
-    m_bar->addSeparator();
+    addBar();
     m_bar->addWidget(m_sought);
     addTool({9, "find", "查找", {QKeySequence("F3")}, [this] { find(); }});
     m_bar->addSeparator();
@@ -275,8 +284,12 @@ void ReportPreview::find()
 
 void ReportPreview::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        return; // of the search box; no button of the window is the one to press
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        // Of the button that has the focus, or of the search box; no button of the window is the one to press.
+        if (auto *button = qobject_cast<QAbstractButton *>(focusWidget()))
+            button->click();
+        return;
+    }
     // page keys count wherever the focus is; text fields take theirs before
     if (event->key() == Qt::Key_Escape || !m_view->handleKey(event->key()))
         QDialog::keyPressEvent(event);

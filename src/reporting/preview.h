@@ -57,7 +57,8 @@ private:
     Pages m_layouts;
     std::unique_ptr<Layout> m_layout; // as long as pages are missing
     PageView *m_view;
-    QToolBar *m_bar;
+    QWidget *m_tools;
+    QToolBar *m_bar = nullptr; // that tools are added to
     QSpinBox *m_page;
     QLabel *m_count;
     QLineEdit *m_sought;

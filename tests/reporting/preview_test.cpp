@@ -14,7 +14,6 @@
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QTest>
-#include <QToolBar>
 #include <QWheelEvent>
 
 namespace tradewick::test
@@ -306,8 +305,25 @@ TEST_F(PreviewTest, EveryControlHasNames)
         EXPECT_FALSE(control->accessibleName().isEmpty()) << control->objectName().toStdString();
         EXPECT_NE(control->focusPolicy() & Qt::TabFocus, 0) << control->objectName().toStdString();
     }
-    // all of it in the width of a small screen
-    EXPECT_LE(find<QToolBar>("tools")->sizeHint().width(), 1366);
+    // All of it in the width of a small screen, in two rows where that is at twice the scale.
+    for (const QSize &size : {QSize(1366, 700), QSize(683, 350)}) {
+        m_preview->resize(size);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(m_preview->size(), size);
+        for (const QAction *tool : m_preview->tools()) {
+            const auto *button = find<QWidget>(("tool_" + tool->objectName()).toLatin1().constData());
+            const QRect shown(button->mapTo(m_preview.get(), QPoint()), button->size());
+            EXPECT_TRUE(button->isVisible() && m_preview->rect().contains(shown)) << tool->text().toStdString();
+            EXPECT_GE(shown.width(), button->sizeHint().width()) << tool->text().toStdString();
+        }
+    }
+    auto *last = find<QWidget>("tool_excel");
+    int times = 0;
+    setExcelExporter([&times](const QVector<PagePtr> &, QWidget *) { ++times; });
+    last->setFocus();
+    QTest::keyClick(last, Qt::Key_Return);
+    QTest::keyClick(last, Qt::Key_Space);
+    EXPECT_EQ(times, 2);
 }
 
 } // namespace
