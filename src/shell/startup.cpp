@@ -85,8 +85,10 @@ bool OpenDataLink()
     QString database;
     const auto local = std::make_shared<Connection>();
     Recordset settings;
-    attempt([&] { local->Open(localConnectionString()); });
-    attempt([&] { settings.Open(QStringLiteral("select * from data_link"), {}, local); });
+    attempt([&] {
+        local->Open(localConnectionString());
+        settings.Open(QStringLiteral("select * from data_link"), {}, local);
+    });
     attempt([&] { settings.MoveFirst(); });
     attempt([&] { password = trimmedValue(settings, "Password"); });
     attempt([&] { user = trimmedValue(settings, "UserID"); });

@@ -88,7 +88,12 @@ TEST_F(StartUp, EndsInTheDialogWithoutARowAndUnhandledWithoutAFile)
     EXPECT_EQ(ends, QList{0});
 
     QFile::remove(m_folder.filePath("data_link.mdb"));
+    static QStringList warnings;
+    warnings.clear();
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { warnings.append(text); });
     EXPECT_THROW(Main(0ms), DataError);
+    qInstallMessageHandler(nullptr);
+    EXPECT_TRUE(warnings.filter("QSql").isEmpty()) << warnings.join('\n').toStdString();
     EXPECT_EQ(dialogs.take(), settingsAreWrong);
     EXPECT_EQ(window("frmSplash"), nullptr);
 }
