@@ -6,9 +6,11 @@
 #include "shell/process.h"
 #include "shell/side_bar.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QCloseEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -251,26 +253,40 @@ void main_FRM::layPicture(double below)
         m_picture->setGeometry(pixels(*area));
 }
 
+void main_FRM::keyPressEvent(QKeyEvent *event)
+{
+    // Enter presses the button that has the focus, as the space bar does.
+    auto *button = qobject_cast<QAbstractButton *>(focusWidget());
+    if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
 void main_FRM::place(QWidget *form, Placement placement) const
 {
-    const QRect free(m_picture->mapToGlobal(QPoint()), m_picture->size());
     const QRect screenArea = screen()->availableGeometry();
+    const QRect free = m_picture->geometry();
+    QRect area; // of the form with its frame
     switch (placement) {
-    case Placement::Centre: {
-        QRect area(QPoint(), form->sizeHint());
-        area.moveCenter(free.center());
+    case Placement::Centre:
+        area.setSize(form->sizeHint());
+        area.moveCenter(m_picture->mapToGlobal(m_picture->rect().center()));
         form->setGeometry(area);
-        break;
-    }
+        return;
     case Placement::FreeArea:
-        form->setGeometry(free & screenArea);
+        area = pixels({twips(free.left()) + 15, twips(m_toolBar->sizeHint().height()) * 2.5 - 50,
+                       twips(free.width()) - 30, twips(free.height()) - 300});
+        area.translate(geometry().left(), frameGeometry().top());
         break;
     case Placement::ScreenWidth:
-        form->setGeometry(
-            QRect(screenArea.left(), free.top() + pixels({0, 300, 0, 0}).top(), screenArea.width(), free.height()) &
-            screenArea);
+        area = pixels({twips(screenArea.left()), twips(frameGeometry().top() + free.top()) + 300,
+                       twips(screenArea.width()), twips(free.height())});
         break;
     }
+    area &= screenArea;
+    form->move(area.topLeft());
+    form->resize(area.size() - (frameGeometry().size() - size())); // its frame is as thick as this window's
 }
 
 } // namespace tradewick

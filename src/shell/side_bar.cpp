@@ -111,10 +111,6 @@ bool SideBar::eventFilter(QObject *watched, QEvent *event)
         case Qt::Key_Up:
             step(button, -1);
             return true;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            button->click();
-            return true;
         default:
             break;
         }

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QTime>
@@ -207,6 +208,35 @@ TEST_F(MainWindow, TheSideBarIsWorkedByKeyboard)
     EXPECT_EQ(QApplication::focusWidget()->accessibleName(), "业务管理");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
     EXPECT_EQ(QApplication::focusWidget()->accessibleName(), "系统设置"); // around the top
+}
+
+TEST_F(MainWindow, EnterPressesAToolThatHasTheFocus)
+{
+    QApplication::setActiveWindow(&mainWindow);
+    auto &tools = find<QWidget>(mainWindow, "Band7");
+    auto &about = find<QToolButton>(tools, "Tool19");
+    about.setFocus();
+    QTest::keyClick(&about, Qt::Key_Return);
+    EXPECT_NE(window("frmAbout"), nullptr);
+}
+
+TEST_F(MainWindow, FormsStandBelowTheToolBarWithTheirFrames)
+{
+    mainWindow.setGeometry(mainWindow.screen()->availableGeometry());
+    QCoreApplication::processEvents();
+    const auto &bar = find<QWidget>(mainWindow, "Band7");
+    const int below = bar.mapToGlobal(QPoint(0, bar.height())).y();
+    const int beside = mainWindow.mapToGlobal(QPoint(find<QWidget>(mainWindow, "Band8").width(), 0)).x();
+    for (const auto &[tool, form] : {std::pair("Tool88", "sys_bzsz"), {"Tool96", "YY_WXHT"}}) {
+        run(tool);
+        QWidget *shown = window(form);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(shown));
+        ASSERT_GT(shown->geometry().top(), shown->frameGeometry().top());
+        EXPECT_GE(shown->frameGeometry().top(), below) << form;
+        EXPECT_LT(shown->frameGeometry().top(), below + 60) << form;
+        EXPECT_TRUE(shown->frameGeometry().left() >= beside || shown->objectName() != "sys_bzsz");
+        EXPECT_TRUE(mainWindow.screen()->geometry().contains(shown->frameGeometry())) << form;
+    }
 }
 
 TEST_F(MainWindow, MenusOpenByKeyboard)
