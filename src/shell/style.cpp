@@ -16,6 +16,7 @@ QMenuBar { padding: 2px; border-bottom: 1px solid palette(midlight); }
 QMenuBar::item { padding: 4px 8px; border-radius: 4px; }
 QMenuBar::item:selected { background: palette(highlight); color: palette(highlighted-text); }
 QToolBar { spacing: 4px; padding: 4px; border: 0; border-bottom: 1px solid palette(mid); }
+#tools QToolBar { border: 0; }
 QToolBar QLabel { padding: 0 10px; }
 QToolBar QToolButton, #Band8 QToolButton { padding: 4px 8px; border: 1px solid transparent; border-radius: 4px; }
 QToolBar QToolButton:hover, #Band8 QToolButton:hover { background: palette(midlight); }
@@ -30,7 +31,10 @@ QStatusBar QLabel { padding: 2px 4px; }
 QPushButton { padding: 4px 14px; }
 QLineEdit, QPlainTextEdit, QTextEdit { padding: 2px 4px; border: 1px solid palette(mid); border-radius: 3px; background: palette(base); }
 QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus { border-color: palette(highlight); }
-QLineEdit:read-only, QPlainTextEdit:read-only, QTextEdit:read-only { background: palette(window); border-color: palette(midlight); }
+QLineEdit:read-only, QPlainTextEdit:read-only, QTextEdit:read-only, QLineEdit:disabled { background: palette(window); border-color: palette(midlight); }
+QLineEdit:read-only:focus, QPlainTextEdit:read-only:focus, QTextEdit:read-only:focus { border-color: palette(highlight); }
+QTableView, QTreeView { border: 1px solid palette(mid); }
+QTableView:focus, QTreeView:focus { border-color: palette(highlight); }
 QComboBox QLineEdit { border: 0; padding: 0; }
 QTableView { gridline-color: palette(midlight); }
 QHeaderView::section { padding: 4px 6px; border: 0; border-right: 1px solid palette(midlight); border-bottom: 1px solid palette(mid); background: palette(window); }

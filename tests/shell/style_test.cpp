@@ -1,0 +1,39 @@
+// What the program's style has to show.
+#include "shell/style.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTest>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+using namespace tradewick;
+
+TEST(Style, TheFocusShowsOnLockedFieldsAndListsToo)
+{
+    applyStyle(*qApp);
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *locked = new QLineEdit("locked", &window);
+    locked->setReadOnly(true);
+    for (QWidget *control :
+         {static_cast<QWidget *>(new QLineEdit("open", &window)), static_cast<QWidget *>(locked),
+          static_cast<QWidget *>(new QTableView(&window)), static_cast<QWidget *>(new QTreeView(&window))})
+        layout->addWidget(control);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QColor highlight = window.palette().color(QPalette::Highlight);
+    for (int i = 0; i < layout->count(); ++i) {
+        QWidget *control = layout->itemAt(i)->widget();
+        const auto edge = [control] { return control->grab().toImage().pixelColor(control->width() / 2, 0); };
+        for (int other = 0; other < layout->count(); ++other) {
+            layout->itemAt(other)->widget()->setFocus();
+            EXPECT_EQ(edge() == highlight, other == i) << control->metaObject()->className();
+        }
+    }
+    qApp->setStyleSheet({});
+}
