@@ -40,8 +40,23 @@ void ComboField::keyPressEvent(QKeyEvent *event)
 {
     const bool changes = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down || event->key() == Qt::Key_PageUp ||
                          event->key() == Qt::Key_PageDown;
-    if (!(m_readOnly && changes))
+    if (m_readOnly && changes)
+        return;
+    // Stepping through the items would change the value unseen, and pass over the first one.
+    if (event->key() == Qt::Key_Down && !(event->modifiers() & ~Qt::KeypadModifier))
+        showPopup();
+    else
         QComboBox::keyPressEvent(event);
+}
+
+// A locked field has no list to open, and its arrow says so.
+void ComboField::initStyleOption(QStyleOptionComboBox *option) const
+{
+    QComboBox::initStyleOption(option);
+    if (!m_readOnly)
+        return;
+    option->state &= ~QStyle::State_Enabled;
+    option->palette.setCurrentColorGroup(QPalette::Disabled);
 }
 
 // The wheel scrolls the form; a value must not change because the pointer passed.

@@ -21,6 +21,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void initStyleOption(QStyleOptionComboBox *option) const override;
 
 private:
     bool m_readOnly = false;

@@ -39,16 +39,14 @@ PictureField::PictureField(const PictureSpec &spec, QWidget *parent)
     m_image->installEventFilter(this);
     m_path->setAccessibleName(QStringLiteral("徽标文件"));
     m_path->setPlaceholderText(QStringLiteral("徽标文件"));
+    m_path->installEventFilter(this);
     auto *buttons = new QHBoxLayout;
     const auto add = [&](const char *name, const QString &caption, const std::function<void()> &action) {
         auto *button = new QPushButton(caption, this);
         button->setObjectName(name);
         button->setAccessibleName(caption);
-        button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, [this, action] {
-            if (!m_path->isReadOnly())
-                action();
-        });
+        button->setAutoDefault(true); // Enter presses it as the space bar does
+        connect(button, &QPushButton::clicked, this, action);
         buttons->addWidget(button);
     };
     add("Command1", QStringLiteral("设置徽标"), [this] { choose(); });
@@ -100,8 +98,11 @@ void PictureField::paintEvent(QPaintEvent *event)
 
 bool PictureField::eventFilter(QObject *watched, QEvent *event)
 {
-    if (m_spec.clickChooses && event->type() == QEvent::MouseButtonRelease && !m_path->isReadOnly() &&
-        static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
+    if (event->type() == QEvent::ReadOnlyChange)
+        for (QPushButton *button : findChildren<QPushButton *>())
+            button->setEnabled(!m_path->isReadOnly());
+    if (watched == m_image && m_spec.clickChooses && event->type() == QEvent::MouseButtonRelease &&
+        !m_path->isReadOnly() && static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
         choose();
     return QWidget::eventFilter(watched, event);
 }

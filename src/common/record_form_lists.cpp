@@ -104,6 +104,7 @@ void RecordForm::buildTree(QBoxLayout *layout)
         box->setObjectName(m_spec.tree.chosen);
         box->setAccessibleName(m_spec.tree.root);
         box->setReadOnly(true);
+        box->setFocusPolicy(Qt::ClickFocus);
         layout->addWidget(box);
         connect(m_tree, &BranchTree::chosen, box, [this, box] { box->setText(m_tree->chosenText()); });
     }

@@ -6,6 +6,12 @@ namespace tradewick
 namespace
 {
 
+// The bank's name and addresses bear the same labels as the company's; a frame tells them apart.
+FieldSpec ofBank(const QString &name, const QString &column, const QString &caption)
+{
+    return {.name = name, .column = column, .caption = caption, .group = QStringLiteral("银行资料")};
+}
+
 const RecordFormSpec companySpec = {
     .name = "sys_gssz",
     .caption = "公司名称设置",
@@ -25,15 +31,15 @@ const RecordFormSpec companySpec = {
                {"Text(12)", "SWDJH", "税务登记号:"},
                {"Text(14)", "GS_Email", "E_Mail号:"},
                {"Combo1", "gSXZ", "公司性质:", FieldKind::Combo},
-               {"Text(13)", "BANK_Name", "开户银行:"},
-               {"Text(15)", "BANK_DZ", "中文地址:"},
-               {"Text(16)", "BANK_En", "英文名称:"},
-               {"Text(17)", "BANk_DE", "英文地址:"},
-               {"Text(18)", "SWift_Code", "Swiftcode:"},
-               {"Text(19)", "BANK_Code", "银行账号:"},
-               {"Text(20)", "Bank_Fax", "传真号码:"},
-               {"Text(21)", "Bank_Phone", "电话号码:"},
-               {"Text1", "LOGO", "", FieldKind::Picture, 0, 2}},
+               {"Text1", "LOGO", "", FieldKind::Picture},
+               ofBank("Text(13)", "BANK_Name", "开户银行:"),
+               ofBank("Text(15)", "BANK_DZ", "中文地址:"),
+               ofBank("Text(16)", "BANK_En", "英文名称:"),
+               ofBank("Text(17)", "BANk_DE", "英文地址:"),
+               ofBank("Text(18)", "SWift_Code", "Swiftcode:"),
+               ofBank("Text(19)", "BANK_Code", "银行账号:"),
+               ofBank("Text(20)", "Bank_Fax", "传真号码:"),
+               ofBank("Text(21)", "Bank_Phone", "电话号码:")},
     .pairsInRow = 2,
     .list = {{"gsBH", "公司编号"}, {"gsmC", "公司名称"}},
     .required = {{"Text(0)", "编号或名称不能为空"}, {"Text(1)", "编号或名称不能为空"}},

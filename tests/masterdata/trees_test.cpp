@@ -8,7 +8,9 @@
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
 
+#include <QAbstractItemView>
 #include <QElapsedTimer>
+#include <QGroupBox>
 #include <QImage>
 #include <QLabel>
 #include <QTreeView>
@@ -171,6 +173,32 @@ TEST_F(Trees, StaffHangUnderTheirDepartmentByItsKey)
     drive.click("Cmdcancel");
 }
 
+TEST_F(Trees, BoxesAndTreeAreReachedByKeys)
+{
+    department("B0001", "First", "无");
+    department("B0002", "Second", "无");
+    RecordForm departments(Sys_bmsz);
+    const FormDriver drive(departments);
+    auto *parents = drive.find<QComboBox>("Combo1");
+    parents->setFocus();
+    drive.press("Combo1", Qt::Key_Down);
+    ASSERT_TRUE(parents->view()->isVisible());
+    QTest::keyClick(parents->view(), Qt::Key_Return);
+    EXPECT_EQ(parents->currentText(), "First|B0001"); // the first is not stepped over
+    drive.click("Cmdadd");
+    EXPECT_EQ(drive.text("Text(2)"), "First");
+    drive.click("Cmdcancel");
+
+    sys_gzry staff;
+    const FormDriver keys(staff);
+    keys.control("TDBGrid3")->setFocus();
+    keys.press("TDBGrid3", Qt::Key_Backtab);
+    ASSERT_EQ(keys.focused(), "TreeView1"); // not the box that tells what is chosen there
+    keys.press("TreeView1", Qt::Key_Down);
+    keys.press("TreeView1", Qt::Key_Return);
+    EXPECT_EQ(keys.text("Text1"), "First|B0001");
+}
+
 TEST_F(Trees, ALargeCompanyOpensWithoutAWait)
 {
     database.connection().transaction([this] {
@@ -270,11 +298,25 @@ TEST_F(Trees, TheCompanysLogoIsChosenByAClickAndEmptiedForGood)
     run("insert into sys_gsmc(gsbh,gsmc,e_gsmc) values('1','公司','Company')");
     sys_gssz form;
     const FormDriver drive(form);
+    const auto groupOf = [&](const char *name) {
+        const auto *group = qobject_cast<QGroupBox *>(drive.control(name)->parentWidget());
+        return group ? group->title() : QString();
+    };
+    EXPECT_EQ(groupOf("Text(16)"), "银行资料"); // two fields are called 英文名称
+    EXPECT_EQ(groupOf("Text(2)"), "");
+    const auto arrow = [kind = drive.find<QComboBox>("Combo1")] {
+        return kind->grab(QRect(kind->width() - 20, 0, 20, kind->height())).toImage();
+    };
+    const QImage locked = arrow();
+    EXPECT_FALSE(drive.enabled("Command1") || drive.enabled("Command2"));
     const QString path = folder.filePath("logo.jpg");
     dialogs.typed = path;
     QTest::mouseClick(drive.control("Image1"), Qt::LeftButton);
     EXPECT_TRUE(dialogs.shown.isEmpty());
     drive.click("Cmdedit");
+    EXPECT_NE(arrow(), locked);
+    drive.press("Command1", Qt::Key_Return);
+    EXPECT_EQ(dialogs.take().text, "选取图标对话框");
     QTest::mouseClick(drive.control("Image1"), Qt::LeftButton);
     EXPECT_EQ(dialogs.take().text, "选取图标对话框");
     EXPECT_EQ(drive.text("Text1"), path);
