@@ -48,11 +48,8 @@ bool RecordForm::keyInField(QWidget *field, int key)
         return false;
     if (text && !text->textCursor().atEnd() && key == Qt::Key_Down)
         return false;
-    if (auto *combo = qobject_cast<QComboBox *>(field)) {
-        if (key == Qt::Key_Down)
-            combo->showPopup();
-        return true;
-    }
+    if (qobject_cast<QComboBox *>(field))
+        return key == Qt::Key_Up; // down opens its list
     if (!name.contains(u'('))
         return false;
     const QString array = arrayOf(name);
@@ -101,6 +98,10 @@ bool RecordForm::eventFilter(QObject *watched, QEvent *event)
     }
     if (event->type() == QEvent::InputMethod)
         m_composing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
+    if (m_pickerGrid && watched == m_pickerGrid && event->type() == QEvent::Show)
+        // The lines have made room for it; the cell that is typed into stays in sight.
+        QMetaObject::invokeMethod(
+            this, [this] { m_bodyGrid->scrollTo(m_bodyGrid->currentIndex()); }, Qt::QueuedConnection);
     if (m_pickerGrid && watched == m_pickerGrid && event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
         hidePicker();

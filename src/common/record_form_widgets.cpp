@@ -20,6 +20,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tradewick
 {
 
@@ -54,14 +56,13 @@ void RecordForm::build()
     m_list = new Grid("TDBGrid3", QStringLiteral("记录列表"), left);
     m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_list->showRecords(records(), m_spec.list);
+    m_list->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // keys are never cut
+    m_list->horizontalHeader()->setStretchLastSection(true);                            // names have what room there is
     leftLayout->addWidget(m_list, 1);
 
     auto *scroll = new QScrollArea(splitter);
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
-    m_state = new QLabel(content);
-    m_state->setObjectName("state");
-    layout->addWidget(m_state, 0, Qt::AlignRight);
     if (m_spec.pages.isEmpty()) {
         layout->addWidget(buildPage(0));
     } else {
@@ -73,7 +74,12 @@ void RecordForm::build()
             m_tabs->addTab(buildPage(page), m_spec.pages[page]);
             m_tabs->setTabToolTip(page, QStringLiteral("Alt+%1").arg(page + 1));
             auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(page + 1)), this);
-            connect(shortcut, &QShortcut::activated, this, [this, page] { m_tabs->setCurrentIndex(page); });
+            // The keys typed next belong to the tab that is shown.
+            connect(shortcut, &QShortcut::activated, this, [this, page] {
+                const auto first = std::find_if(m_spec.fields.cbegin(), m_spec.fields.cend(),
+                                                [page](const FieldSpec &field) { return field.page == page; });
+                focusField(first->name);
+            });
         }
         layout->addWidget(m_tabs);
     }
@@ -89,6 +95,7 @@ void RecordForm::build()
         layout->addStretch(1);
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
     scroll->setFrameShape(QFrame::NoFrame);
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 3);
@@ -106,6 +113,7 @@ QWidget *RecordForm::buildPage(int page)
     QGridLayout *grid = nullptr;
     QString group;
     int row = 0, pair = 0, pairs = 0;
+    bool hasLongText = false;
     for (const FieldSpec &field : std::as_const(m_spec.fields)) {
         if (field.page != page)
             continue;
@@ -115,7 +123,7 @@ QWidget *RecordForm::buildPage(int page)
             column->addWidget(frame);
             grid = new QGridLayout(frame);
             row = pair = 0;
-            pairs = group.isEmpty() ? m_spec.pairsInRow : checksInRow;
+            pairs = field.kind == FieldKind::Check ? checksInRow : m_spec.pairsInRow;
             for (int i = 0; i < pairs; ++i)
                 grid->setColumnStretch(i * 2 + 1, 1);
         }
@@ -130,11 +138,18 @@ QWidget *RecordForm::buildPage(int page)
             auto *label = new QLabel(field.caption, widget);
             label->setBuddy(control);
             grid->addWidget(label, row, pair * 2, Qt::AlignRight | Qt::AlignVCenter);
-            grid->addWidget(control, row, pair * 2 + 1, 1, field.span * 2 - 1);
+            // A field of one line lets its row be as high as a long text beside it.
+            const auto align = field.kind == FieldKind::LongText ? Qt::Alignment() : Qt::AlignVCenter;
+            grid->addWidget(control, row, pair * 2 + 1, 1, field.span * 2 - 1, align);
+        }
+        if (field.kind == FieldKind::LongText) {
+            grid->setRowStretch(row, 1); // long texts take what height is left
+            hasLongText = true;
         }
         pair += field.span;
     }
-    column->addStretch(1);
+    if (!hasLongText)
+        column->addStretch(1);
     return widget;
 }
 
@@ -158,13 +173,8 @@ QWidget *RecordForm::buildField(const FieldSpec &field)
         auto *text = new QPlainTextEdit(this);
         text->setTabChangesFocus(true);
         text->setToolTip(QStringLiteral("Shift+Enter 换行"));
-        const int height = text->fontMetrics().lineSpacing() * linesOfLongText + 12;
-        if (field.caption.isEmpty()) { // alone on its tab, as large as the tab is
-            text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-            text->setMinimumHeight(height);
-        } else {
-            text->setFixedHeight(height);
-        }
+        text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+        text->setMinimumHeight(text->fontMetrics().lineSpacing() * linesOfLongText + 12);
         widget = text;
         break;
     }
@@ -211,8 +221,9 @@ void RecordForm::buildBody(QBoxLayout *layout)
 {
     m_bodyGrid = new Grid("TDBGrid1", QStringLiteral("商品明细"), this);
     m_bodyGrid->showRecords(body(), m_spec.body.columns);
+    m_bodyGrid->horizontalHeader()->setStretchLastSection(true);
     m_bodyGrid->setEnterColumns(m_spec.body.enterColumns);
-    m_bodyGrid->setMinimumHeight(m_bodyGrid->verticalHeader()->defaultSectionSize() * 6);
+    m_bodyGrid->setMinimumHeight(m_bodyGrid->verticalHeader()->defaultSectionSize() * 5);
     layout->addWidget(m_bodyGrid, 1);
     connect(m_bodyGrid, &Grid::cellEdited, this,
             [this](int, const QString &column) { run(Failure::Report, {[this, column] { bodyCellEdited(column); }}); });
@@ -238,10 +249,13 @@ void RecordForm::buildBody(QBoxLayout *layout)
     m_pickerGrid = new Grid("TDBGrid2", QStringLiteral("商品选择"), this);
     m_pickerGrid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_pickerGrid->showRecords(picker(), m_spec.body.picker);
-    m_pickerGrid->setFixedHeight(m_pickerGrid->verticalHeader()->defaultSectionSize() * 7);
+    // The rows that fit stand below the lines; on a small screen the lines make room.
+    m_pickerGrid->setMinimumHeight(m_pickerGrid->verticalHeader()->defaultSectionSize() * 5);
+    m_pickerGrid->setMaximumHeight(m_pickerGrid->verticalHeader()->defaultSectionSize() * 8);
+    m_pickerGrid->setFocusPolicy(Qt::ClickFocus); // down goes into it; Tab goes on, and Enter then picks nothing
     m_pickerGrid->installEventFilter(this);
     m_pickerGrid->hide();
-    layout->addWidget(m_pickerGrid);
+    layout->addWidget(m_pickerGrid, 1);
     connect(m_bodyGrid, &Grid::downInEditor, this, [this] {
         if (!m_pickerGrid->isVisible() || picker().RecordCount() == 0)
             return;
@@ -275,7 +289,7 @@ QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button,
     // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
     connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
     push->setToolTip(button.shortcut);
-    push->setAutoDefault(false);
+    push->setAutoDefault(true); // Enter presses it as the space bar does
     connect(push, &QPushButton::clicked, this, action);
     layout->addWidget(push);
     m_buttons.insert(button.name, push);
@@ -302,6 +316,9 @@ QWidget *RecordForm::buildButtons()
     if (!m_spec.find.column.isEmpty())
         addButton(layout, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
     layout = group();
+    m_state = new QLabel(bar); // beside what changes it, and never scrolled out of sight
+    m_state->setObjectName("state");
+    layout->addWidget(m_state);
     addButton(layout, {"Cmdadd", captions[4], "Ctrl+N"}, [this] { add(); });
     addButton(layout, {"Cmddelete", captions[5], "Alt+D"}, [this] { deleteRecord(); });
     addButton(layout, {"Cmdedit", captions[6], "Alt+E"}, [this] { edit(); });
@@ -313,6 +330,14 @@ QWidget *RecordForm::buildButtons()
     for (const ButtonSpec &button : std::as_const(m_spec.printButtons))
         addButton(layout, button, [this, name = button.name] { print(name); });
     addButton(layout, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { close(); });
+    // Behind the last field comes what ends an Add or Edit, not what would leave the record.
+    QWidget *before = m_buttons["CmdOK"];
+    for (const char *name :
+         {"Cmdcancel", "cmdqd", "cmdxq", "cmdnext", "cmdmd", "Cmd_find", "Cmdadd", "Cmddelete", "Cmdedit"})
+        if (QWidget *button = m_buttons.value(name)) {
+            setTabOrder(before, button);
+            before = button;
+        }
     return bar;
 }
 

@@ -161,6 +161,47 @@ TEST_F(Contract, KeysOfTheButtonsWorkFromWithinAField)
     drive.click("Cmdreturn");
 }
 
+TEST_F(Contract, ATabsKeyLeadsToItsFields)
+{
+    const FormDriver drive = open();
+    form->resize(1360, 580);
+    drive.click("Cmdedit");
+    for (const auto &[key, field] :
+         {std::pair(Qt::Key_2, "Text1(13)"), {Qt::Key_3, "Text1(23)"}, {Qt::Key_1, "Text1(0)"}}) {
+        lines()->setFocus();
+        QTest::keyClick(lines(), key, Qt::AltModifier);
+        EXPECT_EQ(drive.focused(), field); // what is typed next would go into the lines
+    }
+    // Long texts take the height that their tab has.
+    const int tab = drive.control("SSTab1")->height();
+    const auto heightOf = [&](Qt::Key key, const char *field) {
+        QTest::keyClick(form.get(), key, Qt::AltModifier);
+        QApplication::processEvents();
+        return drive.control(field)->height();
+    };
+    EXPECT_GT(heightOf(Qt::Key_3, "Text1(23)"), tab / 2);
+    EXPECT_GT(heightOf(Qt::Key_2, "Text1(19)"), form->fontMetrics().lineSpacing() * 3);
+}
+
+TEST_F(Contract, LinesAndPickerShareASmallScreen)
+{
+    const FormDriver drive = open();
+    form->resize(1360, 580);
+    drive.click("Cmdedit");
+    lines()->setFocus();
+    lines()->editCell(lines()->model()->rowCount() - 1, "cpbh");
+    QTest::keyClick(lines()->cellEditor(), Qt::Key_M);
+    QApplication::processEvents();
+    ASSERT_TRUE(pickerGrid()->isVisible());
+    EXPECT_EQ(pickerGrid()->visibleRegion().boundingRect(), pickerGrid()->rect());
+    EXPECT_TRUE(lines()->viewport()->rect().contains(lines()->cellEditor()->geometry().center()));
+    lines()->commitEditor();
+    lines()->setFocus();
+    drive.press("TDBGrid1", Qt::Key_Tab);
+    EXPECT_EQ(drive.focused(), "CmdOK"); // Enter there picks no row
+    drive.click("Cmdcancel");
+}
+
 TEST_F(Contract, TheLinesLeaveAnInputMethodItsKeys)
 {
     const FormDriver drive = open();

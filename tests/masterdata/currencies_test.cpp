@@ -193,6 +193,37 @@ TEST_F(Currencies, EnterAndArrowsMoveAlongTheFields)
     EXPECT_EQ(drive.focused(), "Text(3)");
 }
 
+TEST_F(Currencies, EnterLeadsThroughTheFieldsToOkAndPressesIt)
+{
+    insert("$0001", "USD");
+    const FormDriver drive = open();
+    drive.control("TDBGrid3")->setFocus();
+    drive.press("TDBGrid3", Qt::Key_Tab);
+    EXPECT_EQ(drive.focused(), "Text(0)"); // no stop between that shows nowhere
+    drive.click("Cmdadd");
+    drive.type("Text(1)", "EUR");
+    drive.control("Text(0)")->setFocus();
+    for (const char *field : {"Text(0)", "Text(1)", "Text(2)", "Text(3)"})
+        drive.press(field, Qt::Key_Return);
+    ASSERT_EQ(drive.focused(), "CmdOK");
+    drive.press("CmdOK", Qt::Key_Return);
+    EXPECT_FALSE(form->isBusy());
+    EXPECT_EQ(database.value("select bizh from sys_bzsz where bzbh='$0002'"), "EUR");
+    EXPECT_EQ(drive.focused(), "Text(0)");
+}
+
+TEST_F(Currencies, TheListShowsItsKeysInFull)
+{
+    const FormDriver drive = open();
+    const auto *list = drive.find<Grid>("TDBGrid3");
+    const QString key = "$0001 and much more";
+    drive.click("Cmdadd");
+    drive.type("Text(0)", key);
+    QApplication::processEvents();
+    EXPECT_GE(list->columnWidth(0), list->fontMetrics().horizontalAdvance(key));
+    EXPECT_GE(list->columnViewportPosition(1) + list->columnWidth(1), list->viewport()->width());
+}
+
 TEST_F(Currencies, AnyTextComesBackAsTyped)
 {
     const FormDriver drive = open();
