@@ -45,6 +45,7 @@ void RecordForm::buildDateFilter(QBoxLayout *layout)
     label->setBuddy(picker);
     auto *all = new QPushButton(QStringLiteral("全部"), this);
     all->setObjectName("Cmd_all");
+    all->setAutoDefault(true);
     all->setAccessibleName(QStringLiteral("显示全部记录"));
     row->addWidget(label);
     row->addWidget(picker, 1);

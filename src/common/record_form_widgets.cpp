@@ -123,6 +123,8 @@ QWidget *RecordForm::buildPage(int page)
             column->addWidget(frame);
             grid = new QGridLayout(frame);
             row = pair = 0;
+            if (!group.isEmpty())
+                grid->setContentsMargins(10, 4, 10, 4); // many groups have to fit a small screen
             pairs = field.kind == FieldKind::Check ? checksInRow : m_spec.pairsInRow;
             for (int i = 0; i < pairs; ++i)
                 grid->setColumnStretch(i * 2 + 1, 1);

@@ -40,7 +40,7 @@ frmODBCLogon::frmODBCLogon(QWidget *parent) : QDialog(parent)
         buttons->addWidget(button);
         return button;
     };
-    addButton("Cmdtry", QStringLiteral("试连"), [this] { tryConnection(); })->setAutoDefault(false);
+    addButton("Cmdtry", QStringLiteral("试连"), [this] { tryConnection(); });
     buttons->addStretch();
     addButton("cmdOK", QStringLiteral("确认"), [this] { save(); })->setDefault(true);
     addButton("cmdCancel", QStringLiteral("返回"), [this] { close(); });

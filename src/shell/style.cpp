@@ -38,8 +38,8 @@ QTableView:focus, QTreeView:focus { border-color: palette(highlight); }
 QComboBox QLineEdit { border: 0; padding: 0; }
 QTableView { gridline-color: palette(midlight); }
 QHeaderView::section { padding: 4px 6px; border: 0; border-right: 1px solid palette(midlight); border-bottom: 1px solid palette(mid); background: palette(window); }
-#state { padding: 2px 12px; border-radius: 4px; background: palette(midlight); }
-#state[busy="true"] { background: palette(highlight); color: palette(highlighted-text); }
+#state { padding: 4px 10px; border-left: 6px solid palette(mid); }
+#state[busy="true"] { border-left-color: palette(highlight); background: palette(base); font-weight: bold; }
 #lblTitle, #brand { font-size: 14pt; font-weight: bold; }
 )";
 
