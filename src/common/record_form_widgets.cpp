@@ -4,6 +4,7 @@
 #include "common/record_form.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCompleter>
 #include <QGroupBox>
@@ -30,12 +31,28 @@ namespace
 
 constexpr int linesOfLongText = 2;
 constexpr int checksInRow = 4;
+constexpr int narrowestField = 12; // characters that a field shows on the smallest screen
 
 QString withoutColon(QString caption)
 {
     while (caption.endsWith(u':') || caption.endsWith(u'：') || caption.endsWith(u' '))
         caption.chop(1);
     return caption.startsWith(u'*') ? caption.mid(1) : caption;
+}
+
+// Scrolls the form along with the cell of a grid that has the focus, however the focus came there.
+void keepInSight(const Grid *grid, QWidget *form)
+{
+    const auto follow = [grid, form] {
+        if (!grid->hasFocus() && !grid->isAncestorOf(QApplication::focusWidget()))
+            return;
+        auto *scroll = form->findChild<QScrollArea *>();
+        const QRect cell = grid->visualRect(grid->currentIndex());
+        const QPoint at = grid->viewport()->mapTo(scroll->widget(), cell.center());
+        scroll->ensureVisible(at.x(), at.y(), cell.width() / 2, cell.height());
+    };
+    QObject::connect(grid->selectionModel(), &QItemSelectionModel::currentChanged, grid, follow, Qt::QueuedConnection);
+    QObject::connect(qApp, &QApplication::focusChanged, grid, follow);
 }
 
 } // namespace
@@ -184,6 +201,7 @@ QWidget *RecordForm::buildField(const FieldSpec &field)
         widget = new QLineEdit(this);
     }
     widget->setObjectName(field.name);
+    widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
     const QString name = withoutColon(field.caption);
     if (!name.isEmpty() || widget->accessibleName().isEmpty())
         widget->setAccessibleName(name.isEmpty() && !m_spec.pages.isEmpty() ? m_spec.pages[field.page] : name);
@@ -225,6 +243,7 @@ void RecordForm::buildBody(QBoxLayout *layout)
     m_bodyGrid->showRecords(body(), m_spec.body.columns);
     m_bodyGrid->horizontalHeader()->setStretchLastSection(true);
     m_bodyGrid->setEnterColumns(m_spec.body.enterColumns);
+    keepInSight(m_bodyGrid, this);
     m_bodyGrid->setMinimumHeight(m_bodyGrid->verticalHeader()->defaultSectionSize() * 5);
     layout->addWidget(m_bodyGrid, 1);
     connect(m_bodyGrid, &Grid::cellEdited, this,
@@ -251,6 +270,7 @@ void RecordForm::buildBody(QBoxLayout *layout)
     m_pickerGrid = new Grid("TDBGrid2", QStringLiteral("商品选择"), this);
     m_pickerGrid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_pickerGrid->showRecords(picker(), m_spec.body.picker);
+    keepInSight(m_pickerGrid, this);
     // The rows that fit stand below the lines; on a small screen the lines make room.
     m_pickerGrid->setMinimumHeight(m_pickerGrid->verticalHeader()->defaultSectionSize() * 5);
     m_pickerGrid->setMaximumHeight(m_pickerGrid->verticalHeader()->defaultSectionSize() * 8);

@@ -202,6 +202,33 @@ TEST_F(Contract, LinesAndPickerShareASmallScreen)
     drive.click("Cmdcancel");
 }
 
+TEST_F(Contract, WhatIsTypedIsInSightOnAScreenAtTwiceTheScale)
+{
+    const FormDriver drive = open();
+    form->resize(680, 230);
+    drive.click("Cmdedit");
+    QTest::keyClick(form.get(), Qt::Key_3, Qt::AltModifier);
+    drive.press("Text1(23)", Qt::Key_Return);
+    ASSERT_EQ(drive.focused(), "TDBGrid1");
+    const auto inSight = [](const Grid *grid) {
+        QApplication::processEvents();
+        const QPoint at = grid->visualRect(grid->currentIndex()).center();
+        return grid->viewport()->visibleRegion().contains(at);
+    };
+    for (int row : {0, 3, 5, 29}) {
+        lines()->setCurrentIndex(lines()->model()->index(row, 0));
+        EXPECT_TRUE(inSight(lines())) << row;
+    }
+    lines()->editCell(lines()->currentIndex().row(), "cpbh");
+    QTest::keyClick(lines()->cellEditor(), Qt::Key_M);
+    EXPECT_TRUE(inSight(lines()));
+    QTest::keyClick(lines()->cellEditor(), Qt::Key_Down);
+    EXPECT_TRUE(pickerGrid()->hasFocus() && inSight(pickerGrid()));
+    drive.click("Cmdcancel");
+    QTest::keyClick(form.get(), Qt::Key_2, Qt::AltModifier);
+    EXPECT_GE(drive.control("Text1(20)")->width(), form->fontMetrics().averageCharWidth() * 12);
+}
+
 TEST_F(Contract, TheLinesLeaveAnInputMethodItsKeys)
 {
     const FormDriver drive = open();
