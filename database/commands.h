@@ -1,35 +1,25 @@
-// What the program does with a database file; main.cpp reads the command line.
+// What the program does with one database; main.cpp reads the command line.
 #pragma once
 
-#include <QString>
-
-#include <stdexcept>
+#include "database/source.h"
 
 class QTextStream;
 
 namespace tradewick
 {
 
-// A command that could not be carried out; what() is the sentence for the user.
-class CommandError : public std::runtime_error
-{
-public:
-    explicit CommandError(const QString &sentence) : std::runtime_error(sentence.toStdString()) {}
-};
+// Each throws CommandError or DataError, and then has left the database as it was, or has made none.
 
-// Each throws CommandError, and then has left the file as it was, or has made none.
-
-// Makes a new SQLite database of all tables and views. The name has to end in .db, by which the program knows such a
-// file; a file of that name must not exist.
-void createDatabase(const QString &file);
+// Makes all tables and views: of a file, which must not exist yet, or in the empty database of a server.
+void createDatabase(const QString &source);
 
 // Writes one line for every table, view and column of the system, "present" or "missing", and a summary. Gives whether
 // nothing is missing.
-bool checkDatabase(const QString &file, QTextStream &out);
+bool checkDatabase(const QString &source, QTextStream &out);
 
-// Fills the database, made first where it does not exist, with demonstration data and puts the company's logo beside
-// it. A database with a contract in it is refused.
-void fillWithDemonstration(const QString &file);
+// Fills the database, made first where it does not exist, with demonstration data; one that holds rows is refused. Puts
+// the company's logo beside a file, or for a server's database into the current folder, and gives its path.
+QString fillWithDemonstration(const QString &source);
 
 // Writes the local settings: one row with the data source, user, password and database left Null. Only the owner can
 // read the file, since a password may follow. An existing file is refused.

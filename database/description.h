@@ -35,6 +35,13 @@ struct ViewDescription {
 const QVector<TableDescription> &tableDescriptions();
 const QVector<ViewDescription> &viewDescriptions();
 
+// A key column as SQL text that compares as statements do: regardless of case and trailing blanks. The schema's indexes
+// and views are made of the same text, so that they serve.
+QString comparable(const QString &column, Engine engine);
+
+// What a column of an SQLite file has to hold, as SQL text; empty for a text.
+QString sqliteRule(const ColumnDescription &column);
+
 // The statements that make all tables, indexes and views of an empty database, in their order. Throws nothing.
 QStringList ddl(Engine engine);
 

@@ -1,5 +1,6 @@
 // tradewick-database: makes, checks and fills the databases that the desktop program works on.
 #include "database/commands.h"
+#include "database/copy.h"
 #include "database/description.h"
 
 #include <QCoreApplication>
@@ -13,14 +14,29 @@ namespace
 
 using namespace tradewick;
 
-constexpr auto usage = "Usage:\n"
-                       "  tradewick-database create FILE              make a new, empty database file\n"
-                       "  tradewick-database check FILE               name every table, view and column of the system\n"
-                       "                                              as present or missing\n"
-                       "  tradewick-database demo FILE                fill it with demonstration data\n"
-                       "  tradewick-database connect FILE DATASOURCE  write the local settings file of the program\n"
-                       "  tradewick-database script sqlite|mariadb|sqlserver\n"
-                       "                                              print the script that makes the database\n";
+constexpr auto usage =
+    "Usage:\n"
+    "  tradewick-database create SOURCE            make all tables and views: of a new file, or in an empty database\n"
+    "  tradewick-database check SOURCE             name every table, view and column of the system as present or\n"
+    "                                              missing\n"
+    "  tradewick-database demo SOURCE              fill it with demonstration data\n"
+    "  tradewick-database copy FROM TO             copy all rows into a database without any\n"
+    "  tradewick-database connect FILE SOURCE      write the local settings file of the program\n"
+    "  tradewick-database script sqlite|mariadb|sqlserver\n"
+    "                                              print the script that makes the database\n"
+    "\n"
+    "SOURCE, FROM, TO  a file FILE.db, or mariadb://USER@HOST/DATABASE; the password may stand in the environment as\n"
+    "                  TRADEWICK_PASSWORD\n";
+
+void writeCounts(const QVector<TableCount> &counts, QTextStream &out)
+{
+    qint64 rows = 0;
+    for (const TableCount &count : counts) {
+        out << count.table << ": " << count.rows << '\n';
+        rows += count.rows;
+    }
+    out << rows << " rows of " << counts.size() << " tables\n";
+}
 
 int run(const QStringList &arguments, QTextStream &out)
 {
@@ -37,7 +53,9 @@ int run(const QStringList &arguments, QTextStream &out)
     else if (called("check", 1))
         return checkDatabase(operand, out) ? 0 : 1;
     else if (called("demo", 1))
-        fillWithDemonstration(operand);
+        out << "logo: " << fillWithDemonstration(operand) << '\n';
+    else if (called("copy", 2))
+        writeCounts(copyDatabase(operand, arguments[2]), out);
     else if (called("connect", 2))
         writeSettings(operand, arguments[2]);
     else if (called("script", 1) && engines.contains(operand))

@@ -278,12 +278,12 @@ TEST_F(DatabaseFile, RefusedCommandsLeaveFilesAsTheyWere)
         const char *said;
     } cases[] = {
         {{"create", file}, 1, "exists already"},
-        {{"demo", file}, 1, "holds contracts already"},
+        {{"demo", file}, 1, "holds rows already"},
         {{"demo", other.fileName()}, 1, "not a database"},
         {{"check", other.fileName()}, 1, "not a database"},
         {{"check", path("none.db")}, 1, "does not exist"},
         {{"create", path("office.mdb")}, 1, "ends in .db"},
-        {{"create", path("none/office.db")}, 1, "open"},
+        {{"create", path("none/office.db")}, 1, "cannot be made"},
         {{"connect", file, "x"}, 1, "exists already"},
         {{"script", "oracle"}, 2, "Usage:"},
         {{"create"}, 2, "Usage:"},
