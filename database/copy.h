@@ -14,6 +14,7 @@ namespace tradewick
 struct TableCount {
     QString table;
     qint64 rows = 0;
+    bool operator==(const TableCount &) const = default;
 };
 
 // Takes the rows of a table in their order, some at a time.

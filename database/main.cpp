@@ -1,7 +1,9 @@
 // tradewick-database: makes, checks and fills the databases that the desktop program works on.
+#include "database/backup.h"
 #include "database/commands.h"
-#include "database/copy.h"
 #include "database/description.h"
+#include "database/sql_server_script.h"
+#include "database/verify.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -20,7 +22,11 @@ constexpr auto usage =
     "  tradewick-database check SOURCE             name every table, view and column of the system as present or\n"
     "                                              missing\n"
     "  tradewick-database demo SOURCE              fill it with demonstration data\n"
-    "  tradewick-database copy FROM TO             copy all rows into a database without any\n"
+    "  tradewick-database copy FROM TO             copy all rows into a database that has none\n"
+    "  tradewick-database copy FROM FILE.sql       write a script of all for SQL Server's own shell\n"
+    "  tradewick-database backup SOURCE FILE       write all, as it stands at one moment, into one new file FILE.db\n"
+    "  tradewick-database restore FILE TO          copy a backup into a database that has no rows\n"
+    "  tradewick-database verify SOURCE            name what does not fit together, a line each; status 1 if any is\n"
     "  tradewick-database connect FILE SOURCE      write the local settings file of the program\n"
     "  tradewick-database script sqlite|mariadb|sqlserver\n"
     "                                              print the script that makes the database\n"
@@ -55,7 +61,16 @@ int run(const QStringList &arguments, QTextStream &out)
     else if (called("demo", 1))
         out << "logo: " << fillWithDemonstration(operand) << '\n';
     else if (called("copy", 2))
-        writeCounts(copyDatabase(operand, arguments[2]), out);
+        writeCounts(arguments[2].endsWith(QLatin1String(".sql"), Qt::CaseInsensitive)
+                        ? writeSqlServerScript(operand, arguments[2])
+                        : copyDatabase(operand, arguments[2]),
+                    out);
+    else if (called("backup", 2))
+        writeCounts(backUp(operand, arguments[2]), out);
+    else if (called("restore", 2))
+        writeCounts(restore(operand, arguments[2]), out);
+    else if (called("verify", 1))
+        return verifyDatabase(operand, out) ? 0 : 1;
     else if (called("connect", 2))
         writeSettings(operand, arguments[2]);
     else if (called("script", 1) && engines.contains(operand))
