@@ -18,7 +18,7 @@ QString sqliteType(const ColumnDescription &column)
     return rule.isEmpty() ? QStringLiteral("TEXT") : QStringLiteral("%1 CHECK (%2)").arg(types[column.kind], rule);
 }
 
-// A server's index needs a length, and nothing else does: no text that a clerk writes is too long.
+// A clerk's long text is never refused; a key is as long as an index can hold.
 QString mariaDbType(const ColumnDescription &column, bool isKey)
 {
     switch (column.kind) {
@@ -29,11 +29,11 @@ QString mariaDbType(const ColumnDescription &column, bool isKey)
     case ColumnKind::Flag:
         return QStringLiteral("BOOLEAN");
     default:
-        return isKey ? QStringLiteral("VARCHAR(255)") : QStringLiteral("TEXT");
+        return isKey ? QStringLiteral("VARCHAR(255)") : QStringLiteral("MEDIUMTEXT");
     }
 }
 
-QString sqlServerType(const ColumnDescription &column, bool isKey)
+QString sqlServerType(const ColumnDescription &column, bool isShort)
 {
     switch (column.kind) {
     case ColumnKind::Number:
@@ -43,7 +43,7 @@ QString sqlServerType(const ColumnDescription &column, bool isKey)
     case ColumnKind::Flag:
         return QStringLiteral("bit");
     default:
-        return QStringLiteral("nvarchar(%1) COLLATE Chinese_PRC_CI_AS").arg(isKey || !column.longText ? "255" : "max");
+        return QStringLiteral("nvarchar(%1) COLLATE Chinese_PRC_CI_AS").arg(isShort ? "255" : "max");
     }
 }
 
@@ -52,13 +52,15 @@ QString indexOn(const TableDescription &table, const QString &column, bool uniqu
     const auto found = std::find_if(table.columns.begin(), table.columns.end(),
                                     [&](const ColumnDescription &other) { return other.name == column; });
     const QString uniqueness = unique ? "UNIQUE " : "", name = "ix_" + table.name + u'_' + column;
-    const QString key = found->kind == ColumnKind::Text ? comparable(column, engine) : column;
+    const bool isText = found->kind == ColumnKind::Text;
+    // An index of MariaDB holds the beginning of a text, and stands in the statement that makes the table.
     if (engine == Engine::MariaDb)
-        return QStringLiteral("%1INDEX %2 (%3)").arg(uniqueness, name, key);
+        return QStringLiteral("%1INDEX %2 (%3)").arg(uniqueness, name, isText && !unique ? column + "(64)" : column);
     // SQL Server counts two Nulls as twins, the others do not.
     const bool filtered = unique && engine == Engine::SqlServer;
     return QStringLiteral("CREATE %1INDEX %2 ON %3 (%4)%5")
-        .arg(uniqueness, name, table.name, key, filtered ? " WHERE " + column + " IS NOT NULL" : QString());
+        .arg(uniqueness, name, table.name, isText ? comparable(column, engine) : column,
+             filtered ? " WHERE " + column + " IS NOT NULL" : QString());
 }
 
 QStringList indexesOf(const TableDescription &table, Engine engine)
@@ -75,11 +77,12 @@ QStringList createTable(const TableDescription &table, Engine engine)
 {
     QStringList columns;
     for (const ColumnDescription &column : table.columns) {
-        const bool isKey = column.name == table.unique || table.indexed.contains(column.name);
+        const bool isKey = column.name == table.unique;
+        const bool isShort = isKey || table.indexed.contains(column.name) || !column.longText;
         columns.append(column.name + u' ' +
                        (engine == Engine::Sqlite    ? sqliteType(column)
                         : engine == Engine::MariaDb ? mariaDbType(column, isKey)
-                                                    : sqlServerType(column, isKey) + " NULL"));
+                                                    : sqlServerType(column, isShort) + " NULL"));
     }
     const auto create = [&] {
         return QStringLiteral("CREATE TABLE %1 (\n    %2\n)").arg(table.name, columns.join(QStringLiteral(",\n    ")));
