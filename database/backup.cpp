@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
+#include <QThread>
 
 #include <fcntl.h>
 #include <memory>
@@ -16,7 +17,15 @@ namespace tradewick
 namespace
 {
 
-constexpr int waitMilliseconds = 10000; // for those who are just saving
+// Those who are just saving are waited for, asked at short intervals: where many save, the moment between two of them
+// is short.
+constexpr int waitMilliseconds = 30000;
+
+int wait(void *, int asked)
+{
+    QThread::msleep(1);
+    return asked < waitMilliseconds;
+}
 
 // A file by the library's own interface, which copies pages.
 class SqliteFile
@@ -25,7 +34,7 @@ public:
     explicit SqliteFile(const QString &name)
     {
         check(sqlite3_open_v2(name.toUtf8().constData(), &m_file, SQLITE_OPEN_READWRITE, nullptr));
-        sqlite3_busy_timeout(m_file, waitMilliseconds);
+        sqlite3_busy_handler(m_file, wait, nullptr);
     }
     SqliteFile(const SqliteFile &) = delete;
     SqliteFile &operator=(const SqliteFile &) = delete;

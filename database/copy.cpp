@@ -9,8 +9,9 @@ namespace tradewick
 namespace
 {
 
-// Values of one statement: enough that a server is not asked for each row, few enough for every engine.
-constexpr qsizetype valuesAtOnce = 2000;
+// Values of one statement: enough that a server is not asked for each row, few enough for the libraries, which look
+// each of them up among the others.
+constexpr qsizetype valuesAtOnce = 400;
 
 CommandError inTable(const QString &table, const QString &fault)
 {

@@ -1,13 +1,12 @@
 // The tradewick-database program, and the files it makes as the stock sqlite3 shell sees them.
 #include "database/description.h"
+#include "program.h"
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -19,35 +18,13 @@ namespace tradewick
 namespace
 {
 
-struct Ended {
-    int status = -1;
-    QString out, err;
-    QStringList lines() const { return out.split(u'\n', Qt::SkipEmptyParts); }
-};
-
-Ended run(const QString &program, const QStringList &arguments, const QString &input = {})
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.write(input.toUtf8());
-    process.closeWriteChannel();
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-        return {-1, {}, process.errorString()};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-Ended tool(const QStringList &arguments)
-{
-    return run(QCoreApplication::applicationDirPath() + "/tradewick-database", arguments);
-}
+using namespace test;
 
 class DatabaseFile : public testing::Test
 {
 protected:
     QString path(const QString &name) const { return m_directory.filePath(name); }
-    // The stock shell, which stops at the first refused statement.
-    Ended shell(const QString &statements) const { return run("sqlite3", {"-bail", file}, statements); }
+    Ended shell(const QString &statements) const { return sqlite(file, statements); }
     QString answer(const QString &statement) const { return shell(statement).out.trimmed(); }
     void make(const QString &command)
     {

@@ -1,0 +1,110 @@
+// What "verify" finds in a database, and that it finds nothing in a sound one.
+#include "program.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+
+namespace tradewick
+{
+
+namespace
+{
+
+using namespace test;
+
+TEST(Verify, NamesWhatDoesNotFitTogether)
+{
+    struct Case {
+        const char *statements;
+        QStringList findings;
+    };
+    QVector<Case> cases{
+        {"select 1", {}},
+        {"insert into yy_gw_wxht_b (htbh, xc) values ('X9', 1), ('x9 ', 2), ('X260800001 ', 31);"
+         "insert into yy_gw_wxht_b (xc) values (1)",
+         {"yy_gw_wxht_b: no row of yy_gw_wxht_h for 1 line(s) of htbh Null",
+          "yy_gw_wxht_b: no row of yy_gw_wxht_h for 2 line(s) of htbh \"X9\""}},
+        {"insert into yy_xyz_nb (xyzh) values ('LC1'); insert into yy_xyz_nh (xyzh) values ('LC2')",
+         {"yy_xyz_nb: no row of yy_xyz_nh for 1 line(s) of xyzh \"LC1\""}},
+        {"delete from yy_bzdj where cpbh = 'JM-1001'",
+         {"yy_bzdj_b: no row of yy_bzdj for 3 line(s) of cpbh \"JM-1001\""}},
+        {"insert into qb_pass (name) values ('Anna'), ('anna '), ('')", {"qb_pass: 2 rows of name \"Anna\""}},
+        {"insert into cy_pcd_rpt (pcdh) values ('PC0001'), ('PC0002'), ('PC0001'), ('pc0001'), (null), (null)",
+         {"cy_pcd_rpt: 3 rows of pcdh \"PC0001\""}},
+        // A lot of which 11 are issued and 2 are back, as the forms count them.
+        {"insert into cy_hxd_wgj_ld (start, endh, gl_fenshu, yy_fenshu, sy_fenshu, hs_fenshu) values"
+         " ('ABC000100', 'ABC000199', 100, 11, 89, 2);"
+         "insert into cy_hxd_gshs (hxdh_st, hxdh_en) values ('ABC000150', 'ABC000159'), ('abc000090', 'ABC000100'),"
+         " ('ABD000100', 'ABD000199'), ('ABC000200', 'ABC000300'), (null, null);"
+         "insert into cy_hxd_gsly (hxdh) values ('ABC000150'), ('ABC000199 '), ('ABC000200'), (''), (''), (null)",
+         {}},
+        // Two series count nothing.
+        {"insert into cy_hxd_wgj_ld (start, endh, gl_fenshu, yy_fenshu, sy_fenshu, hs_fenshu) values"
+         " ('ABC000100', 'ABD000199', 0, 0, 0, 0)",
+         {}},
+        {"insert into cy_hxd_wgj_ld (start, endh, gl_fenshu, yy_fenshu, sy_fenshu, hs_fenshu) values"
+         " ('ABC000100', 'ABC000199', 99, 5, 95, null);"
+         "insert into cy_hxd_gsly (hxdh) values ('ABC000150'), ('ABC000150')",
+         {"cy_hxd_gsly: 2 rows of hxdh \"ABC000150\"",
+          "cy_hxd_wgj_ld: lot ABC000100 to ABC000199 has sy_fenshu 95, gl_fenshu less yy_fenshu is 94",
+          "cy_hxd_wgj_ld: lot ABC000100 to ABC000199 has gl_fenshu 99, the range is 100",
+          "cy_hxd_wgj_ld: lot ABC000100 to ABC000199 has yy_fenshu 5, the number issued by cy_hxd_gshs is 0",
+          "cy_hxd_wgj_ld: lot ABC000100 to ABC000199 has hs_fenshu 0, the number returned by cy_hxd_gsly is 2"}},
+        {"drop view yy_cght_rpt; drop table sc_kldt",
+         {"table sc_kldt: missing", "column sc_kldt.ddbh: missing", "column sc_kldt.klbh: missing",
+          "view yy_cght_rpt: missing"}},
+    };
+    if (NewPlace().isOnServer())
+        cases.append(
+            {"alter table sys_jldw engine = Aria; alter table sys_jldw default character set latin1;"
+             "alter table sys_qysz modify zheng int",
+             {"column sys_qysz.zheng: its type is another", "table sys_jldw: it is of Aria and latin1_swedish_ci"}});
+    for (const Case &fault : cases) {
+        SCOPED_TRACE(fault.statements);
+        const NewPlace place;
+        ASSERT_EQ(tool({"demo", place.source()}, QDir::tempPath()).status, 0);
+        const Ended made = place.shell(QString(fault.statements) + ';');
+        ASSERT_EQ(made.status, 0) << made.err.toStdString();
+        const Ended verified = tool({"verify", place.source()});
+        EXPECT_EQ(verified.status, fault.findings.isEmpty() ? 0 : 1) << verified.err.toStdString();
+        QStringList lines = verified.lines();
+        lines.removeIf([](const QString &line) {
+            return line.startsWith("column yy_cght_rpt") || line.startsWith("identity sc_kldt");
+        });
+        EXPECT_EQ(lines, fault.findings) << verified.out.toStdString();
+    }
+}
+
+// A file that other programs have written into, past its rules.
+TEST(Verify, FindsWhatAFileMustNotHold)
+{
+    const struct {
+        const char *statements;
+        QStringList findings;
+    } cases[] = {
+        {"update yy_gw_wxht_h set djrq = '2026-02-30', hl = 'seven' where htbh = 'X260800001'",
+         {"yy_gw_wxht_h: row 1 has \"2026-02-30\" in djrq", "yy_gw_wxht_h: row 1 has \"seven\" in hl"}},
+        {"update yy_gw_wxht_h set djrq = '2026-02-28 14:30', hl = null where htbh = 'X260800001'", {}},
+        {"update sys_bzsz set hl = 9e999 where bzbh = (select min(bzbh) from sys_bzsz)",
+         {"sys_bzsz: row 1 has \"inf\" in hl"}},
+        {"update qb_pass set t3 = 'True', t4 = null, name = x'4142' where rowid = 2",
+         {"qb_pass: row 2 has \"AB\" in name", "qb_pass: row 2 has \"True\" in t3"}},
+        {"drop index ix_yy_gw_wxht_h_htbh; insert into yy_gw_wxht_h (htbh) values ('x260800001 '), ('Ö1'), ('ö1')",
+         {"yy_gw_wxht_h: 2 rows of htbh \"X260800001\"", "yy_gw_wxht_h: 2 rows of htbh \"Ö1\""}},
+    };
+    for (const auto &fault : cases) {
+        SCOPED_TRACE(fault.statements);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("office.db");
+        ASSERT_EQ(tool({"demo", file}).status, 0);
+        ASSERT_EQ(sqlite(file, "pragma ignore_check_constraints = on; " + QString(fault.statements) + ';').status, 0);
+        const Ended verified = tool({"verify", file});
+        EXPECT_EQ(verified.status, fault.findings.isEmpty() ? 0 : 1) << verified.err.toStdString();
+        EXPECT_EQ(verified.lines(), fault.findings);
+    }
+}
+
+} // namespace
+
+} // namespace tradewick
