@@ -75,7 +75,7 @@ public:
         if (!m_file.open(QFile::WriteOnly) || !m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
             throw CommandError(QStringLiteral("%1 cannot be made: %2").arg(name, m_file.errorString()));
         m_out.setDevice(&m_file);
-        m_out << "-- sqlcmd -S SERVER -d DATABASE -f 65001 -i FILE\n"
+        m_out << "-- sqlcmd -S SERVER -d DATABASE -f 65001 -I -i FILE\n"
                  ":on error exit\n";
         batch("SET XACT_ABORT ON\nSET NOCOUNT ON\nSET QUOTED_IDENTIFIER ON");
         batch("BEGIN TRANSACTION");

@@ -137,16 +137,17 @@ TEST_F(Copy, NeverAddsToRows)
     ASSERT_EQ(tool({"create", there.source()}).status, 0);
     EXPECT_EQ(tool({"create", there.source()}).status, 1);
     ASSERT_EQ(there.shell("insert into yy_ssdj_b (cpmc) values ('mine');").status, 0);
+    const QTemporaryDir folder;
     for (const QStringList &command : {QStringList{"copy", original, there.source()},
                                        {"restore", original, there.source()},
                                        {"demo", there.source()}}) {
-        const Ended refused = tool(command, path({}));
+        const Ended refused = tool(command, folder.path());
         EXPECT_EQ(refused.status, 1);
         EXPECT_TRUE(refused.err.contains("holds rows already, in table yy_ssdj_b")) << refused.err.toStdString();
     }
     EXPECT_EQ(there.answer("select count(*) from yy_gw_wxht_h"), "0");
     EXPECT_EQ(there.answer("select count(*) from yy_ssdj_b"), "1");
-    EXPECT_FALSE(QFile::exists(path("logo.png")) && there.isOnServer());
+    EXPECT_FALSE(QFile::exists(folder.filePath("logo.png")));
 }
 
 TEST_F(Copy, DemonstrationAnywhereIsTheSame)
@@ -171,6 +172,17 @@ TEST_F(Copy, PasswordsAreNotTold)
         EXPECT_EQ(refused.status, 1);
         EXPECT_FALSE(refused.err.isEmpty() || refused.err.contains("geheim")) << refused.err.toStdString();
     }
+}
+
+TEST_F(Copy, PasswordMayStandInTheEnvironment)
+{
+    const TestDatabase database;
+    for (const char *password : {"pw", "wrong"}) {
+        qputenv("TRADEWICK_PASSWORD", password);
+        const bool isOpened = tool({"check", database.dataSource("clerk")}).status == 0;
+        EXPECT_EQ(isOpened, !database.isOnServer() || password == QByteArray("pw")) << password;
+    }
+    qunsetenv("TRADEWICK_PASSWORD");
 }
 
 // A line of the script in SQLite's words.
