@@ -6,7 +6,6 @@
 #include <QLocale>
 #include <QSaveFile>
 #include <QStringList>
-#include <QTextStream>
 
 #include <cmath>
 
@@ -49,9 +48,36 @@ QString textLiteral(const QString &text)
     return parts.join(QStringLiteral(" + "));
 }
 
-[[noreturn]] void refuse(const QVariant &value)
+struct UnfitValue {
+}; // the column's kind cannot be it
+
+QString literal(const QVariant &value, ColumnKind kind)
 {
-    throw CommandError(QStringLiteral("\"%1\" is not what the column holds").arg(value.toString()));
+    if (value.isNull())
+        return QStringLiteral("NULL");
+    bool readable = true;
+    switch (kind) {
+    case ColumnKind::Number: {
+        // With an exponent it is a float from the start, not a decimal that is rounded once more.
+        const double number = value.toDouble(&readable);
+        if (!readable || !std::isfinite(number))
+            throw UnfitValue();
+        return QString::number(number, 'e', QLocale::FloatingPointShortest);
+    }
+    case ColumnKind::Date: {
+        // The only form that means one day in every language of the server.
+        const QDate date = dateFromText(value.toString());
+        if (!date.isValid())
+            throw UnfitValue();
+        return date.toString(QStringLiteral("''yyyyMMdd''"));
+    }
+    case ColumnKind::Flag:
+        if (const int flag = value.toInt(&readable); readable && (flag == 0 || flag == 1))
+            return QString::number(flag);
+        throw UnfitValue();
+    default:
+        return textLiteral(value.toString());
+    }
 }
 
 // A statement of the schema that does nothing where its object is there already.
@@ -72,11 +98,12 @@ class Script
 public:
     explicit Script(const QString &name) : m_file(name)
     {
-        if (!m_file.open(QFile::WriteOnly) || !m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+        // Unbuffered, so that each write tells whether it was one.
+        if (!m_file.open(QFile::WriteOnly | QFile::Unbuffered) ||
+            !m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
             throw CommandError(QStringLiteral("%1 cannot be made: %2").arg(name, m_file.errorString()));
-        m_out.setDevice(&m_file);
-        m_out << "-- sqlcmd -S SERVER -d DATABASE -f 65001 -I -i FILE\n"
-                 ":on error exit\n";
+        put("-- sqlcmd -S SERVER -d DATABASE -f 65001 -I -i FILE\n"
+            ":on error exit\n");
         batch("SET XACT_ABORT ON\nSET NOCOUNT ON\nSET QUOTED_IDENTIFIER ON");
         batch("BEGIN TRANSACTION");
         for (const QString &statement : ddl(Engine::SqlServer))
@@ -88,17 +115,22 @@ public:
     void rows(const TableDescription &table, const QVector<ColumnDescription> &columns,
               const QVector<QVariantList> &rows)
     {
-        QStringList names;
+        QStringList names, inserts;
         for (const ColumnDescription &column : columns)
             names.append(column.name);
         for (const QVariantList &row : rows) {
             QStringList values;
             for (qsizetype i = 0; i < columns.size(); ++i)
-                values.append(sqlServerLiteral(row[i], columns[i].kind));
-            m_out << "INSERT INTO " << table.name << " (" << names.join(QStringLiteral(", ")) << ") VALUES ("
-                  << values.join(QStringLiteral(", ")) << ")\n";
+                try {
+                    values.append(literal(row[i], columns[i].kind));
+                } catch (const UnfitValue &) {
+                    throw CommandError(QStringLiteral("table %1: \"%2\" is not what %3 can be")
+                                           .arg(table.name, row[i].toString(), columns[i].name));
+                }
+            inserts.append("INSERT INTO " + table.name + " (" + names.join(QStringLiteral(", ")) + ") VALUES (" +
+                           values.join(QStringLiteral(", ")) + ')');
         }
-        m_out << "GO\n";
+        batch(inserts.join(u'\n'));
     }
 
     void require(const QString &table, qint64 rows, const char *otherwise)
@@ -112,48 +144,29 @@ public:
     void finish()
     {
         batch("COMMIT TRANSACTION");
-        m_out.flush();
         if (!m_file.commit())
-            throw CommandError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
+            fail();
     }
 
 private:
-    void batch(const QString &statements) { m_out << statements << "\nGO\n"; }
+    void batch(const QString &statements) { put(statements + "\nGO\n"); }
+
+    void put(const QString &text)
+    {
+        const QByteArray bytes = text.toUtf8();
+        if (m_file.write(bytes) != bytes.size())
+            fail();
+    }
+
+    [[noreturn]] void fail()
+    {
+        throw CommandError(QStringLiteral("%1 cannot be written: %2").arg(m_file.fileName(), m_file.errorString()));
+    }
 
     QSaveFile m_file; // of that name only when all is written
-    QTextStream m_out;
 };
 
 } // namespace
-
-QString sqlServerLiteral(const QVariant &value, ColumnKind kind)
-{
-    if (value.isNull())
-        return QStringLiteral("NULL");
-    bool readable = true;
-    switch (kind) {
-    case ColumnKind::Number: {
-        // With an exponent it is a float from the start, not a decimal that is rounded once more.
-        const double number = value.toDouble(&readable);
-        if (!readable || !std::isfinite(number))
-            refuse(value);
-        return QString::number(number, 'e', QLocale::FloatingPointShortest);
-    }
-    case ColumnKind::Date: {
-        // The only form that means one day in every language of the server.
-        const QDate date = dateFromText(value.toString());
-        if (!date.isValid())
-            refuse(value);
-        return date.toString(QStringLiteral("''yyyyMMdd''"));
-    }
-    case ColumnKind::Flag:
-        if (const int flag = value.toInt(&readable); readable && (flag == 0 || flag == 1))
-            return QString::number(flag);
-        refuse(value);
-    default:
-        return textLiteral(value.toString());
-    }
-}
 
 QVector<TableCount> writeSqlServerScript(const QString &from, const QString &file)
 {

@@ -6,13 +6,10 @@
 namespace tradewick
 {
 
-// The value as SQL text of the server, exactly: a text keeps every blank and line end, a number every digit. Throws
-// CommandError for a value that the column's kind cannot hold.
-QString sqlServerLiteral(const QVariant &value, ColumnKind kind);
-
-// Writes a script of all rows, which the server's shell stores in one transaction or not at all: it makes the tables,
-// indexes and views that are missing, ends at a table that holds rows, and counts them all at the end. An existing
-// file is refused; the file is its owner's alone. Throws CommandError or DataError and then leaves no file.
+// Writes a script of all rows to the character and the digit, which the server's shell stores in one transaction or not
+// at all: it makes the tables, indexes and views that are missing, ends at a table that holds rows, and counts them all
+// at the end. An existing file is refused; the file is its owner's alone. Throws CommandError or DataError and then
+// leaves no file.
 QVector<TableCount> writeSqlServerScript(const QString &from, const QString &file);
 
 } // namespace tradewick

@@ -174,6 +174,18 @@ TEST_F(Backup, LeavesNothingBehindWhenItFails)
         EXPECT_TRUE(ended.err.contains(failing.said)) << ended.err.toStdString();
     }
     EXPECT_EQ(files(), before);
+    // A disk that is full after 40 KB.
+    for (const QStringList &command : {QStringList{"backup", path("office.db"), path("backup.db")},
+                                       {"copy", path("office.db"), path("new.db")},
+                                       {"copy", path("office.db"), path("all.sql")},
+                                       {"demo", path("new.db")}}) {
+        const Ended full = run("bash", QStringList{"-c", "trap '' XFSZ; ulimit -f 40; exec \"$@\"", "bash",
+                                                   binFolder() + "/tradewick-database"} +
+                                           command);
+        EXPECT_EQ(full.status, 1) << command.join(' ').toStdString();
+        EXPECT_FALSE(full.err.isEmpty());
+        EXPECT_EQ(files(), before) << command.join(' ').toStdString();
+    }
 }
 
 } // namespace
