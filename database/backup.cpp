@@ -33,18 +33,18 @@ class SqliteFile
 public:
     explicit SqliteFile(const QString &name)
     {
-        check(sqlite3_open_v2(name.toUtf8().constData(), &m_file, SQLITE_OPEN_READWRITE, nullptr));
-        sqlite3_busy_handler(m_file, wait, nullptr);
+        sqlite3 *file = nullptr;
+        const int result = sqlite3_open_v2(name.toUtf8().constData(), &file, SQLITE_OPEN_READWRITE, nullptr);
+        m_file.reset(file); // to be closed although it could not be opened
+        check(result);
+        sqlite3_busy_handler(file, wait, nullptr);
     }
-    SqliteFile(const SqliteFile &) = delete;
-    SqliteFile &operator=(const SqliteFile &) = delete;
-    ~SqliteFile() { sqlite3_close(m_file); }
 
     // The first column of the rows.
     QStringList column(const QString &statement)
     {
         sqlite3_stmt *rows = nullptr;
-        check(sqlite3_prepare_v2(m_file, statement.toUtf8().constData(), -1, &rows, nullptr));
+        check(sqlite3_prepare_v2(m_file.get(), statement.toUtf8().constData(), -1, &rows, nullptr));
         const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> guard(rows, sqlite3_finalize);
         QStringList values;
         int step = SQLITE_ROW;
@@ -68,11 +68,11 @@ public:
     {
         column(QStringLiteral("begin"));
         QVector<TableCount> counted = counts();
-        sqlite3_backup *backup = sqlite3_backup_init(copy.m_file, "main", m_file, "main");
-        if (backup)
-            sqlite3_backup_step(backup, -1);
-        if (!backup || sqlite3_backup_finish(backup) != SQLITE_OK)
-            copy.check(sqlite3_errcode(copy.m_file));
+        sqlite3_backup *backup = sqlite3_backup_init(copy.m_file.get(), "main", m_file.get(), "main");
+        const int step = backup ? sqlite3_backup_step(backup, -1) : sqlite3_errcode(copy.m_file.get());
+        sqlite3_backup_finish(backup);
+        if (step != SQLITE_DONE)
+            throw CommandError(QString::fromUtf8(sqlite3_errstr(step)));
         column(QStringLiteral("commit"));
         // One file, whatever the way in which the original keeps its journal.
         copy.column(QStringLiteral("pragma journal_mode = delete"));
@@ -84,17 +84,17 @@ public:
         const QStringList faults = column(QStringLiteral("pragma integrity_check"));
         if (faults != QStringList(QStringLiteral("ok")))
             throw CommandError(QStringLiteral("%1: the file is damaged: %2")
-                                   .arg(QString::fromUtf8(sqlite3_db_filename(m_file, "main")), faults.first()));
+                                   .arg(QString::fromUtf8(sqlite3_db_filename(m_file.get(), "main")), faults.first()));
     }
 
 private:
     void check(int result)
     {
         if (result != SQLITE_OK)
-            throw CommandError(QString::fromUtf8(m_file ? sqlite3_errmsg(m_file) : sqlite3_errstr(result)));
+            throw CommandError(QString::fromUtf8(m_file ? sqlite3_errmsg(m_file.get()) : sqlite3_errstr(result)));
     }
 
-    sqlite3 *m_file = nullptr;
+    std::unique_ptr<sqlite3, decltype(&sqlite3_close)> m_file{nullptr, sqlite3_close};
 };
 
 void storeOnDisk(const QString &path, int flags)
