@@ -9,9 +9,9 @@ namespace tradewick
 namespace
 {
 
-// Values of one statement: enough that a server is not asked for each row, few enough for the libraries, which look
-// each of them up among the others.
-constexpr qsizetype valuesAtOnce = 400;
+// Values of one statement: on a server enough to wait for few answers; SQLite answers at once, and finds each value by
+// a search through those before.
+constexpr qsizetype valuesOnServer = 2000, valuesInFile = 100;
 
 CommandError inTable(const QString &table, const QString &fault)
 {
@@ -45,7 +45,7 @@ QVector<ColumnDescription> columnsIn(Connection &connection, const TableDescript
 qint64 readRows(Connection &connection, const TableDescription &table, const TakeRows &take)
 {
     const QVector<ColumnDescription> columns = columnsIn(connection, table);
-    const qsizetype atOnce = std::max<qsizetype>(1, valuesAtOnce / columns.size());
+    const qsizetype atOnce = std::max<qsizetype>(1, valuesOnServer / columns.size());
     const QString statement = QStringLiteral("select %1, %2 from %3 where %1 > ? order by %1 limit %4")
                                   .arg(connection.identityColumn(), columnList(columns), quotedName(table.name))
                                   .arg(atOnce);
@@ -70,14 +70,17 @@ qint64 readRows(Connection &connection, const TableDescription &table, const Tak
 void insertRows(Connection &connection, const TableDescription &table, const QVector<ColumnDescription> &columns,
                 const QVector<QVariantList> &rows)
 {
+    const qsizetype atOnce = std::max<qsizetype>(
+        1, (connection.engine() == Engine::Sqlite ? valuesInFile : valuesOnServer) / columns.size());
     const QString row = u'(' + QStringList(columns.size(), QStringLiteral("?")).join(u',') + u')';
-    QVariantList values;
-    for (const QVariantList &line : rows)
-        values.append(line);
-    connection.executeBound(
-        {QStringLiteral("insert into %1 (%2) values %3")
-             .arg(quotedName(table.name), columnList(columns), QStringList(rows.size(), row).join(u',')),
-         values});
+    const QString insert =
+        QStringLiteral("insert into %1 (%2) values ").arg(quotedName(table.name), columnList(columns));
+    for (qsizetype at = 0; at < rows.size(); at += atOnce) {
+        QVariantList values;
+        for (const QVariantList &line : rows.mid(at, atOnce))
+            values.append(line);
+        connection.executeBound({insert + QStringList(values.size() / columns.size(), row).join(u','), values});
+    }
 }
 
 } // namespace
