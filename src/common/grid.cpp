@@ -1,5 +1,7 @@
 #include "common/grid.h"
 
+#include "common/dialogs.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QCompleter>
@@ -7,7 +9,7 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QScopedValueRollback>
+#include <QStyle>
 
 namespace tradewick
 {
@@ -18,6 +20,22 @@ namespace
 // Rows looked at to find a column's width; a register of 100,000 rows must not be read for it.
 constexpr int rowsMeasured = 30;
 constexpr int widestColumn = 260;
+
+// The numbers of the rows. The last is the widest; the view's own way measures a hundred of them.
+class RowNumbers : public QHeaderView
+{
+public:
+    explicit RowNumbers(QWidget *parent) : QHeaderView(Qt::Vertical, parent)
+    {
+        setSectionsClickable(true);
+        setHighlightSections(true);
+        setSectionResizeMode(QHeaderView::Fixed);
+    }
+    QSize sizeHint() const override
+    {
+        return count() > 0 ? sectionSizeFromContents(count() - 1) : QHeaderView::sizeHint();
+    }
+};
 
 } // namespace
 
@@ -31,12 +49,15 @@ Grid::Grid(const QString &name, const QString &accessibleName, QWidget *parent) 
     setTabKeyNavigation(false);
     setWordWrap(false);
     horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    setVerticalHeader(new RowNumbers(this));
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
-    connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    horizontalHeader()->setSortIndicatorClearable(true);
+    horizontalHeader()->setToolTip(QStringLiteral("单击或按 F8 排序"));
+    setSortingEnabled(true);
+    connect(this, &QTableView::doubleClicked, this, [this] {
         if (!m_editing)
-            Q_EMIT rowActivated(index.row());
+            Q_EMIT rowActivated();
     });
 }
 
@@ -44,10 +65,13 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
 {
     m_model = new RecordsetModel(recordset, columns, this);
     setModel(m_model);
+    ensurePolished();
+    for (int i = 0; i < m_model->columnCount(); ++i)
+        m_headWidths.append(horizontalHeader()->sectionSizeHint(i));
     connect(m_model, &RecordsetModel::cellEdited, this, &Grid::cellEdited);
     const auto follow = [this, &recordset] {
-        const int row = recordset.absolutePosition();
-        if (row < 0 || row >= recordset.RecordCount() || currentIndex().row() == row)
+        const int record = recordset.absolutePosition(), row = m_model->rowOf(record);
+        if (record < 0 || record >= recordset.RecordCount() || currentIndex().row() == row)
             return;
         // Not the view's own way, which extends the selection while a modifier key is held for a shortcut.
         selectionModel()->setCurrentIndex(
@@ -57,21 +81,45 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
     };
     connect(&recordset, &Recordset::currentChanged, this, follow);
     connect(&recordset, &Recordset::reset, this, [this, follow] {
-        resizeColumnsToContents();
         for (int i = 0; i < m_model->columnCount(); ++i)
-            setColumnWidth(i, qBound(fontMetrics().averageCharWidth() * 8, columnWidth(i), widestColumn));
+            setColumnWidth(i, fittingWidth(i));
         follow();
     });
-    connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [&recordset](const QModelIndex &current) {
-        if (current.isValid() && current.row() < recordset.RecordCount())
-            recordset.setAbsolutePosition(current.row());
-    });
+    connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this, &recordset](const QModelIndex &current) {
+                if (current.isValid() && current.row() < recordset.RecordCount())
+                    recordset.setAbsolutePosition(m_model->recordAt(current.row()));
+            });
+    connect(m_model, &RecordsetModel::layoutChanged, this, [this] { scrollTo(currentIndex()); });
+    connect(
+        m_model, &RecordsetModel::sortingFailed, this,
+        [this](const QString &error) {
+            horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+            dialogs().message(this, error, {}, MessageIcon::None);
+        },
+        Qt::QueuedConnection);
+}
+
+// Texts alone are measured: the view's own way lays out every cell as if it were painted.
+int Grid::fittingWidth(int column) const
+{
+    const QFontMetrics metrics = fontMetrics();
+    // Beside the text its margins, the line of the grid, and a pixel for what rounding takes.
+    const int margin = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1) + 2;
+    int width = qMax(metrics.averageCharWidth() * 8, m_headWidths[column]);
+    for (int row = 0; row < qMin(rowsMeasured, m_model->rowCount()); ++row)
+        width = qMax(width, metrics.horizontalAdvance(m_model->index(row, column).data().toString()) + margin);
+    return qMin(width, widestColumn);
 }
 
 void Grid::setEditing(bool editing, std::function<void()> newRow)
 {
     if (!editing)
         commitEditor();
+    if (editing != m_editing) {
+        horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+        setSortingEnabled(!editing);
+    }
     m_editing = editing;
     setEditTriggers(editing ? AnyKeyPressed | DoubleClicked | EditKeyPressed : NoEditTriggers);
     m_model->setEditable(editing, std::move(newRow));
@@ -100,7 +148,7 @@ void Grid::editCell(int row, const QString &column)
     commitEditor();
     for (int i = 0; i < m_model->columns().size(); ++i)
         if (m_model->columns()[i].column == column) {
-            setCurrentIndex(m_model->index(row, i));
+            setCurrentIndex(m_model->index(m_model->rowOf(row), i));
             scrollTo(currentIndex());
             if (m_editing)
                 QTableView::edit(currentIndex());
@@ -180,7 +228,11 @@ void Grid::keyPressEvent(QKeyEvent *event)
         if (m_editing)
             goOn();
         else if (currentIndex().isValid())
-            Q_EMIT rowActivated(currentIndex().row());
+            Q_EMIT rowActivated();
+        return;
+    case Qt::Key_F8:
+        if (!m_editing && currentIndex().isValid())
+            sortFurther(currentIndex().column());
         return;
     case Qt::Key_Delete:
         Q_EMIT deletePressed();
@@ -188,6 +240,31 @@ void Grid::keyPressEvent(QKeyEvent *event)
     default:
         QTableView::keyPressEvent(event);
     }
+}
+
+// What a click on the column's head does.
+void Grid::sortFurther(int column)
+{
+    QHeaderView &head = *horizontalHeader();
+    if (head.sortIndicatorSection() != column)
+        head.setSortIndicator(column, Qt::AscendingOrder);
+    else if (head.sortIndicatorOrder() == Qt::AscendingOrder)
+        head.setSortIndicator(column, Qt::DescendingOrder);
+    else
+        head.setSortIndicator(-1, Qt::AscendingOrder);
+}
+
+// The view itself wants an input method only for cells that can be typed into; here Chinese finds a row, too.
+void Grid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTableView::currentChanged(current, previous);
+    setAttribute(Qt::WA_InputMethodEnabled);
+}
+
+void Grid::focusInEvent(QFocusEvent *event)
+{
+    QTableView::focusInEvent(event);
+    setAttribute(Qt::WA_InputMethodEnabled);
 }
 
 // The next column of those that Enter goes through; behind the last the next line, as long as there is one.

@@ -1,4 +1,6 @@
 // The grid of lists and lines: shows a record set, moves with it in both directions, and is worked by keyboard alone.
+// While nothing can be typed into it, a click on a column's head, or F8 in the column, sorts what it shows: upwards,
+// downwards, then as the record set has it. Letters typed go to the next row that begins with them.
 #pragma once
 
 #include "data/recordset_model.h"
@@ -22,8 +24,8 @@ public:
     void showRecords(Recordset &recordset, const QVector<GridColumn> &columns);
     RecordsetModel *recordsetModel() const { return m_model; }
 
-    // Lets cells be typed into, and, where newRow is given, lines be added in the empty row at the end; newRow makes
-    // the record that the typed value then goes into.
+    // Lets cells be typed into, in the record set's own order, and, where newRow is given, lines be added in the empty
+    // row at the end; newRow makes the record that the typed value then goes into.
     void setEditing(bool editing, std::function<void()> newRow = {});
     bool isEditing() const { return m_editing; }
     // Columns that Enter goes through, the next line's first behind the last; all columns when empty.
@@ -46,21 +48,26 @@ Q_SIGNALS:
     void typed(const QString &column, const QString &text); // each change of the text in a cell editor
     void cellEdited(int row, const QString &column);        // the value stands in the record set
     void deletePressed();
-    void downInEditor();        // the down arrow while a cell is typed into
-    void rowActivated(int row); // double click or Enter where nothing can be typed
+    void downInEditor(); // the down arrow while a cell is typed into
+    void rowActivated(); // double click or Enter where nothing can be typed; the row is the current one
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void focusInEvent(QFocusEvent *event) override;
 
 private:
     void goOn();
     void copySelection() const;
+    void sortFurther(int column);
+    int fittingWidth(int column) const;
 
     RecordsetModel *m_model = nullptr;
     QPointer<QLineEdit> m_editor; // the one opened last
     QStringList m_enterColumns;
+    QVector<int> m_headWidths; // that the heads' captions take
     struct DropDown {
         QString name;
         std::function<QStringList()> items;

@@ -2,6 +2,7 @@
 
 #include <QCollator>
 
+#include <algorithm>
 #include <array>
 
 namespace tradewick
@@ -31,28 +32,9 @@ const std::array<unsigned char, 128> &asciiOrder()
     return order;
 }
 
-int compareBeyondAscii(const char *a, int lengthA, const char *b, int lengthB)
+QString foldedText(const char *text, int length)
 {
-    static const QCollator collator = [] {
-        QCollator chinese(QLocale(QLocale::Chinese, QLocale::China));
-        chinese.setCaseSensitivity(Qt::CaseInsensitive);
-        return chinese;
-    }();
-    const QString textA = QString::fromUtf8(a, lengthA).toCaseFolded();
-    const QString textB = QString::fromUtf8(b, lengthB).toCaseFolded();
-    qsizetype at = 0;
-    while (at < textA.size() && at < textB.size() && textA[at] == textB[at])
-        ++at;
-    if (at == textA.size() || at == textB.size())
-        return static_cast<int>(textA.size() - textB.size());
-    // The locale's own order has Chinese before Latin, the server's has it behind.
-    const bool asciiA = textA[at].unicode() < 128, asciiB = textB[at].unicode() < 128;
-    if (asciiA != asciiB)
-        return asciiA ? -1 : 1;
-    if (at > 0 && textA[at].isLowSurrogate())
-        --at;
-    const int order = collator.compare(textA.mid(at), textB.mid(at));
-    return order != 0 ? order : textA.compare(textB);
+    return QString::fromUtf8(text, length).toCaseFolded();
 }
 
 } // namespace
@@ -65,11 +47,44 @@ int compareText(const char *a, int lengthA, const char *b, int lengthB)
     for (int i = 0; i < lengthA && i < lengthB; ++i) {
         const auto x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
         if (x > 127 || y > 127)
-            return compareBeyondAscii(a + i, lengthA - i, b + i, lengthB - i);
+            return compareFolded(foldedText(a + i, lengthA - i), foldedText(b + i, lengthB - i));
         if (order[x] != order[y])
             return order[x] < order[y] ? -1 : 1;
     }
     return lengthA == lengthB ? 0 : lengthA < lengthB ? -1 : 1;
+}
+
+QString foldedForOrder(const QString &text)
+{
+    qsizetype length = text.size();
+    while (length > 0 && text[length - 1] == u' ')
+        --length;
+    return text.left(length).toCaseFolded();
+}
+
+int compareFolded(QStringView a, QStringView b)
+{
+    static const QCollator collator = [] {
+        QCollator chinese(QLocale(QLocale::Chinese, QLocale::China));
+        chinese.setCaseSensitivity(Qt::CaseInsensitive);
+        return chinese;
+    }();
+    const qsizetype common = std::min(a.size(), b.size());
+    qsizetype at = 0;
+    while (at < common && a[at] == b[at])
+        ++at;
+    if (at == common)
+        return static_cast<int>(a.size() - b.size());
+    const char16_t x = a[at].unicode(), y = b[at].unicode();
+    if (x < 128 && y < 128)
+        return asciiOrder()[x] - asciiOrder()[y];
+    // The locale's own order has Chinese before Latin, the server's has it behind.
+    if (x < 128 || y < 128)
+        return x < 128 ? -1 : 1;
+    if (at > 0 && a[at].isLowSurrogate())
+        --at;
+    const int order = collator.compare(a.mid(at), b.mid(at));
+    return order != 0 ? order : a.compare(b);
 }
 
 } // namespace tradewick

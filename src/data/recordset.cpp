@@ -4,6 +4,7 @@
 #include "data/recordset_rows.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tradewick
 {
@@ -109,7 +110,7 @@ void Recordset::MoveLast()
 
 void Recordset::MoveNext()
 {
-    setAbsolutePosition(m_afterDelete ? m_position : m_position + 1);
+    setAbsolutePosition(std::exchange(m_afterDelete, false) ? m_position : m_position + 1);
 }
 
 void Recordset::MovePrevious()
@@ -148,6 +149,11 @@ QVariant Recordset::valueAt(int row, int column) const
     return columnKind(column) == ColumnKind::Flag && !value.isNull() && value.typeId() != QMetaType::QString
                ? QVariant(value.toBool())
                : value;
+}
+
+QVariantList Recordset::columnValues(int column) const
+{
+    return m_impl->columnValues(*m_connection, column);
 }
 
 void Recordset::setValueAt(int row, int column, const QVariant &value)

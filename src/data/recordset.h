@@ -126,6 +126,8 @@ public:
     QVariant valueAt(int row, int column) const;
     void setValueAt(int row, int column, const QVariant &value);
     bool isNew(int row) const; // added and not stored yet
+    // A column's values in all rows; of a large table in one statement, without reading its rows. Throws DataError.
+    QVariantList columnValues(int column) const;
 
     // Text of a value of that kind on the screen.
     static QString text(const QVariant &value, ColumnKind kind);

@@ -1,4 +1,5 @@
-// The one item model through which grids and lists show a record set.
+// The one item model through which grids and lists show a record set: in its own order or sorted by a column, which
+// the record set itself knows nothing of.
 #pragma once
 
 #include "data/recordset.h"
@@ -31,19 +32,38 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    // Rows with the same value stay in the record set's order; column -1 gives that order back. Holds for what the
+    // record set shows later, too; a record added meanwhile stands last until it is stored.
+    void sort(int column, Qt::SortOrder order) override;
+    // As a view asks for what is typed on the keyboard; the column is read in one statement.
+    QModelIndexList match(const QModelIndex &start, int role, const QVariant &value, int hits,
+                          Qt::MatchFlags flags) const override;
+
+    // Where a row stands in the record set, and where a record stands among the rows.
+    int recordAt(int row) const { return m_records.value(row, row); }
+    int rowOf(int record) const { return m_rows.value(record, record); }
 
     const QVector<GridColumn> &columns() const { return m_columns; }
 
 Q_SIGNALS:
     // A cell was typed into; the value stands in the record set already.
     void cellEdited(int row, const QString &column);
+    // A column could not be read to sort by it; the rows stand in the record set's order.
+    void sortingFailed(const QString &error);
 
 private:
     int sourceColumn(int section) const;
+    bool isSorted() const { return m_sortColumn >= 0; }
+    void arrange();
+    void setRecords(const QVector<int> &records);
+    void rearrange();
 
     Recordset &m_recordset;
     QVector<GridColumn> m_columns;
     mutable QVector<int> m_sourceColumns; // resolved per opening of the record set
+    int m_sortColumn = -1;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    QVector<int> m_records, m_rows; // record of each row and row of each record; both empty while they are the same
     bool m_editable = false;
     std::function<void()> m_newRow;
 };

@@ -137,6 +137,24 @@ const QVariantList &RecordsetRows::row(Connection &connection, int at)
     return rows[key];
 }
 
+QVariantList RecordsetRows::columnValues(Connection &connection, int column)
+{
+    QHash<qint64, QVariant> read;
+    const bool large = !identity.isEmpty() && keys.size() > rowsKept;
+    if (large)
+        connection.readBound(
+            {"select " + identity + ", " + columns[column] + " from " + table, {}}, [](const QStringList &) {},
+            [&read](const QVariantList &line) {
+                read.insert(line[0].toLongLong(), line[1]);
+                return true;
+            });
+    QVariantList values;
+    values.reserve(keys.size());
+    for (int at = 0; at < keys.size(); ++at)
+        values.append(large && !pending.contains(keys[at]) ? read.value(keys[at]) : row(connection, at).value(column));
+    return values;
+}
+
 RecordsetRows::Pending &RecordsetRows::pendingRow(Connection &connection, int at)
 {
     const qint64 key = keys[at];

@@ -30,6 +30,7 @@ public:
     // All throw DataError.
     void read(Connection &connection, const QString &statement, const Values &values);
     const QVariantList &row(Connection &connection, int at);
+    QVariantList columnValues(Connection &connection, int column);
     Pending &pendingRow(Connection &connection, int at);
     // The row as it stands in the database at this moment, empty when it is no more; held until the transaction ends.
     QVariantList now(Connection &connection, qint64 key, bool hold = false) const;
