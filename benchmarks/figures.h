@@ -15,6 +15,7 @@ struct Figure {
 };
 
 QVector<Figure> formFigures();
+QVector<Figure> masterFigures();
 QVector<Figure> reportFigures();
 QVector<Figure> excelFigures();
 

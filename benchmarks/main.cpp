@@ -14,13 +14,29 @@ int main(int argc, char **argv)
     const QStringList arguments = QApplication::arguments().mid(1);
     if (!arguments.isEmpty() && arguments.first().startsWith("--child-"))
         return benchmarkChild(arguments);
-    QTextStream out(stdout);
-    for (const auto figures : {formFigures, reportFigures, excelFigures})
-        for (const Figure &figure : figures()) {
+    const struct {
+        QString name;
+        QVector<Figure> (*figures)();
+    } groups[] = {
+        {"forms", formFigures}, {"master", masterFigures}, {"reports", reportFigures}, {"excel", excelFigures}};
+    QTextStream out(stdout), err(stderr);
+    QStringList unknown = arguments;
+    for (const auto &group : groups)
+        unknown.removeAll(group.name);
+    if (!unknown.isEmpty()) {
+        err << "usage: tradewick-bench [forms] [master] [reports] [excel]\n"
+               "Prints the figures of the groups named, of all when none is.\n";
+        return 2;
+    }
+    for (const auto &group : groups) {
+        if (!arguments.isEmpty() && !arguments.contains(group.name))
+            continue;
+        for (const Figure &figure : group.figures()) {
             out << figure.name << ": " << QString::number(figure.ratio, 'f', 3) << " (goal < " << figure.goal
                 << "): " << (figure.ratio < figure.goal ? "ok" : "short") << "  [" << figure.detail << "]\n";
             out.flush();
         }
+    }
     gConn.reset(); // while the application that its driver belongs to still lives
     return 0;
 }

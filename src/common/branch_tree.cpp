@@ -9,12 +9,29 @@ namespace tradewick
 namespace
 {
 
-enum Role { BranchRole = Qt::UserRole, ValuesRole, ReadRole };
-
-const BranchSpec *branchOf(const QModelIndex &index)
+// A branch as it was read. Tens of thousands of them are made at once where someone unfolds the whole tree.
+class Branch : public QStandardItem
 {
-    return static_cast<const BranchSpec *>(index.data(BranchRole).value<const void *>());
-}
+public:
+    Branch(const QString &text, const BranchSpec *ofKind, const QStringList &ofColumns, const QVariantList &values)
+        : QStandardItem(text), kind(ofKind), columns(ofColumns), row(values)
+    {
+        setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    }
+
+    Values values() const
+    {
+        Values byName;
+        for (qsizetype i = 0; i < columns.size(); ++i)
+            byName.insert(columns[i], row[i]);
+        return byName;
+    }
+
+    const BranchSpec *kind; // nullptr: the root
+    QStringList columns;
+    QVariantList row;
+    bool isRead = false; // what stands below
+};
 
 QString pathOf(const QModelIndex &index)
 {
@@ -32,41 +49,56 @@ public:
     {
     }
 
+    Branch *branchAt(const QModelIndex &index) const { return static_cast<Branch *>(itemFromIndex(index)); }
+
     bool hasChildren(const QModelIndex &parent) const override
     {
         return canFetchMore(parent) || QStandardItemModel::hasChildren(parent);
     }
     bool canFetchMore(const QModelIndex &parent) const override
     {
-        const BranchSpec *branch = branchOf(parent);
-        return branch && !branch->below.empty() && !parent.data(ReadRole).toBool();
+        const Branch *branch = branchAt(parent);
+        return branch && branch->kind && !branch->kind->below.empty() && !branch->isRead;
     }
     void fetchMore(const QModelIndex &parent) override
     {
         if (!canFetchMore(parent))
             return;
-        QStandardItem *item = itemFromIndex(parent);
-        item->setData(true, ReadRole); // also when it fails: a view would ask again with every line it draws
+        Branch *branch = branchAt(parent);
+        branch->isRead = true; // also when it fails: a view would ask again with every line it draws
         try {
-            read(item, branchOf(parent)->below, item->data(ValuesRole).value<Values>());
+            read(branch, branch->kind->below, branch->values());
         } catch (const DataError &error) {
             Q_EMIT m_tree->failed(error.text());
         }
     }
 
-    void read(QStandardItem *parent, const std::vector<BranchSpec> &branches, const Values &values)
+    void read(Branch *parent, const std::vector<BranchSpec> &kinds, const Values &values)
     {
-        for (const BranchSpec &branch : branches)
-            for (const Values &row : m_connection()->rows(branch.statement, values)) {
-                QStringList texts;
-                for (const QString &column : branch.columns)
-                    texts.append(row[column].toString());
-                auto *item = new QStandardItem(texts.join(u'|'));
-                item->setEditable(false);
-                item->setData(QVariant::fromValue(static_cast<const void *>(&branch)), BranchRole);
-                item->setData(QVariant::fromValue(row), ValuesRole);
-                parent->appendRow(item);
-            }
+        for (const BranchSpec &kind : kinds) {
+            QStringList columns;
+            QVector<qsizetype> shown;
+            std::vector<std::unique_ptr<Branch>> branches;
+            m_connection()->read(
+                kind.statement, values,
+                [&](const QStringList &names) {
+                    for (const QString &name : names)
+                        columns.append(name.toLower());
+                    for (const QString &column : kind.columns)
+                        shown.append(columns.indexOf(column));
+                },
+                [&](const QVariantList &row) {
+                    QString text;
+                    for (const qsizetype column : std::as_const(shown))
+                        text += (column == shown.first() ? QString() : QStringLiteral("|")) + row[column].toString();
+                    branches.push_back(std::make_unique<Branch>(text, &kind, columns, row));
+                    return true;
+                });
+            QList<QStandardItem *> items; // put in at once: the view reckons with every insertion
+            for (auto &branch : branches)
+                items.append(branch.release());
+            parent->appendRows(items);
+        }
     }
 
     // Rows that the statement counts.
@@ -107,8 +139,7 @@ void BranchTree::rebuild()
     remember(m_model->index(0, 0));
 
     m_model->clear();
-    auto *root = new QStandardItem(m_spec.root);
-    root->setEditable(false);
+    auto *root = new Branch(m_spec.root, nullptr, {}, {});
     m_model->appendRow(root);
     if (!m_spec.count || m_model->count(m_spec.count) > 0)
         m_model->read(root, m_spec.branches, {});
@@ -126,13 +157,15 @@ void BranchTree::rebuild()
 
 void BranchTree::choose(const QModelIndex &index)
 {
-    const BranchSpec *branch = branchOf(index);
-    if (!branch)
+    const Branch *branch = m_model->branchAt(index);
+    if (!branch || !branch->kind)
         return;
-    m_chosenBranch = branch;
-    m_chosenText = index.data().toString();
-    Q_EMIT chosen(branch, branch->keyLength ? m_chosenText.right(branch->keyLength)
-                                            : index.data(ValuesRole).value<Values>().value(branch->find));
+    // A copy: who hears of it may rebuild the tree.
+    const QVariant key = branch->kind->keyLength ? QVariant(branch->text().right(branch->kind->keyLength))
+                                                 : branch->values().value(branch->kind->find);
+    m_chosenBranch = branch->kind;
+    m_chosenText = branch->text();
+    Q_EMIT chosen(m_chosenBranch, key);
 }
 
 } // namespace tradewick

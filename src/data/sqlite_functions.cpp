@@ -57,6 +57,8 @@ void like(sqlite3_context *context, int, sqlite3_value **arguments)
 void addSqliteFunctions(const QVariant &driverHandle)
 {
     auto *database = *static_cast<sqlite3 *const *>(driverHandle.constData());
+    // A register of some 50,000 rows is kept whole between two keystrokes that search it; the built-in 2 MB are not.
+    sqlite3_exec(database, "pragma cache_size = -16384", nullptr, nullptr, nullptr);
     sqlite3_create_collation_v2(database, "tradewick", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_create_function_v2(database, "tradewick_like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, like,
                                nullptr, nullptr, nullptr);
