@@ -20,8 +20,8 @@ Wording wordingOf(ConflictQuestion::Kind kind)
 {
     switch (kind) {
     case ConflictQuestion::Changed:
-        return {"在您编辑期间，其他用户修改了“%1”，尚未保存。请选择各栏保存的内容：", "全部保留现有的(&T)",
-                "全部用我录入的(&M)"};
+        return {"在您编辑期间，其他用户修改了“%1”，尚未保存。打勾的栏目保存您录入的内容，其余保留现有的：",
+                "全部保留现有的(&T)", "全部用我录入的(&M)"};
     case ConflictQuestion::Gone:
         return {"在您编辑期间，其他用户删除了“%1”，尚未保存。您录入的内容：", "放弃我录入的(&T)", "重新保存(&M)"};
     case ConflictQuestion::Deleting:

@@ -45,7 +45,8 @@ constexpr int kills = 300, linesOfContract = 3;
 
 } // namespace
 
-TEST(Kill, ABatchIsWholeOrAbsent)
+// Suites of this ending run first, while the process is still without threads and can be forked.
+TEST(KillDeathTest, ABatchIsWholeOrAbsent)
 {
     TestDatabase database;
     const QString connectionString = database.connectionString();
