@@ -4,6 +4,7 @@
 #include "data/date_text.h"
 #include "data/mariadb_server.h"
 #include "data/sql_error.h"
+#include "data/sql_server.h"
 #include "data/sqlite_functions.h"
 
 #include <QDir>
@@ -22,14 +23,21 @@ namespace tradewick
 namespace
 {
 
-void run(QSqlQuery &query, const BoundStatement &statement)
+// A null QString would be stored as Null; Null is an invalid QVariant and nothing else. Through ODBC even Null has a
+// type, and SQL Server turns text into every other.
+QVariant parameter(const QVariant &value, bool isOdbc)
+{
+    if (!value.isValid())
+        return isOdbc ? QVariant(QString()) : value;
+    return value.typeId() == QMetaType::QString && value.toString().isNull() ? QVariant(QString("")) : value;
+}
+
+void run(QSqlQuery &query, const BoundStatement &statement, bool isOdbc)
 {
     if (!query.prepare(statement.text))
         throw errorOf(query.lastError());
-    // A null QString would be stored as Null; Null is an invalid QVariant and nothing else.
     for (const QVariant &value : statement.parameters)
-        query.addBindValue(value.typeId() == QMetaType::QString && value.toString().isNull() ? QVariant(QString(""))
-                                                                                             : value);
+        query.addBindValue(parameter(value, isOdbc));
     if (!query.exec())
         throw errorOf(query.lastError());
 }
@@ -105,25 +113,37 @@ int compareValues(const QVariant &a, const QVariant &b)
 
 RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement) : m_query(database)
 {
+    const bool isOdbc = database.driverName() == QLatin1String("QODBC");
     m_query.setForwardOnly(true);
-    run(m_query, statement);
+    run(m_query, statement, isOdbc);
     const QSqlRecord record = m_query.record();
     for (int i = 0; i < record.count() - statement.hiddenColumns; ++i)
         m_columns.append(record.fieldName(i));
+    // SQL Server answers nothing else while rows wait to be fetched, and locks what they come from.
+    if (!statement.order.isEmpty() || isOdbc)
+        fetch(m_columns.size() + statement.hiddenColumns);
     if (!statement.order.isEmpty())
         sort(statement);
+}
+
+void RowCursor::fetch(qsizetype columns)
+{
+    while (m_query.next()) {
+        QVariantList row(columns);
+        for (int i = 0; i < columns; ++i)
+            row[i] = read(i);
+        m_fetched.push_back(std::move(row));
+    }
+    if (m_query.lastError().isValid())
+        throw errorOf(m_query.lastError());
+    m_query.finish();
+    m_isFetched = true;
 }
 
 void RowCursor::sort(const BoundStatement &statement)
 {
     const qsizetype columns = m_columns.size() + statement.hiddenColumns;
-    while (m_query.next()) {
-        QVariantList row(columns);
-        for (int i = 0; i < columns; ++i)
-            row[i] = read(i);
-        m_sorted.push_back(std::move(row));
-    }
-    std::stable_sort(m_sorted.begin(), m_sorted.end(), [&](const QVariantList &a, const QVariantList &b) {
+    std::stable_sort(m_fetched.begin(), m_fetched.end(), [&](const QVariantList &a, const QVariantList &b) {
         for (const OrderItem &item : statement.order) {
             const qsizetype column = item.column < 0 ? columns + item.column : item.column;
             if (const int order = compareValues(a[column], b[column]))
@@ -131,13 +151,12 @@ void RowCursor::sort(const BoundStatement &statement)
         }
         return false;
     });
-    m_isSorted = true;
 }
 
 bool RowCursor::next()
 {
-    if (m_isSorted)
-        return ++m_at < static_cast<qsizetype>(m_sorted.size());
+    if (m_isFetched)
+        return ++m_at < static_cast<qsizetype>(m_fetched.size());
     if (m_query.next())
         return true;
     if (m_query.lastError().isValid())
@@ -147,7 +166,7 @@ bool RowCursor::next()
 
 QVariant RowCursor::value(int column) const
 {
-    return m_isSorted ? m_sorted[m_at][column] : read(column);
+    return m_isFetched ? m_fetched[m_at][column] : read(column);
 }
 
 QVariant RowCursor::read(int column) const
@@ -206,7 +225,9 @@ void Connection::openDatabase()
 {
     const ConnectionParts parts = connectionParts(m_connectionString);
     const QString path = QDir::fromNativeSeparators(QString(parts.dataSource).replace(u'\\', u'/'));
-    if (parts.provider.startsWith("Microsoft.Jet", Qt::CaseInsensitive) || path.endsWith(".db", Qt::CaseInsensitive)) {
+    const bool isOdbc = path.startsWith("odbc:", Qt::CaseInsensitive);
+    if (parts.provider.startsWith("Microsoft.Jet", Qt::CaseInsensitive) ||
+        (!isOdbc && path.endsWith(".db", Qt::CaseInsensitive))) {
         if (!QFileInfo(path).isFile())
             throw DataError(0, QStringLiteral("数据库文件“%1”不存在").arg(path));
         m_engine = Engine::Sqlite;
@@ -222,7 +243,12 @@ void Connection::openDatabase()
         m_database = QSqlDatabase::addDatabase("QMYSQL", m_name);
         openMariaDb(m_database, source);
     } else {
-        throw DataError(0, QStringLiteral("无法连接“%1”：没有该服务器的驱动程序").arg(parts.dataSource));
+        const SqlServerSource source = sqlServerSource(parts);
+        if (!QSqlDatabase::isDriverAvailable("QODBC"))
+            throw DataError(0, QStringLiteral("无法连接“%1”：请安装软件包 libqt6sql6-odbc。").arg(parts.dataSource));
+        m_engine = Engine::SqlServer;
+        m_database = QSqlDatabase::addDatabase("QODBC", m_name);
+        openSqlServer(m_database, source);
     }
 }
 
@@ -261,6 +287,7 @@ void Connection::Close()
         QSqlDatabase::removeDatabase(m_name);
     }
     m_tables.clear();
+    m_uniqueColumns.clear();
     m_onCommit.clear();
     m_depth = 0;
     m_isOpen = m_isLost = false;
@@ -281,7 +308,7 @@ qint64 Connection::executeBound(const BoundStatement &statement)
     qint64 rows = 0;
     overLink(false, [&] {
         QSqlQuery query(m_database);
-        run(query, statement);
+        run(query, statement, m_engine == Engine::SqlServer);
         rows = query.numRowsAffected();
     });
     return rows;
@@ -292,8 +319,9 @@ qint64 Connection::insertBound(const BoundStatement &statement)
     qint64 identity = 0;
     overLink(false, [&] {
         QSqlQuery query(m_database);
-        run(query, statement);
-        identity = query.lastInsertId().toLongLong();
+        run(query, statement, m_engine == Engine::SqlServer);
+        if (m_engine != Engine::SqlServer)
+            identity = query.lastInsertId().toLongLong();
     });
     return identity;
 }
@@ -367,23 +395,22 @@ void Connection::transaction(const std::function<void()> &work)
         work();
         return;
     }
-    const auto control = [this](const char *word) {
-        QSqlQuery query(m_database);
-        if (!query.exec(QLatin1String(word)))
-            throw errorOf(query.lastError());
-    };
     // Immediate: two desktops that both mean to write wait for each other here, not in the middle. A link that broke
-    // while nothing was asked of it is made anew here; in the middle it ends the work.
+    // while nothing was asked of it is made anew here; in the middle it ends the work. A driver of ODBC has
+    // transactions of its own, which start without a word to the server: it is asked something first.
     overLink(true, [&] {
-        control(m_engine == Engine::Sqlite      ? "begin immediate"
-                : m_engine == Engine::SqlServer ? "begin transaction"
-                                                : "begin");
+        control(m_engine == Engine::Sqlite ? "begin immediate" : m_engine == Engine::SqlServer ? "select 1" : "begin");
+        if (m_engine == Engine::SqlServer && !m_database.transaction())
+            throw errorOf(m_database.lastError());
     });
     m_depth = 1;
     std::vector<std::function<void()>> actions;
     try {
         work();
-        control("commit");
+        if (m_engine != Engine::SqlServer)
+            control("commit");
+        else if (!m_database.commit())
+            throw errorOf(m_database.lastError());
         m_depth = 0;
         actions.swap(m_onCommit);
     } catch (const DataError &error) {
@@ -402,8 +429,19 @@ void Connection::undo()
 {
     m_depth = 0;
     m_onCommit.clear();
-    if (!m_isLost)
+    if (m_isLost)
+        return;
+    if (m_engine == Engine::SqlServer)
+        m_database.rollback();
+    else
         QSqlQuery(m_database).exec("rollback");
+}
+
+void Connection::control(const char *word)
+{
+    QSqlQuery query(m_database);
+    if (!query.exec(QLatin1String(word)))
+        throw errorOf(query.lastError());
 }
 
 void Connection::onCommit(std::function<void()> action)
@@ -437,6 +475,28 @@ const Connection::Table &Connection::table(const QString &name)
             return true;
         });
     return *m_tables.insert(key, table);
+}
+
+QString Connection::uniqueColumnOf(const QString &name)
+{
+    if (m_engine != Engine::SqlServer)
+        return {};
+    const QString key = name.toLower();
+    if (const auto found = m_uniqueColumns.constFind(key); found != m_uniqueColumns.constEnd())
+        return *found;
+    QString column;
+    readBound(
+        {"select max(c.name) from sys.indexes i inner join sys.index_columns p on p.object_id = i.object_id and "
+         "p.index_id = i.index_id inner join sys.columns c on c.object_id = p.object_id and c.column_id = p.column_id "
+         "where i.object_id = object_id(?) and i.is_unique = 1 and p.is_included_column = 0 "
+         "group by i.index_id having count(*) = 1 order by i.index_id",
+         {key}},
+        [](const QStringList &) {},
+        [&column](const QVariantList &row) {
+            column = row[0].toString().toLower();
+            return false;
+        });
+    return *m_uniqueColumns.insert(key, column);
 }
 
 ColumnKinds Connection::kindsOf(const QString &name)

@@ -37,13 +37,14 @@ public:
 
 private:
     QVariant read(int column) const;
+    void fetch(qsizetype columns);
     void sort(const BoundStatement &statement);
 
     QSqlQuery m_query;
     QStringList m_columns;
-    std::vector<QVariantList> m_sorted; // all rows, where the order is not the server's
-    qsizetype m_at = -1;                // in m_sorted
-    bool m_isSorted = false;
+    std::vector<QVariantList> m_fetched; // all rows, where the order is not the server's or it must not wait
+    qsizetype m_at = -1;                 // in m_fetched
+    bool m_isFetched = false;
 };
 
 class Connection
@@ -58,10 +59,10 @@ public:
     int CursorLocation = 3;
 
     // Opens the database the string names: a provider of Jet, or a data source ending in .db, is an SQLite file that
-    // must exist; mariadb://... is a MariaDB server; anything else is SQL Server through ODBC. The remaining arguments
-    // are those of the interface and may stay empty. Throws DataError, the connection then is closed.
-    // A link to a server that breaks later is made anew by the next action outside of a transaction; what only reads is
-    // then repeated without a word, anything else throws DataError::connectionLost.
+    // must exist; mariadb://... is a MariaDB server; anything else is SQL Server through ODBC (see data/sql_server.h).
+    // The remaining arguments are those of the interface and may stay empty. Throws DataError, the connection then is
+    // closed. A link to a server that breaks later is made anew by the next action outside of a transaction; what only
+    // reads is then repeated without a word, anything else throws DataError::connectionLost.
     void Open(const QString &connectionString, const QString &userId = {}, const QString &password = {},
               int options = -1);
     void Close();
@@ -94,6 +95,8 @@ public:
 
     // Kinds of a table's or view's columns, read from the database once.
     ColumnKinds kindsOf(const QString &table);
+    // The key column, lower case, that tells rows apart where there is no identity; empty where there is none either.
+    QString uniqueColumnOf(const QString &table);
     // Column names of a table or view in their order, lower case.
     QStringList columnsOf(const QString &table);
 
@@ -118,7 +121,8 @@ private:
     // Runs `action` over a link that stands, made anew first where it broke. An action that is repeatable and finds
     // the link broken runs once more.
     void overLink(bool repeatable, const std::function<void()> &action);
-    void undo(); // the running transaction
+    void undo();                    // the running transaction
+    void control(const char *word); // runs a statement that is neither prepared nor made anew
 
     struct Table {
         QStringList columns;
@@ -135,6 +139,7 @@ private:
     int m_depth = 0; // of transactions
     std::vector<std::function<void()>> m_onCommit;
     QHash<QString, Table> m_tables;
+    QHash<QString, QString> m_uniqueColumns; // by table
 };
 
 } // namespace tradewick

@@ -2,8 +2,6 @@
 
 #include "data/sql_error.h"
 
-#include <QFileInfo>
-#include <QRegularExpression>
 #include <QSqlError>
 #include <QUrl>
 #include <QUrlQuery>
@@ -13,9 +11,6 @@ namespace tradewick
 
 namespace
 {
-
-// The certificates that Debian trusts, for servers whose certificate was bought.
-const QLatin1String systemCertificates("/etc/ssl/certs/ca-certificates.crt");
 
 // A server that does not answer must not stop a clerk's screen for good.
 const QLatin1String driverOptions("CLIENT_FOUND_ROWS=1;MYSQL_OPT_CONNECT_TIMEOUT=10;MYSQL_OPT_READ_TIMEOUT=120;"
@@ -30,18 +25,6 @@ const char *const sessionSettings[] = {
     "NO_ENGINE_SUBSTITUTION', innodb_lock_wait_timeout = 10",
     "set session transaction isolation level read committed",
 };
-
-DataError unreadable(const QString &source)
-{
-    return {0, QStringLiteral("无法识别的服务器名称“%1”").arg(source)};
-}
-
-bool isThisMachine(const MariaDbSource &source)
-{
-    static const QRegularExpression loopback(QStringLiteral(R"(^(localhost|127\.\d+\.\d+\.\d+|::1)$)"),
-                                             QRegularExpression::CaseInsensitiveOption);
-    return !source.socket.isEmpty() || loopback.match(source.host).hasMatch();
-}
 
 // The driver cannot ask for the check of a certificate, its library can: by a connection string in place of the host.
 QString hostOf(const MariaDbSource &source)
@@ -66,7 +49,7 @@ MariaDbSource mariaDbSource(const ConnectionParts &parts)
     if (source.host.isEmpty() && !source.socket.isEmpty())
         source.host = QStringLiteral("localhost");
     if (!url.isValid() || source.host.isEmpty())
-        throw unreadable(parts.dataSource);
+        throw DataError(0, QStringLiteral("无法识别的服务器名称“%1”").arg(parts.dataSource));
     source.port = url.port(source.port);
     const auto given = [](const QString &setting, const QString &inSource) {
         return setting.isEmpty() ? inSource : setting;
@@ -75,18 +58,8 @@ MariaDbSource mariaDbSource(const ConnectionParts &parts)
     source.password = given(parts.password, url.password(QUrl::FullyDecoded));
     source.database = given(parts.catalog, url.path(QUrl::FullyDecoded).mid(1));
 
-    source.ca = query.queryItemValue("ca", QUrl::FullyDecoded);
-    const QString tls = query.queryItemValue("tls");
-    if (tls == QLatin1String("off") || (tls.isEmpty() && isThisMachine(source)))
-        source.tls = MariaDbSource::Tls::Off;
-    else if (tls == QLatin1String("encrypt"))
-        source.tls = MariaDbSource::Tls::Encrypt;
-    else if (!tls.isEmpty() && tls != QLatin1String("verify"))
-        throw unreadable(parts.dataSource);
-    if (source.ca.isEmpty())
-        source.ca = systemCertificates;
-    if (source.tls == MariaDbSource::Tls::Verify && (!QFileInfo(source.ca).isFile() || source.ca.contains(u';')))
-        throw DataError(0, QStringLiteral("找不到证书文件“%1”").arg(source.ca));
+    static_cast<Guard &>(source) =
+        guardOf(query, !source.socket.isEmpty() || isThisMachine(source.host), parts.dataSource);
     return source;
 }
 

@@ -2,26 +2,19 @@
 #pragma once
 
 #include "data/connection.h"
+#include "data/server_source.h"
 
 namespace tradewick
 {
 
 // mariadb://[user[:password]@]host[:port][/database][?socket=PATH&tls=verify|encrypt|off&ca=FILE]
-struct MariaDbSource {
-    enum class Tls {
-        Verify,  // encrypted, and the server's certificate is valid for the name it was called by
-        Encrypt, // encrypted, whoever answers
-        Off,     // as the server likes
-    };
+struct MariaDbSource : Guard {
     QString host, user, password, database, socket;
     int port = 3306;
-    Tls tls = Tls::Verify;
-    QString ca; // file of the certificates that are trusted
 };
 
 // Reads the data source of a connection string; user, password and catalog of the string win over what stands in the
-// data source. A server on this machine (a socket, localhost, 127.x, ::1) needs no TLS unless the source asks for it,
-// any other is verified unless the source says otherwise. Throws DataError for a source that cannot be read.
+// data source. A socket is on this machine, whatever the host. Throws DataError for a source that cannot be read.
 MariaDbSource mariaDbSource(const ConnectionParts &parts);
 
 // Opens the database, which is of the driver QMYSQL, and readies its session: character set, comparison, strictness,

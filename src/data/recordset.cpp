@@ -249,7 +249,7 @@ void Recordset::UpdateBatch()
 
 void Recordset::requireCurrent()
 {
-    if (BOF() || EOF_() || m_impl->identity.isEmpty())
+    if (BOF() || EOF_() || !m_impl->isFindable())
         return;
     const qint64 key = m_impl->keys[m_position];
     if (m_impl->pending.contains(key))

@@ -75,6 +75,8 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
             rows.insert(nextTemporaryKey--, row);
             return true;
         });
+    if (!table.isEmpty())
+        uniqueColumn = static_cast<int>(columns.indexOf(connection.uniqueColumnOf(table)));
 }
 
 BoundStatement RecordsetRows::selectRows() const
@@ -109,19 +111,30 @@ void RecordsetRows::fetchAround(Connection &connection, int row)
             rows.insert(keys[i], QVariantList(columns.size()));
 }
 
-// The row as it stands in the database at this moment; empty when it is no more.
+// Without an identity a row is found by its key as it was read.
 QVariantList RecordsetRows::now(Connection &connection, qint64 key, bool hold) const
 {
+    BoundStatement select;
+    if (!identity.isEmpty() && key >= 0) {
+        select = selectRows();
+        select.text += connection.engine() == Engine::MariaDb && hold ? " = ? lock in share mode" : " = ?";
+        select.parameters = {key};
+    } else if (identity.isEmpty() && uniqueColumn >= 0) {
+        const auto waiting = pending.constFind(key);
+        const QVariantList &known = waiting == pending.constEnd() ? rows[key]
+                                    : waiting->isNew              ? waiting->values
+                                                                  : waiting->original;
+        select = {"select * from " + table + (hold ? " with (repeatableread)" : "") + " where " +
+                      columns[uniqueColumn] + " = ?",
+                  {known[uniqueColumn]}};
+    } else {
+        return {};
+    }
     QVariantList found;
-    if (key < 0 || identity.isEmpty())
-        return found;
-    BoundStatement select = selectRows();
-    select.text += connection.engine() == Engine::MariaDb && hold ? " = ? lock in share mode" : " = ?";
-    select.parameters = {key};
     connection.readBound(
         select, [](const QStringList &) {},
-        [&found](const QVariantList &line) {
-            found = line.mid(1);
+        [&](const QVariantList &line) {
+            found = identity.isEmpty() ? line : line.mid(1);
             return true;
         });
     return found;

@@ -19,6 +19,7 @@ public:
 
     QString table;    // empty: read whole and not writable
     QString identity; // column; empty where the engine has none: rows are read whole and told apart by their values
+    int uniqueColumn = -1; // by which a row without identity is found again; none: it counts as gone when it differs
     QStringList columns;
     QVector<ColumnKind> kinds;
     QVector<qint64> keys; // identity of each row; rows not stored yet and rows read whole have negative ones
@@ -34,6 +35,8 @@ public:
     Pending &pendingRow(Connection &connection, int at);
     // The row as it stands in the database at this moment, empty when it is no more; held until the transaction ends.
     QVariantList now(Connection &connection, qint64 key, bool hold = false) const;
+    // Whether now() can tell.
+    bool isFindable() const { return !identity.isEmpty() || uniqueColumn >= 0; }
     // What an insert or update makes of the values.
     QVariantList storedForm(const QVariantList &values) const;
 

@@ -3,6 +3,8 @@
 #include <QList>
 #include <QSqlError>
 
+#include <algorithm>
+
 namespace tradewick
 {
 
@@ -13,20 +15,26 @@ namespace
 struct Meaning {
     const char *sentence;
     QList<int> numbers;
-    const char *words;
+    QList<const char *> words;
     int number; // of the DataError; 0: the engine's own
 };
 
 const QList<Meaning> &meanings()
 {
     static const QList<Meaning> all{
-        {"编号重复，数据库中已有相同的记录。\n", {1062, 2601, 2627}, "UNIQUE constraint failed", 0},
-        {"录入的内容不是该栏所要求的数字或日期。\n", {1265, 1292, 1366, 8114, 241}, "CHECK constraint failed", 0},
-        {"录入的内容太长。\n", {1406, 8152, 2628}, "string or blob too big", 0},
-        {"其他用户正在保存，请稍后再试。\n", {1205, 1213, 1222}, "database is locked", 0},
+        {"编号重复，数据库中已有相同的记录。\n", {1062, 2601, 2627}, {"UNIQUE constraint failed"}, 0},
+        {"录入的内容不是该栏所要求的数字或日期。\n",
+         {1265, 1292, 1366, 8114, 8115, 241, 242, 245},
+         {"CHECK constraint failed"},
+         0},
+        {"录入的内容太长。\n", {1406, 8152, 2628}, {"string or blob too big"}, 0},
+        {"其他用户正在保存，请稍后再试。\n", {1205, 1213, 1222}, {"database is locked"}, 0},
+        {"数据库服务器不接受这个用户名、口令或数据库名。\n", {1044, 1045, 1049, 4060, 18452, 18456}, {}, 0},
         {"与数据库服务器的连接已中断，请稍后再试；已录入的内容仍然保留。\n",
-         {2002, 2003, 2005, 2006, 2013, 2055, 1053, 1077, 1079, 1927, 4031, 10054, 10060, 20003, 20004, 20006, 20009},
-         "Communication link failure",
+         {2002, 2003, 2005, 2006, 2013, 2055, 1053, 1077, 1079, 1927, 4031, 10054, 10060, 20003, 20004, 20006, 20009,
+          20017, 20047},
+         {"Communication link failure", "Login timeout expired", "Query timeout expired", "TCP Provider: Error code",
+          "Unable to connect to data source"},
          DataError::connectionLost},
     };
     return all;
@@ -37,11 +45,18 @@ const QList<Meaning> &meanings()
 DataError errorOf(const QSqlError &error)
 {
     const QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    const int number = error.nativeErrorCode().toInt();
-    for (const Meaning &meaning : meanings())
-        if (meaning.numbers.contains(number) || text.contains(QLatin1String(meaning.words)))
-            return {meaning.number ? meaning.number : number, QString::fromUtf8(meaning.sentence) + text};
-    return {number, text};
+    // A driver of ODBC may report several at once, the first being the one that it is about.
+    QList<int> numbers;
+    for (const QString &code : error.nativeErrorCode().split(u';'))
+        numbers.append(code.toInt());
+    for (const Meaning &meaning : meanings()) {
+        const bool isNumber =
+            std::any_of(numbers.begin(), numbers.end(), [&](int number) { return meaning.numbers.contains(number); });
+        if (isNumber || std::any_of(meaning.words.begin(), meaning.words.end(),
+                                    [&](const char *words) { return text.contains(QLatin1String(words)); }))
+            return {meaning.number ? meaning.number : numbers.first(), QString::fromUtf8(meaning.sentence) + text};
+    }
+    return {numbers.first(), text};
 }
 
 } // namespace tradewick
