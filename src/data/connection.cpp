@@ -3,6 +3,7 @@
 #include "data/collation.h"
 #include "data/date_text.h"
 #include "data/mariadb_server.h"
+#include "data/odbc_statement.h"
 #include "data/sql_error.h"
 #include "data/sql_server.h"
 #include "data/sqlite_functions.h"
@@ -23,21 +24,14 @@ namespace tradewick
 namespace
 {
 
-// A null QString would be stored as Null; Null is an invalid QVariant and nothing else. Through ODBC even Null has a
-// type, and SQL Server turns text into every other.
-QVariant parameter(const QVariant &value, bool isOdbc)
-{
-    if (!value.isValid())
-        return isOdbc ? QVariant(QString()) : value;
-    return value.typeId() == QMetaType::QString && value.toString().isNull() ? QVariant(QString("")) : value;
-}
-
-void run(QSqlQuery &query, const BoundStatement &statement, bool isOdbc)
+void run(QSqlQuery &query, const BoundStatement &statement)
 {
     if (!query.prepare(statement.text))
         throw errorOf(query.lastError());
+    // A null QString would be stored as Null; Null is an invalid QVariant and nothing else.
     for (const QVariant &value : statement.parameters)
-        query.addBindValue(parameter(value, isOdbc));
+        query.addBindValue(value.typeId() == QMetaType::QString && value.toString().isNull() ? QVariant(QString(""))
+                                                                                             : value);
     if (!query.exec())
         throw errorOf(query.lastError());
 }
@@ -113,36 +107,31 @@ int compareValues(const QVariant &a, const QVariant &b)
 
 RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement) : m_query(database)
 {
-    const bool isOdbc = database.driverName() == QLatin1String("QODBC");
+    if (database.driverName() == QLatin1String("QODBC")) {
+        OdbcResult result = runOdbc(database, statement);
+        m_columns = std::move(result.columns);
+        m_fetched = std::move(result.rows);
+        m_isFetched = true;
+        return;
+    }
     m_query.setForwardOnly(true);
-    run(m_query, statement, isOdbc);
+    run(m_query, statement);
     const QSqlRecord record = m_query.record();
     for (int i = 0; i < record.count() - statement.hiddenColumns; ++i)
         m_columns.append(record.fieldName(i));
-    // SQL Server answers nothing else while rows wait to be fetched, and locks what they come from.
-    if (!statement.order.isEmpty() || isOdbc)
-        fetch(m_columns.size() + statement.hiddenColumns);
     if (!statement.order.isEmpty())
         sort(statement);
 }
 
-void RowCursor::fetch(qsizetype columns)
+void RowCursor::sort(const BoundStatement &statement)
 {
+    const qsizetype columns = m_columns.size() + statement.hiddenColumns;
     while (m_query.next()) {
         QVariantList row(columns);
         for (int i = 0; i < columns; ++i)
             row[i] = read(i);
         m_fetched.push_back(std::move(row));
     }
-    if (m_query.lastError().isValid())
-        throw errorOf(m_query.lastError());
-    m_query.finish();
-    m_isFetched = true;
-}
-
-void RowCursor::sort(const BoundStatement &statement)
-{
-    const qsizetype columns = m_columns.size() + statement.hiddenColumns;
     std::stable_sort(m_fetched.begin(), m_fetched.end(), [&](const QVariantList &a, const QVariantList &b) {
         for (const OrderItem &item : statement.order) {
             const qsizetype column = item.column < 0 ? columns + item.column : item.column;
@@ -151,6 +140,7 @@ void RowCursor::sort(const BoundStatement &statement)
         }
         return false;
     });
+    m_isFetched = true;
 }
 
 bool RowCursor::next()
@@ -307,8 +297,12 @@ qint64 Connection::executeBound(const BoundStatement &statement)
 {
     qint64 rows = 0;
     overLink(false, [&] {
+        if (m_engine == Engine::SqlServer) {
+            rows = runOdbc(m_database, statement).changed;
+            return;
+        }
         QSqlQuery query(m_database);
-        run(query, statement, m_engine == Engine::SqlServer);
+        run(query, statement);
         rows = query.numRowsAffected();
     });
     return rows;
@@ -317,12 +311,14 @@ qint64 Connection::executeBound(const BoundStatement &statement)
 qint64 Connection::insertBound(const BoundStatement &statement)
 {
     qint64 identity = 0;
-    overLink(false, [&] {
-        QSqlQuery query(m_database);
-        run(query, statement, m_engine == Engine::SqlServer);
-        if (m_engine != Engine::SqlServer)
+    if (identityColumn().isEmpty())
+        executeBound(statement);
+    else
+        overLink(false, [&] {
+            QSqlQuery query(m_database);
+            run(query, statement);
             identity = query.lastInsertId().toLongLong();
-    });
+        });
     return identity;
 }
 

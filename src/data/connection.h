@@ -37,12 +37,11 @@ public:
 
 private:
     QVariant read(int column) const;
-    void fetch(qsizetype columns);
     void sort(const BoundStatement &statement);
 
     QSqlQuery m_query;
     QStringList m_columns;
-    std::vector<QVariantList> m_fetched; // all rows, where the order is not the server's or it must not wait
+    std::vector<QVariantList> m_fetched; // all rows, where they are not read as they are asked for
     qsizetype m_at = -1;                 // in m_fetched
     bool m_isFetched = false;
 };
@@ -103,7 +102,7 @@ public:
     // The statement as this engine gets it, and the same actions on statements that are bound already.
     BoundStatement bound(const QString &statement, const Values &values);
     qint64 executeBound(const BoundStatement &statement);
-    qint64 insertBound(const BoundStatement &statement); // gives the new row's identity
+    qint64 insertBound(const BoundStatement &statement); // gives the new row's identity, if any
     void readBound(const BoundStatement &statement, const std::function<void(const QStringList &columns)> &columns,
                    const std::function<bool(const QVariantList &values)> &row);
     std::unique_ptr<RowCursor> cursorBound(const BoundStatement &statement);

@@ -11,52 +11,67 @@ namespace tradewick
 namespace
 {
 
-// What an error means to a clerk, by the engines' own numbers (MariaDB, SQL Server) or words (SQLite).
+// What an error means to a clerk, by the engines' own numbers (MariaDB, SQL Server), beginnings of SQLSTATEs (ODBC) or
+// words (SQLite, drivers).
 struct Meaning {
     const char *sentence;
     QList<int> numbers;
-    QList<const char *> words;
+    QList<const char *> states, words;
     int number; // of the DataError; 0: the engine's own
 };
 
 const QList<Meaning> &meanings()
 {
     static const QList<Meaning> all{
-        {"编号重复，数据库中已有相同的记录。\n", {1062, 2601, 2627}, {"UNIQUE constraint failed"}, 0},
+        {"编号重复，数据库中已有相同的记录。\n", {1062, 2601, 2627}, {}, {"UNIQUE constraint failed"}, 0},
         {"录入的内容不是该栏所要求的数字或日期。\n",
          {1265, 1292, 1366, 8114, 8115, 241, 242, 245},
+         {"22003", "22007", "22008", "22018"},
          {"CHECK constraint failed"},
          0},
-        {"录入的内容太长。\n", {1406, 8152, 2628}, {"string or blob too big"}, 0},
-        {"其他用户正在保存，请稍后再试。\n", {1205, 1213, 1222}, {"database is locked"}, 0},
-        {"数据库服务器不接受这个用户名、口令或数据库名。\n", {1044, 1045, 1049, 4060, 18452, 18456}, {}, 0},
+        {"录入的内容太长。\n", {1406, 8152, 2628}, {"22001"}, {"string or blob too big"}, 0},
+        {"其他用户正在保存，请稍后再试。\n", {1205, 1213, 1222}, {"40001"}, {"database is locked"}, 0},
+        {"数据库服务器不接受这个用户名、口令或数据库名。\n", {1044, 1045, 1049, 4060, 18452, 18456}, {"28000"}, {}, 0},
         {"与数据库服务器的连接已中断，请稍后再试；已录入的内容仍然保留。\n",
          {2002, 2003, 2005, 2006, 2013, 2055, 1053, 1077, 1079, 1927, 4031, 10054, 10060, 20003, 20004, 20006, 20009,
           20017, 20047},
-         {"Communication link failure", "Login timeout expired", "Query timeout expired", "TCP Provider: Error code",
+         {"08", "HYT", "S1T"},
+         {"Communication link failure", "Login timeout expired", "TCP Provider: Error code",
           "Unable to connect to data source"},
          DataError::connectionLost},
     };
     return all;
 }
 
+template <typename List, typename Predicate> bool anyOf(const List &list, Predicate predicate)
+{
+    return std::any_of(list.begin(), list.end(), predicate);
+}
+
 } // namespace
+
+DataError errorOf(const DriverError &error)
+{
+    const QString text = error.texts.join(u' ');
+    const int number = error.numbers.isEmpty() ? 0 : error.numbers.first();
+    for (const Meaning &meaning : meanings())
+        if (anyOf(error.numbers, [&](int each) { return meaning.numbers.contains(each); }) ||
+            anyOf(meaning.states,
+                  [&](const char *state) {
+                      return anyOf(error.states,
+                                   [&](const QString &each) { return each.startsWith(QLatin1String(state)); });
+                  }) ||
+            anyOf(meaning.words, [&](const char *words) { return text.contains(QLatin1String(words)); }))
+            return {meaning.number ? meaning.number : number, QString::fromUtf8(meaning.sentence) + text};
+    return {number, text};
+}
 
 DataError errorOf(const QSqlError &error)
 {
-    const QString text = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    // A driver of ODBC may report several at once, the first being the one that it is about.
     QList<int> numbers;
     for (const QString &code : error.nativeErrorCode().split(u';'))
         numbers.append(code.toInt());
-    for (const Meaning &meaning : meanings()) {
-        const bool isNumber =
-            std::any_of(numbers.begin(), numbers.end(), [&](int number) { return meaning.numbers.contains(number); });
-        if (isNumber || std::any_of(meaning.words.begin(), meaning.words.end(),
-                                    [&](const char *words) { return text.contains(QLatin1String(words)); }))
-            return {meaning.number ? meaning.number : numbers.first(), QString::fromUtf8(meaning.sentence) + text};
-    }
-    return {numbers.first(), text};
+    return errorOf({{}, numbers, {error.databaseText().isEmpty() ? error.driverText() : error.databaseText()}});
 }
 
 } // namespace tradewick

@@ -3,13 +3,25 @@
 
 #include "data/data_error.h"
 
+#include <QList>
+#include <QStringList>
+
 class QSqlError;
 
 namespace tradewick
 {
 
+// All that a driver says about one failure, the cause first: SQLSTATEs (ODBC alone has them), the engine's own numbers,
+// and its texts.
+struct DriverError {
+    QStringList states;
+    QList<int> numbers;
+    QStringList texts;
+};
+
 // The error as the program tells it: what a clerk can put right is said in words before the engine's own text; a link
 // that broke has the number DataError::connectionLost.
+DataError errorOf(const DriverError &error);
 DataError errorOf(const QSqlError &error);
 
 } // namespace tradewick

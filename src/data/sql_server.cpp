@@ -139,15 +139,20 @@ QStringList installedOdbcDrivers()
     return drivers;
 }
 
-QString odbcValue(const QString &value)
+QString odbcValue(const QString &value, const QString &driver)
 {
-    return u'{' + QString(value).replace(u'}', QStringLiteral("}}")) + u'}';
+    // FreeTDS knows no doubled brace: to it a value ends where a brace and a semicolon meet.
+    if (driver != freeTds)
+        return u'{' + QString(value).replace(u'}', QStringLiteral("}}")) + u'}';
+    if (value.contains(QLatin1String("};")))
+        throw DataError(0, QStringLiteral("FreeTDS 不能使用含有“};”的用户名、口令或数据库名。"));
+    return u'{' + value + u'}';
 }
 
 OdbcText odbcText(const SqlServerSource &source, const QString &driver)
 {
-    const QString database = source.database.isEmpty() ? QString() : ";Database=" + odbcValue(source.database);
-    const QString start = "Driver=" + odbcValue(driver);
+    const QString database = source.database.isEmpty() ? QString() : ";Database=" + odbcValue(source.database, driver);
+    const QString start = "Driver=" + odbcValue(driver, driver);
     if (driver == freeTds)
         return {start + ";Servername=tradewick" + database + ";APP=Tradewick", freeTdsConfiguration(source)};
     // The vendor's driver trusts what the system trusts and has no word for another file.
@@ -155,7 +160,7 @@ OdbcText odbcText(const SqlServerSource &source, const QString &driver)
         throw DataError(0, QStringLiteral("“%1”只认系统所信任的证书，不能使用证书文件“%2”。").arg(driver, source.ca));
     const QString instance = source.instance.isEmpty() ? QString() : u'\\' + source.instance;
     const QString port = source.port ? u',' + QString::number(source.port) : QString();
-    return {start + ";Server=" + odbcValue("tcp:" + source.host + instance + port) + database +
+    return {start + ";Server=" + odbcValue("tcp:" + source.host + instance + port, driver) + database +
                 ";Encrypt=" + (source.tls == Guard::Tls::Off ? "no" : "yes") +
                 ";TrustServerCertificate=" + (source.tls == Guard::Tls::Verify ? "no" : "yes") + ";APP=Tradewick",
             {}};
@@ -164,18 +169,20 @@ OdbcText odbcText(const SqlServerSource &source, const QString &driver)
 void openSqlServer(QSqlDatabase &database, const SqlServerSource &source)
 {
     const bool direct = !source.odbc.isEmpty();
-    const OdbcText text =
-        direct ? OdbcText{source.odbc, {}} : odbcText(source, sqlServerDriver(installedOdbcDrivers()));
+    const QString driver = direct ? QString() : sqlServerDriver(installedOdbcDrivers());
+    const OdbcText text = direct ? OdbcText{source.odbc, {}} : odbcText(source, driver);
     QTemporaryFile configuration;
     if (!configuration.open() || configuration.write(text.configuration.toUtf8()) < 0 || !configuration.flush())
         throw DataError(0, configuration.errorString());
     // The driver of the toolkit takes a text that names no driver for the name of a source.
     static const QRegularExpression dsn(QStringLiteral("^DSN="), QRegularExpression::CaseInsensitiveOption);
     database.setDatabaseName(QString(text.keywords).remove(dsn));
+    // A brace at the very end of the text is none to FreeTDS.
+    const QString end = driver == freeTds ? QStringLiteral(";") : QString();
     if (!source.user.isEmpty())
-        database.setUserName(odbcValue(source.user));
+        database.setUserName(odbcValue(source.user, driver) + end);
     if (!source.password.isEmpty())
-        database.setPassword(odbcValue(source.password));
+        database.setPassword(odbcValue(source.password, driver) + end);
     if (!direct && text.configuration.isEmpty())
         database.setConnectOptions(QLatin1String(driverOptions));
     {

@@ -38,8 +38,8 @@ QStringList installedOdbcDrivers();
 // Throws DataError for what the driver has no way to do.
 OdbcText odbcText(const SqlServerSource &source, const QString &driver);
 
-// A value in braces, in which no character ends it.
-QString odbcValue(const QString &value);
+// A value in braces, in which no character ends it. Throws DataError where the driver has no way to say that.
+QString odbcValue(const QString &value, const QString &driver);
 
 // Opens the database, which is of the driver QODBC, and readies its session: quoting, form of dates, waiting for locks.
 // Throws DataError; the caller then closes the database.

@@ -14,9 +14,6 @@ namespace
 // an ordinary character for that character.
 const QChar likeEscape = u'!';
 
-// Characters of the longest text that goes to SQL Server as nvarchar.
-constexpr qsizetype longestOdbcText = 127;
-
 QString escapedForLike(const QString &value)
 {
     QString escaped;
@@ -531,12 +528,8 @@ private:
         const SqlToken &token = m_tokens[i];
         const bool quoted = token.kind == SqlToken::Text;
         if (token.kind == SqlToken::Placeholder || (quoted && token.text.contains(u'{'))) {
-            const QVariant value = inKind(valueOf(token, m_isLike[i]), m_target[i]);
-            // The driver sends a longer text as a type that compares with nothing.
-            const bool isLong = m_engine == Engine::SqlServer && value.typeId() == QMetaType::QString &&
-                                value.toString().size() > longestOdbcText;
-            m_bound.text += isLong ? " cast(? as nvarchar(max)) " : " ? ";
-            m_bound.parameters.append(value);
+            m_bound.text += " ? ";
+            m_bound.parameters.append(inKind(valueOf(token, m_isLike[i]), m_target[i]));
         } else if (quoted) {
             m_bound.text += u'\'' + token.text + u'\'';
         } else if (token.kind == SqlToken::Bracketed) {
