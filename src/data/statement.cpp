@@ -416,7 +416,7 @@ private:
             const bool fold =
                 ordering || m_tokens[at].text.startsWith(u'>') || (right.isValue && hasCaseBeyondAscii(textOf(right)));
             wrap(left, "rtrim(", ")");
-            wrap(right, "rtrim(", fold ? ") collate tradewick" : ") collate nocase");
+            wrap(right, "rtrim(", fold ? ") collate tradewick " : ") collate nocase ");
         } else if (text && (right.kind == ColumnKind::Number || isNumberValue(right))) {
             wrap(left, "cast(", " as real)");
         } else if (left.kind == ColumnKind::Number && right.kind == ColumnKind::Text) {
@@ -436,7 +436,7 @@ private:
         const Operand left = operandEndingAt(before);
         if (left.kind != ColumnKind::Text)
             return;
-        wrap(left, "rtrim(", ") collate nocase");
+        wrap(left, "rtrim(", ") collate nocase ");
         int item = nextToken(m_tokens, nextToken(m_tokens, open));
         if (item < m_tokens.size() && m_tokens[item].is("distinct"))
             item = nextToken(m_tokens, item);
@@ -456,7 +456,7 @@ private:
             return;
         if (columnKind(at) != ColumnKind::Text)
             return;
-        m_after[at] += " collate tradewick";
+        m_after[at] += " collate tradewick ";
         if (inSelect && !(next < m_tokens.size() && m_tokens[next].is("as")))
             m_after[at] += " as \"" + m_tokens[at].text + u'"';
     }
