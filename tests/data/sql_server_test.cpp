@@ -1,5 +1,6 @@
 // SQL Server through ODBC: what the drivers are told, what a real one then sends, and statements through one.
 #include "data/sql_server.h"
+#include "server_database.h"
 #include "tds_server.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 namespace tradewick
 {
 
+using test::ServerDatabase;
 using test::TdsServer;
 
 namespace
@@ -214,21 +216,21 @@ namespace
 class ThroughOdbc : public testing::Test
 {
 protected:
-    Connection connection;
-
-    QString source(const QString &password = {})
+    QString source(const QString &password = "pw") const
     {
-        return connectionString("odbc:Driver={MariaDB Unicode};Socket=" + qEnvironmentVariable("ODBC_SOCKET") +
-                                    ";Database=odbc;Charset=utf8mb4",
-                                "root", password);
+        return connectionString("odbc:Driver={MariaDB Unicode};Socket=" + database.socket() +
+                                    ";Charset=utf8mb4;Database=" + database.name(),
+                                "clerk", password);
     }
     void SetUp() override
     {
         connection.Open(source());
-        connection.Execute("drop table if exists kinds");
-        connection.Execute("create table kinds(text varchar(255) character set utf8mb4, number double, date datetime, "
-                           "flag bit, words longtext character set utf8mb4)");
+        connection.Execute("create table kinds(text varchar(255), number double, date datetime, flag bit, "
+                           "words longtext) character set utf8mb4");
     }
+
+    ServerDatabase database;
+    Connection connection;
 };
 
 } // namespace
@@ -301,7 +303,7 @@ TEST_F(ThroughOdbc, ATransactionIsWholeOrAbsentAndReadsBetween)
 TEST_F(ThroughOdbc, RefusalsComeAsErrorsOfTheProgram)
 {
     Connection refused;
-    EXPECT_TRUE(messageOf([&] { refused.Open(source("wrong;PWD=")); }).startsWith("数据库服务器不接受"));
+    EXPECT_TRUE(messageOf([&] { refused.Open(source("wrong;PWD=pw")); }).startsWith("数据库服务器不接受"));
     EXPECT_FALSE(refused.isOpen());
     EXPECT_FALSE(messageOf([&] { refused.Open(connectionString("odbc:DSN=nowhere")); }).isEmpty());
     connection.Execute("create unique index one on kinds(text)");
