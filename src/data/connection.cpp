@@ -458,8 +458,7 @@ const Connection::Table &Connection::table(const QString &name)
         {Engine::MariaDb,
          "select column_name, data_type from information_schema.columns where table_schema = database() "
          "and table_name = ? and extra not like '%INVISIBLE%' order by ordinal_position"},
-        {Engine::SqlServer, "select column_name, data_type from information_schema.columns where table_name = ? order "
-                            "by ordinal_position"},
+        {Engine::SqlServer, columnsOfSqlServer},
     };
     Table table;
     readBound(
@@ -482,12 +481,7 @@ QString Connection::uniqueColumnOf(const QString &name)
         return *found;
     QString column;
     readBound(
-        {"select max(c.name) from sys.indexes i inner join sys.index_columns p on p.object_id = i.object_id and "
-         "p.index_id = i.index_id inner join sys.columns c on c.object_id = p.object_id and c.column_id = p.column_id "
-         "where i.object_id = object_id(?) and i.is_unique = 1 and p.is_included_column = 0 "
-         "group by i.index_id having count(*) = 1 order by i.index_id",
-         {key}},
-        [](const QStringList &) {},
+        {uniqueColumnOfSqlServer, {key}}, [](const QStringList &) {},
         [&column](const QVariantList &row) {
             column = row[0].toString().toLower();
             return false;

@@ -15,6 +15,14 @@
 namespace tradewick
 {
 
+const char *const columnsOfSqlServer =
+    "select column_name, data_type from information_schema.columns where table_name = ? order by ordinal_position";
+const char *const uniqueColumnOfSqlServer =
+    "select max(c.name) from sys.indexes i inner join sys.index_columns p on p.object_id = i.object_id and "
+    "p.index_id = i.index_id inner join sys.columns c on c.object_id = p.object_id and c.column_id = p.column_id "
+    "where i.object_id = object_id(?) and i.is_unique = 1 and p.is_included_column = 0 "
+    "group by i.index_id having count(*) = 1 order by i.index_id";
+
 namespace
 {
 
@@ -22,14 +30,14 @@ const QLatin1String freeTds("FreeTDS");
 
 // What the texts of the program mean, whatever the login is set to: a date reads year, month, day; "x" is a name; an
 // index on a part of the rows can be written, which needs all of the first; a row that another desktop is just writing
-// is waited for as long as an SQLite file is; a failed statement leaves no half transaction; long texts come whole.
+// is waited for as long as an SQLite file is; a failed statement leaves no half transaction.
 const char *const sessionSettings =
-    "set quoted_identifier, ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null on "
+    "set quoted_identifier on set ansi_nulls on set ansi_padding on set ansi_warnings on set arithabort on "
+    "set concat_null_yields_null on "
     "set numeric_roundabort off "
     "set dateformat ymd "
     "set lock_timeout 10000 "
     "set xact_abort on "
-    "set textsize 2147483647 "
     "set transaction isolation level read committed";
 
 // A server that does not answer must not stop a clerk's screen for good.

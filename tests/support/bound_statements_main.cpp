@@ -1,0 +1,50 @@
+// A JSON list of statements on standard input, on standard output what SQL Server is sent of each.
+#include "data/statement.h"
+#include "database/description.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <cstdio>
+
+namespace tradewick
+{
+
+namespace
+{
+
+ColumnKinds kindsOf(const QString &name)
+{
+    ColumnKinds kinds;
+    for (const TableDescription &table : tableDescriptions())
+        if (table.name == name)
+            for (const ColumnDescription &column : table.columns)
+                kinds.insert(column.name, column.kind);
+    return kinds;
+}
+
+QString bound(const QString &statement)
+{
+    static const QRegularExpression placeholder(R"(\{([^}]*)\})");
+    Values values;
+    for (auto matches = placeholder.globalMatch(statement); matches.hasNext();)
+        values.insert(matches.next().captured(1), QStringLiteral("1"));
+    return bindStatement(statement, values, Engine::SqlServer, kindsOf).text;
+}
+
+} // namespace
+
+} // namespace tradewick
+
+int main()
+{
+    QFile in, out;
+    if (!in.open(stdin, QIODevice::ReadOnly) || !out.open(stdout, QIODevice::WriteOnly))
+        return 1;
+    QJsonArray texts;
+    for (const QJsonValue &statement : QJsonDocument::fromJson(in.readAll()).array())
+        texts.append(tradewick::bound(statement.toString()));
+    out.write(QJsonDocument(texts).toJson());
+}
