@@ -435,6 +435,10 @@ void Connection::undo()
 
 void Connection::control(const char *word)
 {
+    if (m_engine == Engine::SqlServer) {
+        runOdbc(m_database, {QLatin1String(word), {}});
+        return;
+    }
     QSqlQuery query(m_database);
     if (!query.exec(QLatin1String(word)))
         throw errorOf(query.lastError());

@@ -30,7 +30,7 @@ SQLWCHAR *wide(const QString &text)
 class OdbcStatement
 {
 public:
-    explicit OdbcStatement(SQLHANDLE connection)
+    explicit OdbcStatement(SQLHANDLE connection) : m_connection(connection)
     {
         if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, connection, &m_handle)))
             throw errorOf(diagnostics(SQL_HANDLE_DBC, connection));
@@ -41,11 +41,17 @@ public:
 
     OdbcResult run(const BoundStatement &statement)
     {
-        check(SQLPrepareW(m_handle, wide(statement.text), static_cast<SQLINTEGER>(statement.text.size())));
+        SQLWCHAR *text = wide(statement.text);
+        const auto size = static_cast<SQLINTEGER>(statement.text.size());
+        // What is prepared runs as a procedure, at whose end a "set" is forgotten.
+        const bool direct = statement.parameters.isEmpty();
+        if (!direct)
+            check(SQLPrepareW(m_handle, text, size));
         for (const QVariant &value : statement.parameters)
             bind(value);
         // An update that meets no row gives "no data".
-        if (const SQLRETURN code = SQLExecute(m_handle); code != SQL_NO_DATA)
+        if (const SQLRETURN code = direct ? SQLExecDirectW(m_handle, text, size) : SQLExecute(m_handle);
+            code != SQL_NO_DATA)
             check(code);
         OdbcResult result;
         SQLSMALLINT columns = 0;
@@ -187,9 +193,19 @@ private:
             throw errorOf(diagnostics(SQL_HANDLE_STMT, m_handle));
     }
 
-    static DriverError diagnostics(SQLSMALLINT type, SQLHANDLE handle)
+    // Not every driver has a state for the end of its link, all know of it.
+    bool isLost() const
+    {
+        SQLUINTEGER dead = SQL_CD_FALSE;
+        return SQL_SUCCEEDED(SQLGetConnectAttrW(m_connection, SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr)) &&
+               dead == SQL_CD_TRUE;
+    }
+
+    DriverError diagnostics(SQLSMALLINT type, SQLHANDLE handle) const
     {
         DriverError error;
+        if (isLost())
+            error.states.append(QStringLiteral("08S01"));
         std::array<SQLWCHAR, 6> state{};
         std::array<SQLWCHAR, 1024> message{};
         SQLINTEGER number = 0;
@@ -204,7 +220,7 @@ private:
         return error;
     }
 
-    SQLHANDLE m_handle = SQL_NULL_HANDLE;
+    SQLHANDLE m_connection, m_handle = SQL_NULL_HANDLE;
     std::list<Parameter> m_parameters;
 };
 

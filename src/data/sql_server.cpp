@@ -1,5 +1,6 @@
 #include "data/sql_server.h"
 
+#include "data/odbc_statement.h"
 #include "data/sql_error.h"
 
 #include <QDir>
@@ -201,9 +202,8 @@ void openSqlServer(QSqlDatabase &database, const SqlServerSource &source)
             throw errorOf(database.lastError());
     }
     // odbc: may lead to any other server, which speaks for itself.
-    QSqlQuery query(database);
-    if (database.driver()->dbmsType() == QSqlDriver::MSSqlServer && !query.exec(QLatin1String(sessionSettings)))
-        throw errorOf(query.lastError());
+    if (database.driver()->dbmsType() == QSqlDriver::MSSqlServer)
+        runOdbc(database, {QLatin1String(sessionSettings), {}});
 }
 
 } // namespace tradewick

@@ -1,7 +1,8 @@
 // SQL Server through ODBC: what the drivers are told, what a real one then sends, and statements through one.
+#include "data/recordset.h"
 #include "data/sql_server.h"
 #include "server_database.h"
-#include "tds_server.h"
+#include "sql_server_stand_in.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +13,7 @@ namespace tradewick
 {
 
 using test::ServerDatabase;
-using test::TdsServer;
+using test::SqlServerStandIn;
 
 namespace
 {
@@ -120,8 +121,8 @@ TEST(SqlServerLink, ShowsTheServerWhoLogsInAndTakesItsRefusal)
         {"sa", "a;b=c", "trade"}, {"业务员", "密码;Encryption=off", "外贸"}, {"o'neill", "}{x}PWD=y}", "a b"},
         {"s}a;", "}}", "{a}"},    {"sa", " x.dsn?%&\"'", "trade"},
     };
+    SqlServerStandIn server;
     for (const auto &c : cases) {
-        TdsServer server;
         Connection connection;
         const QString message = messageOf([&] {
             connection.Open(
@@ -129,12 +130,11 @@ TEST(SqlServerLink, ShowsTheServerWhoLogsInAndTakesItsRefusal)
         });
         EXPECT_TRUE(message.startsWith("数据库服务器不接受这个用户名、口令或数据库名。")) << message.toStdString();
         EXPECT_FALSE(connection.isOpen());
-        const TdsServer::Login login = server.login();
-        EXPECT_EQ(login.user, c.user);
-        EXPECT_EQ(login.password, c.password);
-        EXPECT_EQ(login.database, c.catalog);
-        EXPECT_EQ(login.application, "Tradewick");
-        EXPECT_EQ(login.encryption, TdsServer::Encryption::LoginOnly);
+        EXPECT_EQ(server.login(), (QJsonObject{{"user", c.user},
+                                               {"password", c.password},
+                                               {"database", c.catalog},
+                                               {"application", "Tradewick"},
+                                               {"encryption", 0}}));
     }
 }
 
@@ -144,20 +144,28 @@ TEST(SqlServerLink, DoublesBracesForTheDriversThatReadThem)
     EXPECT_THROW(odbcValue("a};b", "FreeTDS"), DataError);
 }
 
-TEST(SqlServerLink, GivesNoPasswordToAServerThatDoesNotEncrypt)
+TEST(SqlServerLink, IsAsSafeAsTheSourceAsks)
 {
-    for (const char *tls : {"encrypt", "verify"}) {
-        TdsServer server;
+    SqlServerStandIn plain, known("localhost"), other("office.example");
+    const QString ca = "&ca=" + known.certificate();
+    const struct {
+        SqlServerStandIn &server;
+        QString query;
+        bool opens;
+    } cases[] = {
+        {plain, "tls=off", true},          {plain, "tls=encrypt", false},
+        {plain, "tls=verify", false},      {known, "tls=off", true},
+        {known, "tls=encrypt", true},      {known, "tls=verify", false}, // nobody vouches for it
+        {known, "tls=verify" + ca, true},  {other, "tls=verify&ca=" + other.certificate(), false},
+        {other, "tls=verify" + ca, false},
+    };
+    for (const auto &c : cases) {
         Connection connection;
-        const QString message = messageOf([&] {
-            connection.Open(
-                connectionString(QString("127.0.0.1,%1?tls=%2").arg(server.port()).arg(tls), "sa", "secret"));
-        });
-        EXPECT_FALSE(message.isEmpty());
-        const TdsServer::Login login = server.login();
-        EXPECT_EQ(login.encryption, TdsServer::Encryption::All);
-        EXPECT_EQ(login.user, "");
-        EXPECT_EQ(login.password, "");
+        const QString message = messageOf([&] { connection.Open(c.server.source("localhost", c.query)); });
+        EXPECT_EQ(connection.isOpen(), c.opens) << c.query.toStdString() << message.toStdString();
+        const QJsonObject login = c.server.login();
+        EXPECT_EQ(login["encryption"].toInt(), c.query == "tls=off" ? 0 : 1);
+        EXPECT_EQ(login["password"].toString(), c.opens ? "secret" : "") << c.query.toStdString();
     }
 }
 
@@ -311,6 +319,140 @@ TEST_F(ThroughOdbc, RefusalsComeAsErrorsOfTheProgram)
     connection.Execute("insert into kinds(text) values('{t}')", value);
     EXPECT_TRUE(
         messageOf([&] { connection.Execute("insert into kinds(text) values('{t}')", value); }).startsWith("编号重复"));
+}
+
+namespace
+{
+
+// Record sets as forms use them, through the driver, on a server that speaks the protocol.
+class OnSqlServer : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        for (Connection *connection : {mine.get(), &theirs})
+            connection->Open(server.source());
+        for (const char *key : {"P0001", "P0002", "P0003"})
+            theirs.Execute("insert into sys_gksz(gkbh,gkmc) values('{k}','广州')", {{"k", key}});
+        set.Open("select * FROM sys_gksz order by gkbh", {}, mine);
+    }
+
+    QStringList names() { return column("select gkmc from sys_gksz order by gkbh"); }
+    QStringList column(const QString &statement)
+    {
+        QStringList values;
+        for (const Values &row : theirs.rows(statement))
+            values.append(row.begin()->toString());
+        return values;
+    }
+
+    SqlServerStandIn server;
+    std::shared_ptr<Connection> mine = std::make_shared<Connection>();
+    Connection theirs;
+    Recordset set;
+};
+
+} // namespace
+
+TEST_F(OnSqlServer, RowsAreAddedChangedAndDeleted)
+{
+    set.AddNew();
+    set.Fields("gkbh").setValue("P0004");
+    set.Fields("gkmc").setValue("上海 😀 O'Neill");
+    set.UpdateBatch();
+    set.setAbsolutePosition(1);
+    set.Fields("gkmc").setValue("");
+    set.UpdateBatch();
+    EXPECT_EQ(names(), (QStringList{"广州", "", "广州", "上海 😀 O'Neill"}));
+    set.Fields("gkmc").setValue(QVariant());
+    set.UpdateBatch();
+    EXPECT_FALSE(theirs.rows("select gkmc from sys_gksz where gkbh='P0002'").first()["gkmc"].isValid());
+    set.Delete();
+    set.setAbsolutePosition(2);
+    set.Delete();
+    EXPECT_EQ(names(), (QStringList{"广州", "广州"}));
+    EXPECT_EQ(set.RecordCount(), 2);
+}
+
+TEST_F(OnSqlServer, EveryKindOfColumnComesBackAsItWasTyped)
+{
+    Recordset contracts;
+    contracts.Open("select * from yy_gw_wxht_h", {}, mine);
+    EXPECT_EQ(contracts.RecordCount(), 0);
+    contracts.AddNew();
+    contracts.Fields("htbh").setValue("X1");
+    contracts.Fields("djrq").setValue("2026/3/5");
+    contracts.Fields("hl").setValue(" 6.50 ");
+    contracts.Fields("qttk").setValue(QString(5000, u'汉'));
+    contracts.UpdateBatch();
+    const Values row = theirs.rows("select * from yy_gw_wxht_h where djrq>='{d}'", {{"d", "3-5-2026"}}).value(0);
+    EXPECT_EQ(row["djrq"], "2026-03-05");
+    EXPECT_EQ(row["hl"], 6.5);
+    EXPECT_EQ(row["qttk"], QString(5000, u'汉'));
+    EXPECT_FALSE(row["khbh"].isValid());
+    // It is found again by all its values as they were written.
+    contracts.Fields("hl").setValue(7);
+    contracts.UpdateBatch();
+    EXPECT_EQ(theirs.rows("select hl from yy_gw_wxht_h").first()["hl"], 7.0);
+}
+
+TEST_F(OnSqlServer, AConflictShowsTheRowAsItStandsNow)
+{
+    set.Fields("gkmc").setValue("上海");
+    theirs.Execute("update sys_gksz set gkmc='北京' where gkbh='P0001'");
+    try {
+        set.UpdateBatch();
+        FAIL() << "the other's change was written over";
+    } catch (const ConflictError &error) {
+        ASSERT_FALSE(error.conflict().now.isEmpty());
+        EXPECT_EQ(error.conflict().now[set.columnIndex("gkmc")], "北京");
+    }
+    EXPECT_EQ(names().first(), "北京");
+    theirs.Execute("delete from sys_gksz where gkbh='P0001'");
+    try {
+        set.UpdateBatch();
+        FAIL() << "the row is gone";
+    } catch (const ConflictError &error) {
+        EXPECT_TRUE(error.conflict().now.isEmpty());
+    }
+    set.CancelUpdate();
+    EXPECT_THROW(set.requireCurrent(), ConflictError);
+}
+
+TEST_F(OnSqlServer, ATransactionIsWholeOrAbsent)
+{
+    const auto change = [&](const QString &name) {
+        mine->Execute("update sys_gksz set gkmc='{n}' where gkbh='P0001'", {{"n", name}});
+    };
+    mine->transaction([&] { change("上海"); });
+    EXPECT_EQ(names().first(), "上海");
+    EXPECT_TRUE(messageOf([&] {
+                    mine->transaction([&] {
+                        change("北京");
+                        mine->Execute("insert into sys_gksz(gkbh) values('P0002')");
+                    });
+                }).startsWith("编号重复"));
+    EXPECT_EQ(names().first(), "上海");
+    mine->transaction([&] { change("北京"); });
+    EXPECT_EQ(names().first(), "北京");
+    EXPECT_TRUE(messageOf([&] {
+                    theirs.Execute("update yy_gw_wxht_h set hl='{n}'", {{"n", "six"}});
+                    theirs.Execute("insert into yy_gw_wxht_h(hl) values('{n}')", {{"n", "six"}});
+                }).startsWith("录入的内容不是"));
+}
+
+TEST_F(OnSqlServer, ABrokenLinkIsToldAndNothingTypedIsLost)
+{
+    set.Fields("gkmc").setValue("上海");
+    server.kill();
+    try {
+        set.UpdateBatch();
+        FAIL() << "nobody is there";
+    } catch (const DataError &error) {
+        EXPECT_EQ(error.number(), DataError::connectionLost) << error.text().toStdString();
+    }
+    EXPECT_EQ(set.Fields("gkmc").text(), "上海");
+    EXPECT_TRUE(set.hasPendingChanges());
 }
 
 TEST(SqlServerLink, TellsThatNobodyAnswers)
