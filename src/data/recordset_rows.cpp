@@ -250,7 +250,7 @@ qint64 RecordsetRows::storeNew(Connection &connection, qint64 key)
         return row.attempted;
     const qint64 written = insert(connection, row);
     if (connection.engine() != Engine::Sqlite) // whose link cannot break
-        row.attempted = written;
+        row.attempted = identity.isEmpty() ? key : written;
     return written;
 }
 

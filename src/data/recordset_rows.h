@@ -13,7 +13,7 @@ public:
     struct Pending {
         QVariantList values, original;
         bool isNew = false;
-        // Identity under which the row was written when the link broke before the server answered; it may be stored.
+        // Under which key the row was written when the link broke before the server answered: it may be stored.
         qint64 attempted = 0;
     };
 

@@ -441,6 +441,22 @@ TEST_F(OnSqlServer, ATransactionIsWholeOrAbsent)
                 }).startsWith("录入的内容不是"));
 }
 
+TEST_F(OnSqlServer, ARowThatWasStoredWithoutAnAnswerIsNotStoredTwice)
+{
+    set.AddNew();
+    set.Fields("gkbh").setValue("P0004");
+    set.Fields("gkmc").setValue("上海");
+    EXPECT_THROW(mine->transaction([&] {
+        set.UpdateBatch();
+        throw DataError(0, "undone");
+    }),
+                 DataError);
+    theirs.Execute("insert into sys_gksz(gkbh,gkmc) values('P0004','上海')");
+    set.UpdateBatch();
+    EXPECT_FALSE(set.hasPendingChanges());
+    EXPECT_EQ(names(), (QStringList{"广州", "广州", "广州", "上海"}));
+}
+
 TEST_F(OnSqlServer, ABrokenLinkIsToldAndNothingTypedIsLost)
 {
     set.Fields("gkmc").setValue("上海");

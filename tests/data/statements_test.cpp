@@ -45,7 +45,7 @@ QStringList allStatements()
     QFile file(STATEMENTS_FILE);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     QStringList statements;
-    for (const QJsonValue &statement : QJsonDocument::fromJson(file.readAll()).array())
+    for (const auto &statement : QJsonDocument::fromJson(file.readAll()).array())
         statements.append(statement.toString());
     return statements;
 }

@@ -44,7 +44,7 @@ int main()
     if (!in.open(stdin, QIODevice::ReadOnly) || !out.open(stdout, QIODevice::WriteOnly))
         return 1;
     QJsonArray texts;
-    for (const QJsonValue &statement : QJsonDocument::fromJson(in.readAll()).array())
+    for (const auto &statement : QJsonDocument::fromJson(in.readAll()).array())
         texts.append(tradewick::bound(statement.toString()));
     out.write(QJsonDocument(texts).toJson());
 }
