@@ -72,9 +72,9 @@ TestServer::TestServer(const QStringList &options) : m_options(options), m_port(
     m_folder = folder.path();
     QProcess install;
     install.setProcessChannelMode(QProcess::MergedChannels);
-    install.start("mariadb-install-db",
-                  {"--no-defaults", "--datadir=" + m_folder + "/data", "--skip-test-db",
-                   "--auth-root-authentication-method=normal", "--innodb-log-file-size=8M", ownUser()});
+    install.start("mariadb-install-db", {"--no-defaults", "--datadir=" + m_folder + "/data", "--skip-test-db",
+                                         "--auth-root-authentication-method=normal", "--innodb-log-file-size=8M",
+                                         "--tmpdir=" + m_folder, ownUser()});
     install.waitForFinished(120000);
     EXPECT_EQ(install.exitCode(), 0) << install.readAll().toStdString();
     start();
@@ -94,9 +94,10 @@ void TestServer::start()
     QProcess server;
     server.setProgram("mariadbd");
     server.setArguments(QStringList{"--no-defaults", ownUser(), "--datadir=" + m_folder + "/data",
-                                    "--socket=" + m_folder + "/socket", "--pid-file=" + m_folder + "/pid",
-                                    QStringLiteral("--port=%1").arg(m_port), "--bind-address=127.0.0.1",
-                                    "--innodb-log-file-size=8M", "--innodb-buffer-pool-size=64M",
+                                    "--tmpdir=" + m_folder, "--socket=" + m_folder + "/socket",
+                                    "--pid-file=" + m_folder + "/pid", QStringLiteral("--port=%1").arg(m_port),
+                                    "--bind-address=127.0.0.1", "--innodb-log-file-size=8M",
+                                    "--innodb-buffer-pool-size=64M",
                                     // what a killed process wrote is there all the same
                                     "--innodb-flush-method=nosync", "--innodb-flush-log-at-trx-commit=2",
                                     "--skip-name-resolve", "--loose-innodb-fast-shutdown=2"} +
