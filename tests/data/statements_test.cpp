@@ -67,9 +67,9 @@ QVariant valueFor(ColumnKind kind, const QString &comparison, const QString &tex
         return " 12.50";
     if (kind == ColumnKind::Flag)
         return "True";
-    // Only numbers of forms are asked for by range; Chinese is not in the order of pinyin to MariaDB.
+    // Only numbers of forms are asked for by range; other scripts than Latin have another order on MariaDB.
     if (comparison == ">=" || comparison == "<=")
-        return text == "广州" ? typed[0] : text;
+        return text == typed[1] || text.isEmpty() ? text : typed[0];
     return comparison == "=" ? text + ' ' : text;
 }
 
@@ -114,6 +114,8 @@ QVariant valueOf(const TableDescription &table, int column, int row)
     default:
         break;
     }
+    if (description.name.startsWith("hxdh_") && !isPlain)
+        return QStringLiteral("H%1").arg(row);
     const bool isKey = description.name == table.unique || table.indexed.contains(description.name) ||
                        description.name.endsWith("bh") || description.name.endsWith("dh");
     if (!isKey)
