@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QTabWidget>
+#include <QTimer>
 
 namespace tradewick
 {
@@ -29,7 +30,7 @@ RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidge
     build();
     setBusy(false);
     lockFields(true);
-    connect(&records(), &Recordset::currentChanged, this, &RecordForm::showRecord);
+    connect(&records(), &Recordset::currentChanged, this, &RecordForm::recordMoved);
     connect(&records(), &Recordset::valueChanged, this, [this](int row, int column) {
         if (row >= 0 && column >= 0 && row != records().absolutePosition())
             return;
@@ -70,7 +71,10 @@ bool RecordForm::run(Failure failure, std::initializer_list<std::function<void()
     for (const auto &step : steps) {
         try {
             step();
+            if (tellLost())
+                return false;
         } catch (const DataError &error) {
+            m_lost.clear();
             const bool lost = error.number() == DataError::connectionLost;
             if (failure == Failure::Skip && !lost)
                 continue;
@@ -84,6 +88,30 @@ bool RecordForm::run(Failure failure, std::initializer_list<std::function<void()
 }
 
 // ---- fields and the record ----
+
+// The record set is in the middle of a move and must not be left there by a lost connection: that is told afterwards,
+// by the handler that is running, or else soon.
+void RecordForm::recordMoved()
+{
+    try {
+        showRecord();
+    } catch (const DataError &error) {
+        if (error.number() != DataError::connectionLost)
+            throw;
+        m_lost = error.text();
+        QTimer::singleShot(0, this, &RecordForm::tellLost);
+    }
+}
+
+bool RecordForm::tellLost()
+{
+    if (m_lost.isEmpty())
+        return false;
+    const QString text = m_lost;
+    m_lost.clear();
+    dialogs().message(this, text, {}, MessageIcon::None);
+    return true;
+}
 
 QString RecordForm::fieldText(const QString &name) const
 {
@@ -377,6 +405,7 @@ void RecordForm::add()
     lockFields(true);
     if (hasRecord() && records().isNew(records().absolutePosition()))
         records().CancelUpdate();
+    m_lost.clear(); // told already
 }
 
 void RecordForm::edit()
@@ -386,7 +415,7 @@ void RecordForm::edit()
         return;
     }
     run(m_spec.failures.edit, {[this] {
-                                   if (m_isUnread)
+                                   if (m_isUnread || (m_spec.body.statement && !body().isOpen()))
                                        showRecord();
                                    setBusy(true);
                                },
@@ -503,7 +532,7 @@ void RecordForm::cancel()
              m_adding = false;
              finish(Change::Cancelled);
          }});
-    showRecord();
+    recordMoved();
 }
 
 void RecordForm::deleteRecord()
@@ -543,7 +572,7 @@ void RecordForm::deleteRecord()
              if (!back)
                  finish(Change::Deleted);
          }});
-    showRecord();
+    recordMoved();
 }
 
 void RecordForm::finish(Change what)

@@ -228,6 +228,8 @@ private:
     void fillList(QComboBox *combo, const char *statement, bool wholeRows);
     void finish(Change what);
     bool settle(const Conflict &conflict); // asks; gives whether to go on storing
+    void recordMoved();
+    bool tellLost();
     bool hasRecord();
     bool hasBadDate();
     bool missesRequiredField();
@@ -250,6 +252,7 @@ private:
     BranchTree *m_tree = nullptr;
     QTabWidget *m_tabs = nullptr;
     QLabel *m_state = nullptr;
+    QString m_lost;    // what is to be told of a connection that was lost while the record was shown
     QString m_bodyKey; // whose lines the body shows
     bool m_busy = false;
     bool m_adding = false;

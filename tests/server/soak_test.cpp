@@ -90,7 +90,6 @@ private:
         if (drive.text("Text1(1)") != mark || lines->model()->index(0, 0).row() != 0)
             tell("?typed text is gone: " + drive.text("Text1(1)"));
         tell(told.startsWith("编号重复") ? "twin" : "refused");
-        tell("trace " + mark + " " + told + QString::number(lines->model()->rowCount()) + " busy " + QString::number(form.isBusy()) + " key " + number);
         ::usleep(20000);
         return false;
     }
@@ -215,8 +214,6 @@ TEST(OfficeDeathTest, EightDesktopsLoseNothingWhileTheServerIsKilled)
         EXPECT_EQ(contract["n"].toInt(), linesOfContract) << contract["htbh"].toString().toStdString();
         EXPECT_TRUE(stored.contains(contract["htbh"].toString()));
     }
-    for (const Values &l : connection.rows("select htbh,beizhu from yy_gw_wxht_b where isnull(htbh,'')=''")) fprintf(stderr, "NULLKEY %s\n", qPrintable(l["beizhu"].toString()));
-    for (const QByteArray &line : told.split('\n')) fprintf(stderr, "%s\n", line.constData());
     EXPECT_EQ(connection.rows("select htbh, count(*) as n from yy_wxht_rpt group by htbh").size(), stored.size());
     EXPECT_EQ(connection.rows("select hs_fenshu as n from cy_hxd_wgj_ld").first()["n"],
               connection.rows("select count(*) as n from cy_hxd_gsly").first()["n"]);
