@@ -215,9 +215,10 @@ void Connection::openDatabase()
 {
     const ConnectionParts parts = connectionParts(m_connectionString);
     const QString path = QDir::fromNativeSeparators(QString(parts.dataSource).replace(u'\\', u'/'));
-    const bool isOdbc = path.startsWith("odbc:", Qt::CaseInsensitive);
+    const bool isMariaDb = path.startsWith("mariadb://", Qt::CaseInsensitive);
+    const bool isServer = isMariaDb || path.startsWith("odbc:", Qt::CaseInsensitive);
     if (parts.provider.startsWith("Microsoft.Jet", Qt::CaseInsensitive) ||
-        (!isOdbc && path.endsWith(".db", Qt::CaseInsensitive))) {
+        (!isServer && path.endsWith(".db", Qt::CaseInsensitive))) {
         if (!QFileInfo(path).isFile())
             throw DataError(0, QStringLiteral("数据库文件“%1”不存在").arg(path));
         m_engine = Engine::Sqlite;
@@ -227,7 +228,7 @@ void Connection::openDatabase()
         if (!m_database.open())
             throw errorOf(m_database.lastError());
         addSqliteFunctions(m_database.driver()->handle());
-    } else if (path.startsWith("mariadb://", Qt::CaseInsensitive)) {
+    } else if (isMariaDb) {
         const MariaDbSource source = mariaDbSource(parts);
         m_engine = Engine::MariaDb;
         m_database = QSqlDatabase::addDatabase("QMYSQL", m_name);

@@ -49,7 +49,7 @@ MariaDbSource mariaDbSource(const ConnectionParts &parts)
     if (source.host.isEmpty() && !source.socket.isEmpty())
         source.host = QStringLiteral("localhost");
     if (!url.isValid() || source.host.isEmpty())
-        throw DataError(0, QStringLiteral("无法识别的服务器名称“%1”").arg(parts.dataSource));
+        throw unreadableSource(parts.dataSource);
     source.port = url.port(source.port);
     const auto given = [](const QString &setting, const QString &inSource) {
         return setting.isEmpty() ? inSource : setting;

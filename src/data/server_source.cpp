@@ -9,6 +9,12 @@
 namespace tradewick
 {
 
+DataError unreadableSource(QString source)
+{
+    static const QRegularExpression password(QStringLiteral("//[^@/]*@"));
+    return {0, QStringLiteral("无法识别的服务器名称“%1”").arg(source.replace(password, QStringLiteral("//")))};
+}
+
 bool isThisMachine(const QString &host)
 {
     static const QRegularExpression loopback(QStringLiteral(R"(^(localhost|127\.\d+\.\d+\.\d+|::1)$)"),
@@ -25,7 +31,7 @@ Guard guardOf(const QUrlQuery &query, bool onThisMachine, const QString &source)
     else if (tls == QLatin1String("encrypt"))
         guard.tls = Guard::Tls::Encrypt;
     else if (!tls.isEmpty() && tls != QLatin1String("verify"))
-        throw DataError(0, QStringLiteral("无法识别的服务器名称“%1”").arg(source));
+        throw unreadableSource(source);
     guard.ca = query.queryItemValue("ca", QUrl::FullyDecoded);
     if (guard.ca.isEmpty())
         guard.ca = Guard::systemCertificates();

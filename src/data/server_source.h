@@ -1,7 +1,7 @@
 // What the sources of all database servers have in common: where the server is and how the link to it is guarded.
 #pragma once
 
-#include <QString>
+#include "data/data_error.h"
 
 class QUrlQuery;
 
@@ -20,6 +20,9 @@ struct Guard {
     Tls tls = Tls::Verify;
     QString ca; // file of the certificates that are trusted
 };
+
+// The error that a source cannot be read as one; a password in it is not repeated.
+DataError unreadableSource(QString source);
 
 // Whether a server of that name or address is on this machine.
 bool isThisMachine(const QString &host);

@@ -43,12 +43,6 @@ const char *const sessionSettings =
 
 // A server that does not answer must not stop a clerk's screen for good.
 const char *const driverOptions = "SQL_ATTR_LOGIN_TIMEOUT=10;SQL_ATTR_CONNECTION_TIMEOUT=120";
-
-DataError unreadable(const QString &source)
-{
-    return {0, QStringLiteral("无法识别的服务器名称“%1”").arg(source)};
-}
-
 // Sets a variable of the environment as long as it lives.
 class Environment
 {
@@ -113,7 +107,7 @@ SqlServerSource sqlServerSource(const ConnectionParts &parts)
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     const QRegularExpressionMatch match = form.match(text);
     if (!match.hasMatch())
-        throw unreadable(parts.dataSource);
+        throw unreadableSource(parts.dataSource);
     source.host = match.captured(1);
     if (source.host == QLatin1String(".") || source.host.compare("(local)", Qt::CaseInsensitive) == 0)
         source.host = QStringLiteral("localhost");
