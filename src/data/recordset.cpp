@@ -323,6 +323,9 @@ void Recordset::takeOver(int column, const QVariant &value)
             removeRow(row);
             continue;
         }
+        const RecordsetRows::Pending &waiting = m_impl->pending[key];
+        if (!waiting.isNew && waiting.original[column].toString().isEmpty())
+            continue;
         QVariantList values = m_impl->pending.take(key).values;
         values[column] = value;
         key = m_impl->nextTemporaryKey--;

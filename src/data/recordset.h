@@ -117,7 +117,8 @@ public:
     void renewGone();
 
     // Makes new rows of all that wait, with that value in the column, and lets go of the others: lines that were typed
-    // for one document go over to another and take nothing of the first along.
+    // for one document go over to another and take nothing of the first along. Stored rows without a value there are
+    // nobody else's: changes to them go on waiting as they are.
     void takeOver(int column, const QVariant &value);
 
     // Rows by position from 0, for grids. absolutePosition is -1 before the first row and RecordCount behind the last.

@@ -170,7 +170,8 @@ TEST_F(Products, SaveAsCopiesTheGeneralPricesUnderTheNewCode)
     drive.click("CMd_LC");
     EXPECT_EQ(prices(""), 3);
     drive.typeCell(grid, 0, "jkdj", "5"); // a copy that is changed goes along
-    drive.type("Text(0)", "A2");
+    for (const char *typed : {"A", "A2"})
+        drive.type("Text(0)", typed);
     drive.click("CmdOK");
     EXPECT_FALSE(form->isBusy());
     EXPECT_EQ(prices(""), 0);
@@ -208,6 +209,28 @@ TEST_F(Products, CancelTakesTheCopiesAway)
     drive.click("Cmdedit");
     drive.click("Cmdcancel");
     EXPECT_EQ(prices("A1"), 3);
+}
+
+// A refused OK ends the adding: what is cancelled then leaves its copies, and the next product stored takes them.
+TEST_F(Products, CopiesLeftByARefusedOkGoToTheNextProduct)
+{
+    const FormDriver drive = open();
+    drive.click("CMd_LC");
+    drive.click("CmdOK");
+    EXPECT_EQ(dialogs.take().text, "编号不能为空");
+    drive.click("Cmdcancel");
+    EXPECT_EQ(prices(""), 3);
+    drive.click("cmdmd");
+    drive.click("Cmdedit");
+    drive.click("CmdOK");
+    EXPECT_EQ(prices(""), 0);
+    EXPECT_EQ(prices("B1"), 3);
+    EXPECT_EQ(drive.find<Grid>("TDBGrid1")->model()->rowCount(), 3);
+    // That OK has ended the copying: rows without a code stay what they are.
+    run("insert into yy_bzdj_b(cpbh,gg) values('','left over')");
+    drive.click("Cmdedit");
+    drive.click("CmdOK");
+    EXPECT_EQ(prices(""), 1);
 }
 
 TEST_F(Products, DeleteTakesThePricesAlongAndTheFilterNarrows)
