@@ -191,6 +191,21 @@ void TestDatabase::refuse(const QString &table, const QString &column, const QSt
              {}});
 }
 
+void TestDatabase::refuseDeletion(const QString &table)
+{
+    m_connection->executeBound(
+        {QString(isOnServer() ? "create trigger keep_%1 before delete on %1 for each row signal sqlstate '45000' set "
+                                "message_text = 'refused'"
+                              : "create trigger keep_%1 before delete on %1 begin select raise(abort, 'refused'); end")
+             .arg(table),
+         {}});
+}
+
+void TestDatabase::allowDeletion(const QString &table)
+{
+    m_connection->executeBound({"drop trigger keep_" + table, {}});
+}
+
 void TestDatabase::drop(const QString &table)
 {
     m_isRuined = true;

@@ -32,6 +32,9 @@ public:
     void elsewhere(const QString &statement, const Values &values = {});
     // The database refuses any row of the table in which the column has that value, with "refused".
     void refuse(const QString &table, const QString &column, const QString &value);
+    // The database refuses to delete any row of the table, with "refused", or does so again.
+    void refuseDeletion(const QString &table);
+    void allowDeletion(const QString &table);
     // The database goes on without the table.
     void drop(const QString &table);
 
