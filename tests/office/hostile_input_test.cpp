@@ -1,8 +1,12 @@
 // Text that would be a statement if it were ever read as one, typed into every field of every form: it is stored and
 // found again to the character, and nothing else in the database moves.
 #include "common/record_form.h"
+#include "contracts/export_contract.h"
 #include "database/description.h"
+#include "masterdata/customers.h"
 #include "masterdata/delivery_addresses.h"
+#include "masterdata/master_reports.h"
+#include "masterdata/products.h"
 #include "shell/commands.h"
 #include "shell/connection_settings.h"
 #include "shell/dispatch.h"
@@ -332,6 +336,14 @@ TEST_P(HostileInput, IsStoredToTheCharacterAndChangesNothingElse)
     }
     search(*form, fields);
     drive.click("cmdqd");
+    if (const auto *lines = form->findChild<Grid *>("TDBGrid1")) {
+        while (lines->model()->rowCount() == 0 && !form->records().EOF_())
+            form->records().MoveNext();
+        drive.click("Cmdedit");
+        const QStringList expected = fill(*form, {}, 1, 0);
+        store(*form, expected, 1);
+    }
+    drive.click("cmdqd");
     drive.click("Cmdedit");
     const QStringList expected = fill(*form, fields, -1, -1);
     store(*form, expected, 1);
@@ -339,6 +351,74 @@ TEST_P(HostileInput, IsStoredToTheCharacterAndChangesNothingElse)
 
 INSTANTIATE_TEST_SUITE_P(All, HostileInput, testing::ValuesIn(formNames()),
                          [](const auto &form) { return form.param.name.toStdString(); });
+
+// What one table holds goes into statements on others: a customer's quote, a company's letterhead, a copied price list,
+// a printed sheet.
+TEST(HostileChoices, AreTakenOverToTheCharacter)
+{
+    TestDatabase database;
+    ScriptedDialogs dialogs;
+    for (const QString &text : hostile) {
+        SCOPED_TRACE(text.toStdString());
+        const Values values{{"t", text}, {"copy", text + "copy"}};
+        for (const char *statement :
+             {"insert into yy_gwkh_zl(khbh,khmc,zwdz) values('{t}','{t}','{t}')",
+              "insert into sys_bzsz(bzbh,bizh,bzcode,hl) values('{t}','{t}','{t}',2)",
+              "insert into sys_gsmc(gsbh,gsmc,e_gsmc) values('{t}','{t}','{t}')",
+              "insert into yy_bzdj(cpbh,cpmc,cplb) values('{t}','{t}','{t}')",
+              "insert into yy_bzdj_b(cpbh,gg,gys_bizh,khbh,jkdj,jmdj,gys_dj) values('{t}','{t}','{t}','{t}',1,2,3)"})
+            database.connection().Execute(statement, values);
+        const auto count = [&](const char *statement) { return database.value(statement, values).toInt(); };
+        {
+            YY_WXHT contracts;
+            const FormDriver drive(contracts);
+            drive.click("Cmdadd");
+            for (const char *combo : {"Combo1(0)", "Combo1(1)"}) {
+                drive.type(combo, text);
+                drive.press(combo, Qt::Key_Return);
+            }
+            drive.click("CmdOK");
+            const QString number = drive.text("Text1(0)");
+            EXPECT_EQ(count("select count(*) from yy_gw_wxht_h where khbh='{t}' and khmc='{t}' and dizh='{t}' and "
+                            "gsmc='{t}' and e_gsmc='{t}'"),
+                      1);
+            EXPECT_EQ(count("select count(*) from yy_gw_wxht_b where cpbh='{t}' and gg='{t}' and cplb='{t}' and dj=3"),
+                      1);
+            EXPECT_EQ(drive.find<Grid>("TDBGrid1")->model()->rowCount(), 1);
+        }
+        yy_cpbj products;
+        const FormDriver drive(products);
+        drive.type("Text1", text);
+        drive.click("CMd_LC");
+        drive.type("Text(0)", text + "copy");
+        drive.click("CmdOK");
+        EXPECT_EQ(count("select count(*) from yy_bzdj where cpbh='{copy}' and cpmc='{t}' and cplb='{t}'"), 1);
+        EXPECT_EQ(count("select count(*) from yy_bzdj_b where cpbh='{copy}' and gg='{t}' and gys_bizh='{t}'"), 1);
+        drive.click("Cmdedit");
+        auto *prices = drive.find<Grid>("TDBGrid1");
+        drive.typeCell(prices, 0, "khbh", text);
+        drive.click("CmdOK");
+        EXPECT_EQ(count("select count(*) from yy_bzdj_b where cpbh='{copy}' and khbh='{t}' and khmc='{t}'"), 1);
+
+        YY_GWKH_ZL customers;
+        const FormDriver clerk(customers);
+        clerk.type("Text2", text);
+        clerk.click("Cmdedit");
+        clerk.type("Combo1(1)", text);
+        clerk.press("Combo1(1)", Qt::Key_Return);
+        clerk.click("CmdOK");
+        EXPECT_EQ(count("select count(*) from yy_gwkh_zl where khbh='{t}' and bzcode='{t}' and hl=2"), 1);
+        EXPECT_EQ(dialogs.shown, QVector<Shown>());
+        EXPECT_NO_THROW(masterReport("YY_KhZl_XX_Rpt", database.connection(), text));
+        EXPECT_THROW(masterReport("YY_KhZl_XX_Rpt", database.connection(), text + "?"), DataError);
+        drive.click("Cmddelete");
+        dialogs.take();
+        EXPECT_EQ(count("select count(*) from yy_bzdj_b where cpbh='{copy}'"), 0);
+        EXPECT_EQ(count("select count(*) from yy_bzdj_b where cpbh='{t}'"), 1);
+    }
+    EXPECT_EQ(database.count("yy_gwkh_zl"), hostile.size());
+    EXPECT_EQ(database.count("yy_gw_wxht_b"), hostile.size());
+}
 
 TEST(HostileLogin, OpensToItsOwnNameAndPasswordAlone)
 {
