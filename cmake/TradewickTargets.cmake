@@ -49,6 +49,7 @@ function(tradewick_test folder)
   gtest_discover_tests(
     test_${folder}
     TEST_PREFIX ${folder}.
+    NO_PRETTY_VALUES # the parameters' names stand in the tests' own
     DISCOVERY_MODE PRE_TEST
     PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
   if(ARG_ONCE)
@@ -57,6 +58,7 @@ function(tradewick_test folder)
   gtest_discover_tests(
     test_${folder}
     TEST_PREFIX mariadb.${folder}.
+    NO_PRETTY_VALUES
     TEST_LIST test_${folder}_mariadb
     DISCOVERY_MODE PRE_TEST
     PROPERTIES ENVIRONMENT "${environment};TRADEWICK_TEST_SERVER=${CMAKE_BINARY_DIR}/test-server"

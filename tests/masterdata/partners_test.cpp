@@ -201,7 +201,7 @@ TEST_P(Partners, ACurrencyBringsItsRateWhileTheRecordIsEdited)
 TEST_P(Partners, CancelGoesToTheFirstAndArrowsStopAtTheEnds)
 {
     for (const char *key : {"A", "B", "C"})
-        insert(key);
+        insert(key, QString("area of ") + key);
     const FormDriver drive = open();
     drive.click("cmdmd");
     drive.click("Cmdedit");
@@ -225,6 +225,15 @@ TEST_P(Partners, CancelGoesToTheFirstAndArrowsStopAtTheEnds)
     drive.click("Cmddelete");
     EXPECT_EQ(drive.text("Text1(0)"), "C");
     EXPECT_EQ(database.count(GetParam().table), 2);
+    const auto *areas = drive.find<QComboBox>("Combo1(0)");
+    EXPECT_EQ(areas->count(), 2);
+    EXPECT_LT(areas->findText("area of B"), 0);
+    EXPECT_EQ(areas->currentText(), "area of C");
+    // What another desktop stored meanwhile is offered after the next Cancel.
+    database.elsewhere(statement("insert into TABLE(KEY,AREA) values('D','area of D')"));
+    drive.click("Cmdedit");
+    drive.click("Cmdcancel");
+    EXPECT_GE(areas->findText("area of D"), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Partners, testing::ValuesIn(partners),

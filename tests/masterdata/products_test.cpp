@@ -83,7 +83,10 @@ TEST_F(Products, APriceIsTheSumOfItsPartsAndBelongsToTheProduct)
     drive.typeCell(grid, 0, "khbh", "nobody");
     EXPECT_EQ(cell(*grid, 0, "khmc"), "First Customer");
     EXPECT_TRUE(dialogs.shown.isEmpty());
+    drive.type("Combo1(0)", "easel");
     drive.click("CmdOK");
+    EXPECT_EQ(drive.text("Combo1(0)"), "easel"); // and is offered from now on
+    EXPECT_GE(drive.find<QComboBox>("Combo1(0)")->findText("easel"), 0);
     EXPECT_EQ(database.value("select gys_dj from yy_bzdj_b where cpbh='C1' and gg='40x40' and gys_bizh='CNY'"), 9.5);
     EXPECT_FALSE(grid->isEditing());
     EXPECT_EQ(drive.text("Text(0)"), "C1");

@@ -439,7 +439,7 @@ TEST(HostileLogin, OpensToItsOwnNameAndPasswordAlone)
         }
     }
     EXPECT_EQ(contentOf(database), before);
-    const QString name = hostile[0], password = hostile[2];
+    const QString &name = hostile[0], &password = hostile[2];
     {
         sys_QXSZ users;
         const FormDriver clerk(users);
@@ -469,14 +469,14 @@ TEST(HostileSettings, AreKeptToTheCharacter)
         frmODBCLogon settings(nullptr);
         const FormDriver drive(settings);
         for (int i = 0; i < boxes.size(); ++i)
-            drive.type(boxes[i], text + QString::number(i));
+            drive.type(boxes[i], QString::number(i) + text);
         drive.click("Cmdtry");
         EXPECT_EQ(dialogs.take().text, "服务器设置有问题，请重新核对。");
         drive.click("cmdOK");
         frmODBCLogon again(nullptr);
         const FormDriver reader(again);
         for (int i = 0; i < boxes.size(); ++i)
-            EXPECT_EQ(reader.text(boxes[i]), text + QString::number(i));
+            EXPECT_EQ(reader.text(boxes[i]), QString::number(i) + text);
         EXPECT_EQ(local.rows("select * from data_link").size(), 1);
     }
     setApplicationDirectory({});
