@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include <algorithm>
+
 namespace tradewick
 {
 
@@ -84,6 +86,34 @@ QString fillWithDemonstration(const QString &source)
     });
     withLogo(logo, [&] { copyDatabase(original, source); });
     return logo;
+}
+
+void addUser(const QString &source, const QString &name, const QString &password)
+{
+    if (name.isEmpty() || name != name.trimmed())
+        throw CommandError(QStringLiteral("the name “%1” is empty or has blanks around it").arg(name));
+    if (password.isEmpty())
+        throw CommandError(QStringLiteral("the password is empty"));
+    const auto &tables = tableDescriptions();
+    const auto users = std::find_if(tables.begin(), tables.end(),
+                                    [](const TableDescription &table) { return table.name == u"qb_pass"; });
+    QStringList columns{QStringLiteral("name"), QStringLiteral("pass")};
+    QVariantList values{name, password};
+    for (const ColumnDescription &column : users->columns)
+        if (column.kind == ColumnKind::Flag) {
+            columns.append(column.name);
+            values.append(true);
+        }
+    Connection connection;
+    openSource(connection, source);
+    connection.transaction([&] {
+        if (!connection.rows(QStringLiteral("select name from qb_pass where name = '{name}'"), {{"name", name}})
+                 .isEmpty())
+            throw CommandError(QStringLiteral("there is a user %1 already").arg(name));
+        connection.executeBound({QStringLiteral("insert into qb_pass (%1) values (%2)")
+                                     .arg(columns.join(u','), QStringList(values.size(), "?").join(u',')),
+                                 values});
+    });
 }
 
 void writeSettings(const QString &file, const QString &dataSource)

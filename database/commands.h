@@ -21,6 +21,10 @@ bool checkDatabase(const QString &source, QTextStream &out);
 // the company's logo beside a file, or for a server's database into the current folder, and gives its path.
 QString fillWithDemonstration(const QString &source);
 
+// Adds a user of the program with all rights, without whom nobody could log in and make the others. A name that is
+// taken is refused, regardless of case, and so are an empty name or password and a name with blanks around it.
+void addUser(const QString &source, const QString &name, const QString &password);
+
 // Writes the local settings: one row with the data source, user, password and database left Null. Only the owner can
 // read the file, since a password may follow. An existing file is refused.
 void writeSettings(const QString &file, const QString &dataSource);

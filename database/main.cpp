@@ -2,6 +2,7 @@
 #include "database/backup.h"
 #include "database/commands.h"
 #include "database/description.h"
+#include "database/password.h"
 #include "database/sql_server_script.h"
 #include "database/verify.h"
 
@@ -23,6 +24,9 @@ constexpr auto usage =
     "                                              missing\n"
     "  tradewick-database demo SOURCE              fill it with demonstration data; the logo is put beside the file,\n"
     "                                              for a server into the current folder\n"
+    "  tradewick-database user SOURCE NAME         add a user of the program who has all rights: the first one, who "
+    "makes\n"
+    "                                              the others; asks for the password\n"
     "  tradewick-database copy FROM TO             copy all rows into a database that has none\n"
     "  tradewick-database copy FROM FILE.sql       write a script of all for SQL Server's own shell\n"
     "  tradewick-database backup SOURCE FILE       write all, as it stands at one moment, into one new file FILE.db\n"
@@ -33,7 +37,8 @@ constexpr auto usage =
     "                                              print the script that makes the database\n"
     "\n"
     "SOURCE, FROM, TO  a file FILE.db, or mariadb://USER@HOST/DATABASE; the password may stand in the environment as\n"
-    "                  TRADEWICK_PASSWORD\n";
+    "                  TRADEWICK_PASSWORD\n"
+    "The password of a new user may stand there as TRADEWICK_USER_PASSWORD, or come as a line of the standard input.\n";
 
 void writeCounts(const QVector<TableCount> &counts, QTextStream &out)
 {
@@ -61,6 +66,8 @@ int run(const QStringList &arguments, QTextStream &out)
         return checkDatabase(operand, out) ? 0 : 1;
     else if (called("demo", 1))
         out << "logo: " << fillWithDemonstration(operand) << '\n';
+    else if (called("user", 2))
+        addUser(operand, arguments[2], newPassword());
     else if (called("copy", 2))
         writeCounts(arguments[2].endsWith(QLatin1String(".sql"), Qt::CaseInsensitive)
                         ? writeSqlServerScript(operand, arguments[2])

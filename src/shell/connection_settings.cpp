@@ -3,6 +3,7 @@
 #include "common/dialogs.h"
 #include "shell/process.h"
 
+#include <QFile>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -26,6 +27,9 @@ frmODBCLogon::frmODBCLogon(QWidget *parent) : QDialog(parent)
 
     auto *form = new QFormLayout;
     m_server = addField(form, "txtServer", QStringLiteral("服务器名称："), "datasource");
+    const QString servers = QStringLiteral(R"(路径.db，mariadb://主机/数据库，主机\实例)");
+    m_server->setPlaceholderText(servers);
+    m_server->setToolTip(servers);
     m_user = addField(form, "txtUID", QStringLiteral("用户名称："), "UserID");
     m_password = addField(form, "txtPWD", QStringLiteral("用户密码："), "Password");
     m_password->setEchoMode(QLineEdit::Password);
@@ -45,8 +49,15 @@ frmODBCLogon::frmODBCLogon(QWidget *parent) : QDialog(parent)
     addButton("cmdOK", QStringLiteral("确认"), [this] { save(); })->setDefault(true);
     addButton("cmdCancel", QStringLiteral("返回"), [this] { close(); });
 
+    auto *note = new QLabel(QStringLiteral("密码以明文保存在本机的 data_link.mdb 中，只有该文件的所有者可以读写。\n"
+                                           "四项中至少留空一项，否则启动时视为连接失败。"),
+                            this);
+    note->setObjectName("note");
+    note->setForegroundRole(QPalette::PlaceholderText);
+
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
+    layout->addWidget(note);
     layout->addSpacing(12);
     layout->addLayout(buttons);
 }
@@ -83,6 +94,8 @@ void frmODBCLogon::tryConnection()
 
 void frmODBCLogon::save()
 {
+    // Before the password is in it; SQLite gives its journal the same rights.
+    QFile::setPermissions(localSettingsFile(), QFile::ReadOwner | QFile::WriteOwner);
     m_settings.Recordset().UpdateBatch();
     close();
 }

@@ -47,6 +47,11 @@ void setApplicationDirectory(const QString &directory)
     otherDirectory() = directory;
 }
 
+QString localSettingsFile()
+{
+    return applicationDirectory() + QStringLiteral("/data_link.mdb");
+}
+
 QString localConnectionString()
 {
     return QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=%1\\data_link.mdb;Persist Security Info=False")

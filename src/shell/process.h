@@ -18,7 +18,8 @@ void setEndProcess(std::function<void(int)> end);
 QString applicationDirectory();
 void setApplicationDirectory(const QString &directory);
 
-// The connection string of the local settings file.
+// The local settings file, and its connection string.
+QString localSettingsFile();
 QString localConnectionString();
 
 } // namespace tradewick

@@ -4,6 +4,7 @@
 #include "shell_support.h"
 
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 
 using namespace std::chrono_literals;
@@ -155,6 +156,33 @@ TEST_F(StartUp, SettingsDialogStartsARowInAnEmptyTable)
     QTest::keyClicks(&find<QLineEdit>(*window("frmODBCLogon"), "txtServer"), "office.db");
     click(*window("frmODBCLogon"), "cmdOK");
     EXPECT_EQ(settings(), Rows{QVariantList({null, null, "office.db", null})});
+}
+
+TEST_F(StartUp, SettingsThatHoldAPasswordAreTheirOwnersAlone)
+{
+    writeSettings({{null, "sa", "office.db", null}});
+    const QString file = m_folder.filePath("data_link.mdb");
+    const auto othersMay = [&file] {
+        return QFile::permissions(file) & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther);
+    };
+    const auto ownerMay = QFile::ReadOwner | QFile::WriteOwner;
+    const auto everybody = ownerMay | QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    ASSERT_TRUE(QFile::setPermissions(file, everybody));
+    main_FRM mainWindow;
+    mainWindow.openForm("frmODBCLogon");
+    QWidget &dialog = *window("frmODBCLogon");
+    const QString note = find<QLabel>(dialog, "note").text();
+    EXPECT_TRUE(note.contains("data_link.mdb") && note.contains("明文")) << note.toStdString();
+    EXPECT_TRUE(find<QLabel>(dialog, "note").isVisible());
+    for (const char *kind : {".db", "mariadb://", "主机\\实例"})
+        EXPECT_TRUE(find<QLineEdit>(dialog, "txtServer").placeholderText().contains(kind)) << kind;
+
+    QTest::keyClicks(&find<QLineEdit>(dialog, "txtPWD"), "secret");
+    EXPECT_TRUE(othersMay()); // nothing is stored yet
+    click(dialog, "cmdOK");
+    EXPECT_EQ(settings(), Rows{QVariantList({"secret", "sa", "office.db", null})});
+    EXPECT_FALSE(othersMay());
+    EXPECT_EQ(QFile::permissions(file) & ownerMay, ownerMay);
 }
 
 TEST_F(StartUp, TryConnectsWithTheTextsAsTyped)
