@@ -35,6 +35,7 @@ public:
                  file("stranger.key"), "-out", file("stranger.pem")});
         sign("here", "IP:127.0.0.1");
         sign("elsewhere", "DNS:db.example");
+        sign("ended", "IP:127.0.0.1", "0");
     }
 
     QString file(const QString &name) const { return m_folder.filePath(name); }
@@ -51,7 +52,7 @@ private:
         process.waitForFinished(60000);
         EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
     }
-    void sign(const QString &name, const QString &host) const
+    void sign(const QString &name, const QString &host, const QString &days = "30") const
     {
         QFile extensions(file(name + ".ext"));
         EXPECT_TRUE(extensions.open(QIODevice::WriteOnly));
@@ -60,7 +61,7 @@ private:
         openssl({"req", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=server", "-keyout", file(name + ".key"), "-out",
                  file(name + ".csr")});
         openssl({"x509", "-req", "-in", file(name + ".csr"), "-CA", file("ca.pem"), "-CAkey", file("ca.key"),
-                 "-CAcreateserial", "-days", "30", "-extfile", extensions.fileName(), "-out", file(name + ".pem")});
+                 "-CAcreateserial", "-days", days, "-extfile", extensions.fileName(), "-out", file(name + ".pem")});
     }
 
     QTemporaryDir m_folder;
@@ -165,7 +166,7 @@ TEST(Guard, ClosesWhatIsNotGuarded)
 {
     const Certificates certificates;
     const TestServer plain({"--skip-ssl"}), here(certificates.serverOptions("here")),
-        elsewhere(certificates.serverOptions("elsewhere"));
+        elsewhere(certificates.serverOptions("elsewhere")), ended(certificates.serverOptions("ended"));
     const QString ca = "&ca=" + certificates.file("ca.pem"), stranger = "&ca=" + certificates.file("stranger.pem");
     const struct {
         const TestServer &server;
@@ -179,6 +180,7 @@ TEST(Guard, ClosesWhatIsNotGuarded)
         {here, "tls=verify", false, false},            // the machine's own certificates do not know it either
         {elsewhere, "tls=verify" + ca, false, false},  // a true certificate, for another name
         {elsewhere, "tls=encrypt" + ca, true, true},   //
+        {ended, "tls=verify" + ca, false, false},      // was true until a moment ago
         {plain, "tls=verify" + ca, false, false},      // a server that offers nothing
         {plain, "tls=encrypt", false, false},          //
         {plain, "tls=off", true, false},               //

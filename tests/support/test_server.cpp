@@ -93,7 +93,6 @@ void TestServer::start()
 {
     QProcess server;
     server.setProgram("mariadbd");
-    // A server that starts clears its folder of temporary files, which must not be that of another one.
     server.setArguments(QStringList{"--no-defaults", ownUser(), "--datadir=" + m_folder + "/data",
                                     "--tmpdir=" + m_folder, "--socket=" + m_folder + "/socket",
                                     "--pid-file=" + m_folder + "/pid", QStringLiteral("--port=%1").arg(m_port),
