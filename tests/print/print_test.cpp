@@ -48,7 +48,8 @@ protected:
 
     Outcome print(const QStringList &arguments)
     {
-        return runProgram(binFolder() + "/tradewick-print", QStringList{"--database", database.dataSource()} + arguments);
+        return runProgram(binFolder() + "/tradewick-print",
+                          QStringList{"--database", database.dataSource()} + arguments);
     }
     QStringList files() const { return QDir(folder.path()).entryList(QDir::Files); }
     QString file(const QString &name) const { return folder.filePath(name); }
@@ -202,10 +203,10 @@ TEST_F(Print, TextsStandWhereTheyStandWhateverTheScreensScale)
 {
     QString first;
     for (const char *scale : {"1", "1.25", "1.5", "2"}) {
-        const Outcome printed = runProgram(
-            binFolder() + "/tradewick-print",
-            {"--database", database.dataSource(), "--document", "形式发票", "--number", "X260800001", "--pdf", file("o.pdf")},
-            scale);
+        const Outcome printed = runProgram(binFolder() + "/tradewick-print",
+                                           {"--database", database.dataSource(), "--document", "形式发票", "--number",
+                                            "X260800001", "--pdf", file("o.pdf")},
+                                           scale);
         ASSERT_EQ(printed.status, 0) << printed.error.toStdString();
         const QString words = runProgram("pdftotext", {"-bbox", file("o.pdf"), "-"}).out.section("<body>", 1);
         EXPECT_GT(words.count("<word "), 50);
