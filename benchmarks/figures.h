@@ -18,5 +18,6 @@ QVector<Figure> formFigures();
 QVector<Figure> masterFigures();
 QVector<Figure> reportFigures();
 QVector<Figure> excelFigures();
+QVector<Figure> serverFigures();
 
 } // namespace tradewick

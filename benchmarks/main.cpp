@@ -2,6 +2,7 @@
 #include "common/globals.h"
 #include "figures.h"
 #include "form_bench.h"
+#include "server_bench.h"
 
 #include <QApplication>
 #include <QTextStream>
@@ -12,19 +13,24 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments().mid(1);
-    if (!arguments.isEmpty() && arguments.first().startsWith("--child-"))
+    if (arguments.value(0) == "--child-memory")
         return benchmarkChild(arguments);
+    if (arguments.value(0).startsWith("--child-"))
+        return serverBenchmarkChild(arguments);
     const struct {
         QString name;
         QVector<Figure> (*figures)();
-    } groups[] = {
-        {"forms", formFigures}, {"master", masterFigures}, {"reports", reportFigures}, {"excel", excelFigures}};
+    } groups[] = {{"forms", formFigures},
+                  {"master", masterFigures},
+                  {"reports", reportFigures},
+                  {"excel", excelFigures},
+                  {"server", serverFigures}};
     QTextStream out(stdout), err(stderr);
     QStringList unknown = arguments;
     for (const auto &group : groups)
         unknown.removeAll(group.name);
     if (!unknown.isEmpty()) {
-        err << "usage: tradewick-bench [forms] [master] [reports] [excel]\n"
+        err << "usage: tradewick-bench [forms] [master] [reports] [excel] [server]\n"
                "Prints the figures of the groups named, of all when none is.\n";
         return 2;
     }

@@ -3,12 +3,12 @@
 #include "contracts/export_contract.h"
 #include "database/description.h"
 #include "figures.h"
+#include "form_bench.h"
 #include "masterdata/departments.h"
 #include "masterdata/products.h"
 #include "masterdata/staff.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QSqlDatabase>
@@ -114,20 +114,6 @@ void fill()
     BareClient::run("commit");
 }
 
-double milliseconds(const std::function<void()> &work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
-double median(QVector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 using Action = std::function<std::unique_ptr<RecordForm>(int run)>;
 
 // Each in turn, so that they meet the same machine. What the form takes over no rows at all, its widgets, is taken off
@@ -150,12 +136,6 @@ Figure compare(const QString &name, double goal, const Action &form, const std::
     if (withoutRows)
         detail += QStringLiteral(", over none %1 ms").arg(median(none), 0, 'f', 1);
     return {name, (median(ours) - median(none)) / median(theirs), goal, detail};
-}
-
-void useDatabase(const QString &path)
-{
-    gConnStr = "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=;Initial Catalog=;Data Source=" + path;
-    gConn = Connection::shared(gConnStr);
 }
 
 std::unique_ptr<RecordForm> shown(std::unique_ptr<RecordForm> form)

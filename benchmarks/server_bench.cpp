@@ -1,0 +1,363 @@
+// Desktops at work on a server, each a process of its own: their saves beside those of bare clients that send the very
+// same statements, and the contract form over 100,000 contracts beside the same on a file.
+#include "server_bench.h"
+
+#include "common/globals.h"
+#include "contracts/export_contract.h"
+#include "data/mariadb_server.h"
+#include "database/description.h"
+#include "figures.h"
+#include "form_bench.h"
+#include "support/form_driver.h"
+#include "support/scripted_dialogs.h"
+#include "support/test_server.h"
+
+#include <QDataStream>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QTemporaryDir>
+
+#include <iostream>
+#include <stdexcept>
+#include <string>
+
+namespace tradewick
+{
+
+using namespace test;
+
+namespace
+{
+
+constexpr int linesOfContract = 3, rounds = 5, contracts = 100000, openings = 7;
+
+// A statement as the server got it.
+struct Step {
+    QString text;
+    bool isPrepared = false;
+    QVariantList values{};
+};
+QDataStream &operator<<(QDataStream &stream, const Step &step)
+{
+    return stream << step.text << step.isPrepared << step.values;
+}
+QDataStream &operator>>(QDataStream &stream, Step &step)
+{
+    return stream >> step.text >> step.isPrepared >> step.values;
+}
+
+void writeSteps(const QVector<Step> &steps, const QString &path)
+{
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    QDataStream stream(&file);
+    stream << steps;
+}
+
+QString numberOf(int desktop, int contract)
+{
+    return QStringLiteral("D%1-%2").arg(desktop).arg(contract, 5, 10, QChar('0'));
+}
+
+// The parent starts all clocks at once.
+void waitForStart()
+{
+    std::cout << "ready" << std::endl;
+    std::string line;
+    std::getline(std::cin, line);
+}
+
+void saveByForm(int desktop, int first, int count)
+{
+    const ScriptedDialogs dialogs;
+    YY_WXHT form;
+    const FormDriver drive(form);
+    auto *lines = drive.find<Grid>("TDBGrid1");
+    waitForStart();
+    for (int contract = first; contract < first + count; ++contract) {
+        drive.click("Cmdadd");
+        drive.type("Text1(0)", numberOf(desktop, contract));
+        drive.type("Text1(1)", QStringLiteral("德国"));
+        drive.type("Text1(3)", QStringLiteral("汉堡画框贸易公司"));
+        drive.type("Text1(5)", QStringLiteral("Speicherstadt 12, Hamburg"));
+        for (int line = 0; line < linesOfContract; ++line) {
+            drive.typeCell(lines, line, "cpmc", QStringLiteral("木制画框"));
+            drive.typeCell(lines, line, "jkdj", "12.5");
+            drive.typeCell(lines, line, "sl", "200");
+        }
+        drive.click("CmdOK");
+        if (form.isBusy() || form.records().hasPendingChanges() || !dialogs.shown.isEmpty())
+            throw std::runtime_error("a save was refused");
+    }
+}
+
+// Sends the statements of one save again and again, with numbers and identities of its own.
+class BareClient
+{
+public:
+    BareClient(const QString &source, const QString &stepsFile)
+    {
+        m_database = QSqlDatabase::addDatabase("QMYSQL", "bare");
+        openMariaDb(m_database, mariaDbSource(connectionParts(connectionStringOf(source))));
+        QFile file(stepsFile);
+        file.open(QIODevice::ReadOnly);
+        QDataStream stream(&file);
+        stream >> m_steps;
+    }
+
+    void save(int desktop, int first, int count)
+    {
+        waitForStart();
+        for (int contract = first; contract < first + count; ++contract)
+            for (const Step &step : std::as_const(m_steps))
+                send(step, {{numberOf(0, 1), numberOf(desktop, contract - 1)},
+                            {numberOf(0, 2), numberOf(desktop, contract)}});
+    }
+
+private:
+    void send(const Step &step, const QHash<QString, QString> &numbers)
+    {
+        static const QRegularExpression byIdentity("^select .* from (\\w+) where tradewick_id");
+        QSqlQuery query(m_database);
+        query.setForwardOnly(true);
+        bool done = true;
+        if (!step.isPrepared) {
+            done = query.exec(step.text);
+        } else {
+            done = query.prepare(step.text);
+            const QVector<qint64> written = m_written[byIdentity.match(step.text).captured(1)];
+            for (qsizetype i = 0; i < step.values.size(); ++i) {
+                const QVariant &value = step.values[i];
+                const qsizetype fromEnd = step.values.size() - i;
+                query.addBindValue(fromEnd <= written.size()            ? written[written.size() - fromEnd]
+                                   : numbers.contains(value.toString()) ? numbers[value.toString()]
+                                                                        : value);
+            }
+            done = done && query.exec();
+        }
+        if (!done)
+            throw std::runtime_error(query.lastError().text().toStdString());
+        if (step.text.startsWith("insert into "))
+            m_written[step.text.mid(12).section(u'(', 0, 0)].append(query.lastInsertId().toLongLong());
+        const int columns = query.isSelect() ? query.record().count() : 0;
+        while (query.next())
+            for (int column = 0; column < columns; ++column)
+                query.value(column);
+    }
+
+    QSqlDatabase m_database;
+    QVector<Step> m_steps;
+    QHash<QString, QVector<qint64>> m_written; // identities by table
+};
+
+// Processes that wait for one start.
+class Clients
+{
+public:
+    Clients(int count, const std::function<QStringList(int number)> &arguments)
+    {
+        for (int number = 0; number < count; ++number) {
+            auto process = std::make_unique<QProcess>();
+            process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+            process->start(QApplication::applicationFilePath(), arguments(number));
+            m_processes.push_back(std::move(process));
+        }
+        for (const auto &process : m_processes)
+            process->waitForReadyRead(60000);
+    }
+
+    double milliseconds()
+    {
+        return tradewick::milliseconds([this] {
+            for (const auto &process : m_processes) {
+                process->write("go\n");
+                process->waitForBytesWritten();
+            }
+            for (const auto &process : m_processes)
+                if (!process->waitForFinished(600000) || process->exitStatus() != QProcess::NormalExit ||
+                    process->exitCode() != 0)
+                    throw std::runtime_error("a client failed");
+        });
+    }
+
+private:
+    std::vector<std::unique_ptr<QProcess>> m_processes;
+};
+
+// The values of an execution, read from the statement with and without them.
+QVariantList valuesIn(const QString &prepared, const QString &executed)
+{
+    QVariantList values;
+    qsizetype at = 0;
+    for (const QChar c : prepared) {
+        if (c != u'?') {
+            ++at;
+            continue;
+        }
+        const bool isText = executed[at] == u'\'';
+        qsizetype end = isText ? executed.indexOf(u'\'', at + 1) : at;
+        while (!isText && end < executed.size() && (executed[end].isLetterOrNumber() || executed[end] == u'.'))
+            ++end;
+        const QString value = executed.mid(at + (isText ? 1 : 0), end - at - (isText ? 1 : 0));
+        values.append(isText ? QVariant(value) : value == "NULL" ? QVariant() : QVariant(value.toDouble()));
+        at = end + (isText ? 1 : 0);
+    }
+    return values;
+}
+
+void makeTables(const TestServer &server, const QString &database)
+{
+    server.run({"create database " + database});
+    Connection connection;
+    connection.Open(connectionStringOf(server.source(database)));
+    for (const QString &statement : ddl(Engine::MariaDb))
+        connection.executeBound({statement, {}});
+}
+
+// What the form sends from one commit to the next, as the server logged it.
+QVector<Step> stepsOfSave(const TestServer &server)
+{
+    makeTables(server, "logged");
+    server.run({"set global log_output='TABLE'", "set global general_log=1"});
+    Clients(1, [&](int) {
+        return QStringList{"--child-saves", server.source("logged"), "0", "0", "3"};
+    }).milliseconds();
+    server.run({"set global general_log=0"});
+    Connection connection;
+    connection.Open(connectionStringOf(server.source("logged")));
+    QVector<Step> steps;
+    int commits = 0;
+    connection.readBound(
+        {"select command_type, convert(argument using utf8mb4) from mysql.general_log where thread_id "
+         "= (select max(thread_id) from mysql.general_log where argument like 'insert into "
+         "yy_gw_wxht_h%')",
+         {}},
+        [](const QStringList &) {},
+        [&](const QVariantList &row) {
+            const QString type = row[0].toString(), text = row[1].toString();
+            if (commits == 2 && type == "Prepare")
+                steps.append({text, true});
+            else if (commits == 2 && type == "Execute")
+                steps.last().values = valuesIn(steps.last().text, text);
+            else if (commits == 2 && type == "Query")
+                steps.append({text});
+            commits += type == "Query" && text == "commit" ? 1 : 0;
+            return true;
+        });
+    return steps;
+}
+
+int countOf(const TestServer &server, const QString &database, const QString &table)
+{
+    Connection connection;
+    connection.Open(connectionStringOf(server.source(database)));
+    return connection.rows("select count(*) as n from " + table).first()["n"].toInt();
+}
+
+Figure saves(const TestServer &server, const QString &kind, int desktops, int saves, const QString &stepsFile,
+             qsizetype statements)
+{
+    static int databases = 0;
+    const QString ours = QStringLiteral("ours%1").arg(++databases), bare = QStringLiteral("bare%1").arg(databases);
+    makeTables(server, ours);
+    makeTables(server, bare);
+    QVector<double> byForms, byBareClients;
+    for (int round = 0; round < rounds; ++round) {
+        const auto arguments = [&](const char *child, const QString &database, int number) {
+            return QStringList{child,
+                               server.source(database),
+                               QString::number(number),
+                               QString::number(round * saves),
+                               QString::number(saves),
+                               stepsFile};
+        };
+        byForms.append(
+            Clients(desktops, [&](int number) { return arguments("--child-saves", ours, number); }).milliseconds());
+        byBareClients.append(Clients(desktops, [&](int number) {
+                                 return arguments("--child-bare-saves", bare, number);
+                             }).milliseconds());
+    }
+    for (const QString &database : {ours, bare})
+        if (countOf(server, database, "yy_gw_wxht_h") != rounds * desktops * saves ||
+            countOf(server, database, "yy_gw_wxht_b") != rounds * desktops * saves * linesOfContract)
+            throw std::runtime_error("contracts are missing");
+    const auto perSecond = [&](const QVector<double> &times) { return desktops * saves * 1000 / median(times); };
+    return {QStringLiteral("saves per second of %1 bare clients / of %1 desktops, %2").arg(desktops).arg(kind),
+            perSecond(byBareClients) / perSecond(byForms), 1 / 0.7,
+            QStringLiteral("desktops %1, bare clients %2, %3 statements each")
+                .arg(perSecond(byForms), 0, 'f', 1)
+                .arg(perSecond(byBareClients), 0, 'f', 1)
+                .arg(statements)};
+}
+
+Figure opening(const TestServer &server)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("full.db");
+    makeContracts(path, contracts);
+    makeTables(server, "full");
+    fillContracts(connectionStringOf(server.source("full")), contracts);
+    QVector<double> onFile, onServer;
+    const auto timed = [](const QString &source) {
+        useDatabase(source);
+        std::unique_ptr<RecordForm> form; // its closing is not measured
+        return milliseconds([&form] { form = openContractForm(); });
+    };
+    for (int i = 0; i < openings; ++i) {
+        onFile.append(timed(path));
+        onServer.append(timed(server.source("full")));
+    }
+    return {"open the contract form over 100,000 contracts on a server / on a file", median(onServer) / median(onFile),
+            2,
+            QStringLiteral("server %1 ms, file %2 ms").arg(median(onServer), 0, 'f', 1).arg(median(onFile), 0, 'f', 1)};
+}
+
+} // namespace
+
+int serverBenchmarkChild(const QStringList &arguments)
+{
+    const QString source = arguments.value(1);
+    const int desktop = arguments.value(2).toInt(), first = arguments.value(3).toInt(),
+              count = arguments.value(4).toInt();
+    if (arguments.first() == "--child-bare-saves") {
+        BareClient(source, arguments.value(5)).save(desktop, first, count);
+    } else {
+        useDatabase(source);
+        saveByForm(desktop, first, count);
+    }
+    gConn.reset();
+    return 0;
+}
+
+QVector<Figure> serverFigures()
+{
+    const QTemporaryDir folder;
+    const QString stepsFile = folder.filePath("steps");
+    QVector<Figure> figures;
+    const struct {
+        QString name;
+        QStringList options;
+    } kinds[] = {
+        {"each kept through a power cut", {"--innodb-flush-method=fsync", "--innodb-flush-log-at-trx-commit=1"}},
+        {"each kept through a crash of the server", {}}};
+    for (const auto &[name, options] : kinds) {
+        const TestServer server(options);
+        const QVector<Step> steps = stepsOfSave(server);
+        writeSteps(steps, stepsFile);
+        figures.append(saves(server, name, 1, 60, stepsFile, steps.size()));
+        figures.append(saves(server, name, 8, 20, stepsFile, steps.size()));
+        if (options.isEmpty())
+            continue;
+        figures.append(opening(server));
+        figures.append(nextRecord("next record over 100,000 contracts on a server"));
+        gConn.reset();
+    }
+    return figures;
+}
+
+} // namespace tradewick
