@@ -37,7 +37,13 @@ RecordsetModel::RecordsetModel(Recordset &recordset, QVector<GridColumn> columns
         }
         endRemoveRows();
     });
-    connect(&recordset, &Recordset::valueChanged, this, [this](int record) {
+    connect(&recordset, &Recordset::valueChanged, this, [this](int record, int column) {
+        if (record >= 0 && column >= 0) { // a view measures its columns anew for each that is said to have changed
+            for (int section = 0; section < columnCount(); ++section)
+                if (sourceColumn(section) == column)
+                    Q_EMIT dataChanged(index(rowOf(record), section), index(rowOf(record), section));
+            return;
+        }
         if (record < 0 && isSorted())
             rearrange();
         const int first = record < 0 ? 0 : rowOf(record), last = record < 0 ? rowCount() - 1 : first;

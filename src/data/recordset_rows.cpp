@@ -90,15 +90,15 @@ void RecordsetRows::fetchAround(Connection &connection, int row)
     const int last = std::min<int>(first + rowsAtOnce, static_cast<int>(keys.size()));
     BoundStatement select = selectRows();
     select.text += " in (";
+    if (rows.size() > rowsKept)
+        rows.clear();
     for (int i = first; i < last; ++i) {
-        if (keys[i] < 0)
+        if (keys[i] < 0 || rows.contains(keys[i])) // those read already stand as they were read
             continue;
         select.text += select.parameters.isEmpty() ? "?" : ",?";
         select.parameters.append(keys[i]);
     }
     select.text += ")";
-    if (rows.size() > rowsKept)
-        rows.clear();
     connection.readBound(
         select, [](const QStringList &) {},
         [&](const QVariantList &line) {
