@@ -101,15 +101,38 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
 }
 
 // Texts alone are measured: the view's own way lays out every cell as if it were painted.
-int Grid::fittingWidth(int column) const
+int Grid::textWidth(int column, int firstRow, int rows) const
 {
     const QFontMetrics metrics = fontMetrics();
     // Beside the text its margins, the line of the grid, and a pixel for what rounding takes.
     const int margin = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1) + 2;
-    int width = qMax(metrics.averageCharWidth() * 8, m_headWidths[column]);
-    for (int row = 0; row < qMin(rowsMeasured, m_model->rowCount()); ++row)
+    int width = 0;
+    for (int row = firstRow; row < qMin(firstRow + rows, m_model->rowCount()); ++row)
         width = qMax(width, metrics.horizontalAdvance(m_model->index(row, column).data().toString()) + margin);
-    return qMin(width, widestColumn);
+    return width;
+}
+
+int Grid::fittingWidth(int column) const
+{
+    const int least = qMax(fontMetrics().averageCharWidth() * 8, m_headWidths[column]);
+    return qMin(qMax(least, textWidth(column, 0, rowsMeasured)), widestColumn);
+}
+
+// Of the rows in sight: the view's own way reads and lays out a thousand, after each change of a cell.
+int Grid::sizeHintForColumn(int column) const
+{
+    const int rows = viewport()->height() / verticalHeader()->defaultSectionSize() + 2;
+    return textWidth(column, qMax(0, rowAt(0)), rows);
+}
+
+// Columns as wide as what they hold grow with what comes into sight.
+void Grid::scrollContentsBy(int dx, int dy)
+{
+    QTableView::scrollContentsBy(dx, dy);
+    for (int column = 0; dy != 0 && column < m_model->columnCount(); ++column)
+        if (horizontalHeader()->sectionResizeMode(column) == QHeaderView::ResizeToContents &&
+            sizeHintForColumn(column) > columnWidth(column))
+            horizontalHeader()->setSectionResizeMode(column, QHeaderView::ResizeToContents); // said again, it measures
 }
 
 void Grid::setEditing(bool editing, std::function<void()> newRow)

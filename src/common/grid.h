@@ -57,11 +57,14 @@ protected:
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void focusInEvent(QFocusEvent *event) override;
+    int sizeHintForColumn(int column) const override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     void goOn();
     void copySelection() const;
     void sortFurther(int column);
+    int textWidth(int column, int firstRow, int rows) const;
     int fittingWidth(int column) const;
 
     RecordsetModel *m_model = nullptr;

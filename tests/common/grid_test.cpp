@@ -329,4 +329,17 @@ TEST_F(Lists, ColumnsAreAsWideAsWhatStandsInThem)
     EXPECT_LT(list->columnWidth(Date), list->columnWidth(Customer));
 }
 
+TEST_F(Lists, AKeyIsWholeOnceItComesIntoSight)
+{
+    threeThousandContracts();
+    contract("Z-the-longest-contract-number", "W", {}, {});
+    open();
+    const QModelIndex longest = list->model()->index(3000, Number);
+    ASSERT_EQ(longest.data().toString(), "Z-the-longest-contract-number");
+    const int first = list->columnWidth(Number);
+    EXPECT_LT(first, list->sizeHintForIndex(longest).width());
+    drive->click("cmdmd");
+    EXPECT_LE(list->sizeHintForIndex(longest).width(), list->columnWidth(Number));
+}
+
 } // namespace tradewick
