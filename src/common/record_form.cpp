@@ -504,15 +504,14 @@ void RecordForm::save()
                                      throw;
                                  }
                              },
-                             [&] { // a step away and back shows what is stored
+                             [&] { // what is stored is shown, as the database keeps it
                                  if (!stored || (isDocument && body().hasPendingChanges()))
-                                     return; // refused lines wait; the step would drop them
-                                 if (isDocument && records().EOF_()) {
-                                     records().MoveNext();
+                                     return; // refused lines wait; reading would drop them
+                                 if (isDocument && records().EOF_())
                                      records().MovePrevious();
-                                 } else if (!records().BOF()) {
-                                     records().MovePrevious();
-                                     records().MoveNext();
+                                 else if (!records().BOF()) {
+                                     showRecord();
+                                     refreshBody();
                                  }
                              },
                              [&] {
