@@ -24,10 +24,9 @@ namespace tradewick
 namespace
 {
 
+// query: prepared from the statement's text.
 void run(QSqlQuery &query, const BoundStatement &statement)
 {
-    if (!query.prepare(statement.text))
-        throw errorOf(query.lastError());
     // A null QString would be stored as Null; Null is an invalid QVariant and nothing else.
     for (const QVariant &value : statement.parameters)
         query.addBindValue(value.typeId() == QMetaType::QString && value.toString().isNull() ? QVariant(QString(""))
@@ -89,18 +88,29 @@ ConnectionParts connectionParts(const QString &connectionString)
 namespace
 {
 
-// Nulls first, numbers by value, texts by the one order.
-int compareValues(const QVariant &a, const QVariant &b)
-{
-    if (a.isNull() || b.isNull())
-        return static_cast<int>(b.isNull()) - static_cast<int>(a.isNull());
-    const auto isText = [](const QVariant &value) { return value.typeId() == QMetaType::QString; };
-    if (!isText(a) && !isText(b)) {
-        const double x = a.toDouble(), y = b.toDouble();
-        return x < y ? -1 : x > y ? 1 : 0;
+// What a value is ordered by, made ready once: nulls first, numbers by value, texts by the one order.
+struct OrderKey {
+    enum Kind { Null, Number, Text } kind = Null;
+    double number = 0;
+    QString text;
+
+    explicit OrderKey(const QVariant &value)
+    {
+        if (value.isNull())
+            return;
+        kind = value.typeId() == QMetaType::QString ? Text : Number;
+        if (kind == Text)
+            text = foldedForOrder(value.toString());
+        else
+            number = value.toDouble();
     }
-    const QByteArray x = a.toString().toUtf8(), y = b.toString().toUtf8();
-    return compareText(x.constData(), static_cast<int>(x.size()), y.constData(), static_cast<int>(y.size()));
+};
+
+int compare(const OrderKey &a, const OrderKey &b)
+{
+    if (a.kind != b.kind)
+        return a.kind < b.kind ? -1 : 1;
+    return a.kind == OrderKey::Text ? compareFolded(a.text, b.text) : a.number < b.number ? -1 : a.number > b.number;
 }
 
 } // namespace
@@ -115,6 +125,8 @@ RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &stateme
         return;
     }
     m_query.setForwardOnly(true);
+    if (!m_query.prepare(statement.text))
+        throw errorOf(m_query.lastError());
     run(m_query, statement);
     const QSqlRecord record = m_query.record();
     for (int i = 0; i < record.count() - statement.hiddenColumns; ++i)
@@ -125,21 +137,28 @@ RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &stateme
 
 void RowCursor::sort(const BoundStatement &statement)
 {
+    struct Row {
+        QVariantList values;
+        std::vector<OrderKey> keys;
+    };
     const qsizetype columns = m_columns.size() + statement.hiddenColumns;
+    std::vector<Row> rows;
     while (m_query.next()) {
-        QVariantList row(columns);
+        Row &row = rows.emplace_back();
         for (int i = 0; i < columns; ++i)
-            row[i] = read(i);
-        m_fetched.push_back(std::move(row));
+            row.values.append(read(i));
+        for (const OrderItem &item : statement.order)
+            row.keys.emplace_back(row.values[item.column < 0 ? columns + item.column : item.column]);
     }
-    std::stable_sort(m_fetched.begin(), m_fetched.end(), [&](const QVariantList &a, const QVariantList &b) {
-        for (const OrderItem &item : statement.order) {
-            const qsizetype column = item.column < 0 ? columns + item.column : item.column;
-            if (const int order = compareValues(a[column], b[column]))
-                return (order < 0) != item.descending;
-        }
+    std::stable_sort(rows.begin(), rows.end(), [&](const Row &a, const Row &b) {
+        for (size_t i = 0; i < a.keys.size(); ++i)
+            if (const int order = compare(a.keys[i], b.keys[i]))
+                return (order < 0) != statement.order[static_cast<qsizetype>(i)].descending;
         return false;
     });
+    m_fetched.reserve(rows.size());
+    for (Row &row : rows)
+        m_fetched.push_back(std::move(row.values));
     m_isFetched = true;
 }
 
@@ -252,6 +271,7 @@ void Connection::overLink(bool repeatable, const std::function<void()> &action)
     for (bool again = false;; again = true) {
         try {
             if (m_isLost) {
+                m_statements.clear();
                 m_database.close();
                 m_database = QSqlDatabase();
                 QSqlDatabase::removeDatabase(m_name);
@@ -272,6 +292,7 @@ void Connection::overLink(bool repeatable, const std::function<void()> &action)
 
 void Connection::Close()
 {
+    m_statements.clear();
     if (m_database.isValid()) {
         m_database.close();
         m_database = QSqlDatabase();
@@ -302,9 +323,9 @@ qint64 Connection::executeBound(const BoundStatement &statement)
             rows = runOdbc(m_database, statement).changed;
             return;
         }
-        QSqlQuery query(m_database);
-        run(query, statement);
-        rows = query.numRowsAffected();
+        const auto query = m_statements.take(m_database, statement.text);
+        run(*query, statement);
+        rows = query->numRowsAffected();
     });
     return rows;
 }
@@ -316,9 +337,9 @@ qint64 Connection::insertBound(const BoundStatement &statement)
         executeBound(statement);
     else
         overLink(false, [&] {
-            QSqlQuery query(m_database);
-            run(query, statement);
-            identity = query.lastInsertId().toLongLong();
+            const auto query = m_statements.take(m_database, statement.text);
+            run(*query, statement);
+            identity = query->lastInsertId().toLongLong();
         });
     return identity;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/data_error.h"
+#include "data/prepared_statements.h"
 #include "data/statement.h"
 
 #include <QSqlDatabase>
@@ -132,6 +133,7 @@ private:
     QString m_name; // Qt's name of the connection
     QString m_connectionString;
     QSqlDatabase m_database;
+    PreparedStatements m_statements;
     bool m_isOpen = false;
     bool m_isLost = false; // the link broke since
     Engine m_engine = Engine::Sqlite;

@@ -220,4 +220,34 @@ TEST_F(Records, ManyRowsAreReadAsTheyAreLookedAt)
     EXPECT_THROW(units.AddNew(), DataError);
 }
 
+TEST_F(Records, AStatementRunsAgainWithOtherValuesWhereverItIs)
+{
+    Connection &connection = *set.connection();
+    const QString names = "select gkmc from sys_gksz where gkbh >= '{k}' order by gkbh";
+    const QString insert = "insert into sys_gksz(gkbh,gkmc) values('{k}','{n}')";
+    const QString longName(60, u'港');
+    EXPECT_EQ(connection.Execute(insert, {{"k", "P0004"}, {"n", "a"}}), 1);
+    EXPECT_THROW(connection.Execute(insert, {{"k", "P0004"}, {"n", "twin"}}), DataError);
+    EXPECT_EQ(connection.Execute(insert, {{"k", "P0005"}, {"n", longName}}), 1);
+    EXPECT_EQ(connection.Execute(insert, {{"k", "P0006"}, {"n", QVariant()}}), 1);
+
+    QVector<QVector<QVariant>> inner; // read while the same statement's outer rows are
+    QVariantList outer;
+    connection.read(
+        names, {{"k", "P0004"}}, [](const QStringList &) {},
+        [&](const QVariantList &row) {
+            outer.append(row.first());
+            inner.append(QVector<QVariant>());
+            for (const Values &found : connection.rows(names, {{"k", "P0005"}}))
+                inner.last().append(found["gkmc"]);
+            return true;
+        });
+    EXPECT_EQ(outer, QVariantList({"a", longName, QVariant()}));
+    EXPECT_EQ(inner, QVector<QVariantList>(3, {longName, QVariant()}));
+    connection.read(
+        names, {{"k", "P0004"}}, [](const QStringList &) {}, [](const QVariantList &) { return false; });
+    database.elsewhere("delete from sys_gksz where gkbh='{k}'", {{"k", "P0005"}}); // nobody reads any more
+    EXPECT_EQ(connection.rows(names, {{"k", "P0005"}}).size(), 1);
+}
+
 } // namespace tradewick
