@@ -20,6 +20,7 @@ namespace
 // Rows looked at to find a column's width; a register of 100,000 rows must not be read for it.
 constexpr int rowsMeasured = 30;
 constexpr int widestColumn = 260;
+constexpr qsizetype advancesKept = 4096;
 
 // The numbers of the rows. The last is the widest; the view's own way measures a hundred of them.
 class RowNumbers : public QHeaderView
@@ -100,15 +101,26 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
         Qt::QueuedConnection);
 }
 
-// Texts alone are measured: the view's own way lays out every cell as if it were painted.
+// Texts alone are measured: the view's own way lays out every cell as if it were painted. The same texts come again
+// with every row and every save.
 int Grid::textWidth(int column, int firstRow, int rows) const
 {
     const QFontMetrics metrics = fontMetrics();
+    if (m_advances.size() > advancesKept || m_advancesFont != font()) {
+        m_advances.clear();
+        m_advancesFont = font();
+    }
+    const auto advance = [&](const QString &text) {
+        auto known = m_advances.constFind(text);
+        if (known == m_advances.constEnd())
+            known = m_advances.insert(text, metrics.horizontalAdvance(text));
+        return *known;
+    };
     // Beside the text its margins, the line of the grid, and a pixel for what rounding takes.
     const int margin = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1) + 2;
     int width = 0;
     for (int row = firstRow; row < qMin(firstRow + rows, m_model->rowCount()); ++row)
-        width = qMax(width, metrics.horizontalAdvance(m_model->index(row, column).data().toString()) + margin);
+        width = qMax(width, advance(m_model->index(row, column).data().toString()) + margin);
     return width;
 }
 

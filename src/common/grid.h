@@ -70,6 +70,8 @@ private:
     RecordsetModel *m_model = nullptr;
     QPointer<QLineEdit> m_editor; // the one opened last
     QStringList m_enterColumns;
+    mutable QHash<QString, int> m_advances; // of texts, in the font beside
+    mutable QFont m_advancesFont;
     QVector<int> m_headWidths; // that the heads' captions take
     struct DropDown {
         QString name;

@@ -9,6 +9,13 @@
 namespace tradewick
 {
 
+namespace
+{
+
+constexpr qsizetype toldOneByOne = 20;
+
+} // namespace
+
 ConflictError::ConflictError(Conflict conflict)
     : DataError(changedSinceRead,
                 QStringLiteral("该记录在读取之后已被其他用户修改或删除，没有覆盖；所录入的内容仍然保留。")),
@@ -232,9 +239,12 @@ void Recordset::UpdateBatch()
                 set.storeChanged(*m_connection, this, key);
         }
         m_connection->onCommit([this, storedKeys] {
-            for (qint64 &key : m_impl->keys) {
+            QVector<int> changed;
+            for (int at = 0; at < RecordCount(); ++at) {
+                qint64 &key = m_impl->keys[at];
                 if (!m_impl->pending.contains(key))
                     continue;
+                changed.append(at);
                 const QVariantList row = m_impl->storedForm(m_impl->pending.take(key).values);
                 m_impl->rows.remove(key);
                 if (!m_impl->identity.isEmpty())
@@ -242,7 +252,11 @@ void Recordset::UpdateBatch()
                 else
                     m_impl->rows.insert(key, row);
             }
-            Q_EMIT valueChanged(-1, -1);
+            // Views look at one row more quickly than at all.
+            if (changed.size() > toldOneByOne)
+                changed = {-1};
+            for (const int at : std::as_const(changed))
+                Q_EMIT valueChanged(at, -1);
         });
     });
 }
