@@ -44,7 +44,7 @@ RecordsetModel::RecordsetModel(Recordset &recordset, QVector<GridColumn> columns
                     Q_EMIT dataChanged(index(rowOf(record), section), index(rowOf(record), section));
             return;
         }
-        if (record < 0 && isSorted())
+        if (isSorted())
             rearrange();
         const int first = record < 0 ? 0 : rowOf(record), last = record < 0 ? rowCount() - 1 : first;
         if (last >= first)
