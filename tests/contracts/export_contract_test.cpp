@@ -449,30 +449,6 @@ TEST_F(Contract, TheDatePickerFiltersTheList)
     EXPECT_EQ(form->records().RecordCount(), all);
 }
 
-TEST_F(Contract, EveryCharacterComesBackAsTyped)
-{
-    const QStringList texts{"O'Neill & Söhne", "x'; delete from yy_gw_wxht_h --", "50% _[a]", "😀",
-                            QString(4000, u'唛')};
-    const int before = database.count("yy_gw_wxht_h");
-    FormDriver drive = open();
-    for (int i = 0; i < texts.size(); ++i) {
-        drive.click("Cmdadd");
-        drive.type("Text1(0)", QString("T%1").arg(i));
-        for (const char *field : {"Text1(3)", "Text1(18)", "Text1(19)", "Text1(23)"})
-            drive.type(field, texts[i]);
-        drive.typeCell(lines(), 0, "cpbh", texts[i]);
-        drive.typeCell(lines(), 0, "beizhu", texts[i]);
-        drive.click("CmdOK");
-        EXPECT_TRUE(dialogs.shown.isEmpty()) << dialogs.shown.value(0).text.toStdString();
-        const QVector<Values> stored = database.connection().rows(
-            "select khmc, madol, fstk, beizhu, cpbh from yy_wxht_rpt where htbh='{h}'", {{"h", QString("T%1").arg(i)}});
-        ASSERT_EQ(stored.size(), 1);
-        for (const QVariant &value : stored.first())
-            EXPECT_EQ(value.toString(), texts[i]);
-    }
-    EXPECT_EQ(database.count("yy_gw_wxht_h"), before + texts.size());
-}
-
 TEST_F(Contract, PrintHandsTheReportItsTextsAndSource)
 {
     QVector<QString> shown;
