@@ -52,9 +52,10 @@ void end(qint64 process, int signal)
         QThread::msleep(5);
 }
 
-QString ownUser()
+// Only root has to be told, for the server would not run as root by itself.
+QStringList ownUser()
 {
-    return geteuid() == 0 ? QStringLiteral("--user=root") : QStringLiteral("--user=") + qgetenv("USER");
+    return geteuid() == 0 ? QStringList{"--user=root"} : QStringList();
 }
 
 } // namespace
@@ -72,9 +73,10 @@ TestServer::TestServer(const QStringList &options) : m_options(options), m_port(
     m_folder = folder.path();
     QProcess install;
     install.setProcessChannelMode(QProcess::MergedChannels);
-    install.start("mariadb-install-db", {"--no-defaults", "--datadir=" + m_folder + "/data", "--skip-test-db",
-                                         "--auth-root-authentication-method=normal", "--innodb-log-file-size=8M",
-                                         "--tmpdir=" + m_folder, ownUser()});
+    install.start("mariadb-install-db", QStringList{"--no-defaults", "--datadir=" + m_folder + "/data",
+                                                    "--skip-test-db", "--auth-root-authentication-method=normal",
+                                                    "--innodb-log-file-size=8M", "--tmpdir=" + m_folder} +
+                                            ownUser());
     install.waitForFinished(120000);
     EXPECT_EQ(install.exitCode(), 0) << install.readAll().toStdString();
     start();
@@ -93,15 +95,14 @@ void TestServer::start()
 {
     QProcess server;
     server.setProgram("mariadbd");
-    server.setArguments(QStringList{"--no-defaults", ownUser(), "--datadir=" + m_folder + "/data",
-                                    "--tmpdir=" + m_folder, "--socket=" + m_folder + "/socket",
-                                    "--pid-file=" + m_folder + "/pid", QStringLiteral("--port=%1").arg(m_port),
-                                    "--bind-address=127.0.0.1", "--innodb-log-file-size=8M",
-                                    "--innodb-buffer-pool-size=64M",
+    server.setArguments(QStringList{"--no-defaults", "--datadir=" + m_folder + "/data", "--tmpdir=" + m_folder,
+                                    "--socket=" + m_folder + "/socket", "--pid-file=" + m_folder + "/pid",
+                                    QStringLiteral("--port=%1").arg(m_port), "--bind-address=127.0.0.1",
+                                    "--innodb-log-file-size=8M", "--innodb-buffer-pool-size=64M",
                                     // what a killed process wrote is there all the same
                                     "--innodb-flush-method=nosync", "--innodb-flush-log-at-trx-commit=2",
                                     "--skip-name-resolve", "--loose-innodb-fast-shutdown=2"} +
-                        m_options);
+                        ownUser() + m_options);
     server.setStandardOutputFile(m_folder + "/log", QIODevice::Append);
     server.setStandardErrorFile(m_folder + "/log", QIODevice::Append);
     ASSERT_TRUE(server.startDetached(&m_process));
