@@ -9,7 +9,9 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QStyle>
+#include <QStyledItemDelegate>
 
 namespace tradewick
 {
@@ -38,6 +40,34 @@ public:
     }
 };
 
+// Draws a cell as the style does, but measures and shapes its one line of text once instead of three times.
+class CellDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem cell = option;
+        initStyleOption(&cell, index);
+        const QString text = cell.text;
+        cell.text.clear();
+        const QStyle *style = cell.widget->style();
+        style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+        const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, cell.widget) + 1;
+        const QRect place = cell.rect.adjusted(margin, 0, -margin, 0);
+        const bool fits = cell.fontMetrics.horizontalAdvance(text) <= place.width();
+        const auto group = !(cell.state & QStyle::State_Enabled)  ? QPalette::Disabled
+                           : !(cell.state & QStyle::State_Active) ? QPalette::Inactive
+                                                                  : QPalette::Normal;
+        const bool selected = (cell.state & QStyle::State_Selected) != 0;
+        painter->setPen(cell.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+        painter->setFont(cell.font);
+        painter->drawText(place, static_cast<int>(cell.displayAlignment) | Qt::TextSingleLine,
+                          fits ? text : cell.fontMetrics.elidedText(text, cell.textElideMode, place.width()));
+    }
+};
+
 } // namespace
 
 Grid::Grid(const QString &name, const QString &accessibleName, QWidget *parent) : QTableView(parent)
@@ -49,6 +79,7 @@ Grid::Grid(const QString &name, const QString &accessibleName, QWidget *parent) 
     setEditTriggers(NoEditTriggers);
     setTabKeyNavigation(false);
     setWordWrap(false);
+    setItemDelegate(new CellDelegate(this));
     horizontalHeader()->setHighlightSections(false);
     setVerticalHeader(new RowNumbers(this));
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
