@@ -475,7 +475,7 @@ void RecordForm::save()
     if (missesRequiredField())
         return;
     fillBlanks();
-    bool stored = true;
+    bool isStored = true;
     const auto write = [this, isDocument] {
         return store([this, isDocument] {
             records().UpdateBatch();
@@ -483,14 +483,14 @@ void RecordForm::save()
                 records().requireCurrent();
                 body().UpdateBatch();
             }
-            this->stored();
+            stored();
         });
     };
     run(m_spec.failures.ok, {[this] { lockFields(true); }, [this] { focusFirstField(); }, [this] { setBusy(false); },
                              [&] {
                                  // Whoever goes back, or lost the server, goes on with what was typed.
                                  const auto back = [&] {
-                                     stored = false;
+                                     isStored = false;
                                      m_adding = adding;
                                      setBusy(true, adding);
                                      lockFields(false);
@@ -505,7 +505,7 @@ void RecordForm::save()
                                  }
                              },
                              [&] { // what is stored is shown, as the database keeps it
-                                 if (!stored || (isDocument && body().hasPendingChanges()))
+                                 if (!isStored || (isDocument && body().hasPendingChanges()))
                                      return; // refused lines wait; reading would drop them
                                  if (isDocument && records().EOF_())
                                      records().MovePrevious();
@@ -515,7 +515,7 @@ void RecordForm::save()
                                  }
                              },
                              [&] {
-                                 if (stored)
+                                 if (isStored)
                                      finish(Change::Saved);
                              }});
 }

@@ -229,22 +229,18 @@ void Recordset::UpdateBatch()
         return;
     QHash<qint64, qint64> storedKeys;
     m_connection->transaction([&] {
-        for (const qint64 key : std::as_const(set.keys)) {
-            const auto pending = set.pending.constFind(key);
-            if (pending == set.pending.constEnd())
-                continue;
-            if (pending->isNew)
+        const QVector<int> waiting = set.waiting();
+        for (const int at : waiting) {
+            const qint64 key = set.keys[at];
+            if (set.pending[key].isNew)
                 storedKeys.insert(key, set.storeNew(*m_connection, key));
             else
                 set.storeChanged(*m_connection, this, key);
         }
         m_connection->onCommit([this, storedKeys] {
-            QVector<int> changed;
-            for (int at = 0; at < RecordCount(); ++at) {
+            QVector<int> changed = m_impl->waiting();
+            for (const int at : std::as_const(changed)) {
                 qint64 &key = m_impl->keys[at];
-                if (!m_impl->pending.contains(key))
-                    continue;
-                changed.append(at);
                 const QVariantList row = m_impl->storedForm(m_impl->pending.take(key).values);
                 m_impl->rows.remove(key);
                 if (!m_impl->identity.isEmpty())

@@ -178,6 +178,16 @@ RecordsetRows::Pending &RecordsetRows::pendingRow(Connection &connection, int at
     return pending[key];
 }
 
+QVector<int> RecordsetRows::waiting() const
+{
+    QVector<int> positions;
+    for (auto at = static_cast<int>(keys.size()) - 1; at >= 0 && positions.size() < pending.size(); --at)
+        if (pending.contains(keys[at]))
+            positions.append(at);
+    std::reverse(positions.begin(), positions.end());
+    return positions;
+}
+
 QVariantList RecordsetRows::storedForm(const QVariantList &values) const
 {
     QVariantList form;

@@ -37,6 +37,9 @@ public:
     QVariantList now(Connection &connection, qint64 key, bool hold = false) const;
     // Whether now() can tell.
     bool isFindable() const { return !identity.isEmpty() || uniqueColumn >= 0; }
+    // Positions of the rows that wait, in their order. New rows stand at the end, so that a register of 100,000 is
+    // hardly looked through for one.
+    QVector<int> waiting() const;
     // What an insert or update makes of the values.
     QVariantList storedForm(const QVariantList &values) const;
 

@@ -1,4 +1,5 @@
 // The code forms of one table: what is common to them all, and the few things in which they differ.
+#include "make_form.h"
 #include "masterdata/currencies.h"
 #include "masterdata/departments.h"
 #include "masterdata/payment_methods.h"
@@ -23,17 +24,8 @@ using namespace test;
 namespace
 {
 
-template <const RecordFormSpec &Spec> std::unique_ptr<RecordForm> declared()
-{
-    return std::make_unique<RecordForm>(Spec);
-}
-template <class Form> std::unique_ptr<RecordForm> own()
-{
-    return std::make_unique<Form>();
-}
-
 struct CodeForm {
-    std::unique_ptr<RecordForm> (*make)();
+    MakeForm make;
     const char *table, *key, *name; // columns
     const char *first, *second;     // numbers of the first records
     const char *afterThousand;      // the number behind 1000: a tail of three digits wraps

@@ -1,5 +1,6 @@
 // What all forms of master data have in common, and how each of them differs in it: fields, states, the walk through
 // the records, messages, and what an error of the database shows.
+#include "make_form.h"
 #include "masterdata/company_registration.h"
 #include "masterdata/currencies.h"
 #include "masterdata/customers.h"
@@ -32,20 +33,11 @@ using namespace test;
 namespace
 {
 
-template <const RecordFormSpec &Spec> std::unique_ptr<RecordForm> declared()
-{
-    return std::make_unique<RecordForm>(Spec);
-}
-template <class Form> std::unique_ptr<RecordForm> own()
-{
-    return std::make_unique<Form>();
-}
-
 enum class After { Next, Last };           // which record a deletion shows
 enum class On { Report, Skip, Unhandled }; // what becomes of an error of the database
 
 struct Form {
-    std::unique_ptr<RecordForm> (*make)();
+    MakeForm make;
     const char *caption, *table;
     QString array;             // name of the text fields' array
     QString columns, captions; // of its fields in their order

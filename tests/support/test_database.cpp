@@ -16,6 +16,14 @@ namespace tradewick::test
 namespace
 {
 
+void runDatabaseProgram(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(binFolder() + "/tradewick-database", arguments);
+    process.waitForFinished(60000);
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+}
+
 // Made once a test program by the very command that users run.
 QString original(TestDatabase::Content content)
 {
@@ -24,10 +32,7 @@ QString original(TestDatabase::Content content)
     const QString path = folder.filePath(demonstration ? "demo.db" : "empty.db");
     if (QFile::exists(path))
         return path;
-    QProcess process;
-    process.start(binFolder() + "/tradewick-database", {demonstration ? "demo" : "create", path});
-    process.waitForFinished(60000);
-    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    runDatabaseProgram({demonstration ? "demo" : "create", path});
     return path;
 }
 
@@ -49,37 +54,30 @@ bool takeLock(Connection &connection, const QString &name, int seconds)
                .toInt() == 1;
 }
 
+bool hasTables(Connection &connection, const QString &name)
+{
+    return !connection.rows("select table_name from information_schema.tables where table_schema='{n}'", {{"n", name}})
+                .isEmpty();
+}
+
 // The schema, made where the database has none; it outlives the test.
 void makeSchema(Connection &connection, const QString &name)
 {
     connection.executeBound({"create database if not exists " + name, {}});
     connection.executeBound({"use " + name, {}});
-    if (connection.rows("select table_name from information_schema.tables where table_schema='{n}'", {{"n", name}})
-            .isEmpty())
+    if (!hasTables(connection, name))
         for (const QString &statement : ddl(Engine::MariaDb))
             connection.executeBound({statement, {}});
 }
 
-// All rows of the demonstration, from the file that the program makes into a database that later tests copy.
-void makeDemonstration(Connection &connection)
+// All rows of the demonstration, in a database that later tests copy.
+void makeDemonstration(Connection &connection, const QString &server)
 {
     const QString name = QStringLiteral("tradewick_demonstration");
     ASSERT_TRUE(takeLock(connection, name, 60));
-    makeSchema(connection, name);
-    if (connection.rows("select name from qb_pass").isEmpty()) {
-        Connection file;
-        file.Open(connectionStringOf(original(TestDatabase::Demonstration)));
-        connection.transaction([&] {
-            for (const TableDescription &table : tableDescriptions())
-                file.read(
-                    "select * from " + table.name, {}, [](const QStringList &) {},
-                    [&](const QVariantList &row) {
-                        const QString marks = QStringList(row.size(), "?").join(u',');
-                        connection.executeBound({"insert into " + table.name + " values(" + marks + ")", row});
-                        return true;
-                    });
-        });
-    }
+    connection.executeBound({"create database if not exists " + name, {}});
+    if (!hasTables(connection, name))
+        runDatabaseProgram({"copy", original(TestDatabase::Demonstration), databaseOf(server, name)});
     connection.rows("select release_lock('{name}') as done", {{"name", name}});
 }
 
@@ -115,7 +113,7 @@ void TestDatabase::useServer(Content content)
         if (const QString name = QStringLiteral("tradewick_test_%1").arg(number); takeLock(*m_reservation, name, 0))
             m_serverDatabase = name;
     if (content == Demonstration) {
-        makeDemonstration(*m_reservation);
+        makeDemonstration(*m_reservation, m_server);
         EXPECT_TRUE(takeLock(*m_reservation, m_serverDatabase, 0));
     }
     makeSchema(*m_reservation, m_serverDatabase);
