@@ -45,21 +45,22 @@ void sys_QXSZ::afterAdd()
 
 void sys_QXSZ::deleteRecord()
 {
-    run(spec().failures.deleteAndCancel, {[this] {
-                                              store([this] {
+    bool isKept = false; // another desktop changed the user, and its change is to stay
+    run(spec().failures.deleteAndCancel, {[&] {
+                                              isKept = !store([this] {
                                                   if (records().RecordCount() > 0)
                                                       records().Delete();
                                               });
                                           },
-                                          [this] {
-                                              if (records().EOF_())
+                                          [&] {
+                                              if (records().EOF_() && !isKept)
                                                   refresh();
                                           },
-                                          [this] {
-                                              if (records().RecordCount() > 0)
+                                          [&] {
+                                              if (records().RecordCount() > 0 && !isKept)
                                                   records().MoveNext();
                                           },
-                                          [this] {
+                                          [&] {
                                               if (records().EOF_() && records().RecordCount() > 0)
                                                   records().MovePrevious();
                                           }});
