@@ -23,11 +23,13 @@ void ComboField::setReadOnly(bool readOnly)
 {
     m_readOnly = readOnly;
     lineEdit()->setReadOnly(readOnly);
-    // The style sheet does not reach the field by this property.
+    // The style sheet does not reach the field by this property. Not the palette of the whole, which goes down to the
+    // list as well.
     QPalette shown;
     if (readOnly)
         shown.setColor(QPalette::Base, palette().color(QPalette::Window));
-    setPalette(shown);
+    lineEdit()->setPalette(shown);
+    update();
 }
 
 void ComboField::showPopup()
@@ -49,7 +51,7 @@ void ComboField::keyPressEvent(QKeyEvent *event)
         QComboBox::keyPressEvent(event);
 }
 
-// A locked field has no list to open, and its arrow says so.
+// A locked field has no list to open, and its arrow and its ground say so.
 void ComboField::initStyleOption(QStyleOptionComboBox *option) const
 {
     QComboBox::initStyleOption(option);
@@ -57,6 +59,7 @@ void ComboField::initStyleOption(QStyleOptionComboBox *option) const
         return;
     option->state &= ~QStyle::State_Enabled;
     option->palette.setCurrentColorGroup(QPalette::Disabled);
+    option->palette.setColor(QPalette::Base, palette().color(QPalette::Window));
 }
 
 // The wheel scrolls the form; a value must not change because the pointer passed.

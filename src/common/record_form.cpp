@@ -312,7 +312,7 @@ void RecordForm::showPicker()
 
 void RecordForm::hidePicker()
 {
-    if (m_pickerGrid)
+    if (m_pickerGrid && !m_pickerGrid->isHidden())
         m_pickerGrid->hide();
 }
 
@@ -510,7 +510,7 @@ void RecordForm::save()
                                  if (isDocument && records().EOF_())
                                      records().MovePrevious();
                                  else if (!records().BOF()) {
-                                     showRecord();
+                                     records().Resync();
                                      refreshBody();
                                  }
                              },

@@ -250,6 +250,7 @@ private:
     QHash<QString, QPushButton *> m_buttons;
     Grid *m_list = nullptr, *m_bodyGrid = nullptr, *m_pickerGrid = nullptr;
     BranchTree *m_tree = nullptr;
+    QVector<QWidget *> m_ways; // to other records; they wait until this one is done
     QTabWidget *m_tabs = nullptr;
     QLabel *m_state = nullptr;
     QString m_lost;    // what is to be told of a connection that was lost while the record was shown

@@ -51,6 +51,7 @@ void RecordForm::buildDateFilter(QBoxLayout *layout)
     row->addWidget(picker, 1);
     row->addWidget(all);
     layout->addLayout(row);
+    m_ways.append({picker, all});
     connect(picker, &QDateEdit::dateChanged, this, [this](QDate date) {
         showStatement(m_spec.dateFilterStatement, {{"date", date.toString(Qt::ISODate)}});
     });
@@ -64,6 +65,7 @@ void RecordForm::buildFilter(QBoxLayout *layout)
     box->setAccessibleName(m_spec.filter.caption.chopped(m_spec.filter.caption.endsWith(u':') ? 1 : 0));
     box->setClearButtonEnabled(true);
     addRow(layout, m_spec.filter.caption, box);
+    m_ways.append(box);
     connect(box, &QLineEdit::textChanged, this, [this](const QString &text) {
         showStatement(m_spec.filter.statement, {{"text", m_spec.filter.trimmed ? text.trimmed() : text}});
     });
@@ -110,6 +112,7 @@ void RecordForm::buildTree(QBoxLayout *layout)
         connect(m_tree, &BranchTree::chosen, box, [this, box] { box->setText(m_tree->chosenText()); });
     }
     layout->addWidget(m_tree, 2);
+    m_ways.append(m_tree);
     connect(m_tree, &BranchTree::chosen, this,
             [this](const BranchSpec *branch, const QVariant &key) { branchChosen(*branch, key); });
     connect(

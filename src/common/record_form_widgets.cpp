@@ -76,6 +76,7 @@ void RecordForm::build()
     m_list->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // keys are never cut
     m_list->horizontalHeader()->setStretchLastSection(true);                            // names have what room there is
     leftLayout->addWidget(m_list, 1);
+    m_ways.append(m_list);
 
     auto *scroll = new QScrollArea(splitter);
     auto *content = new QWidget;
@@ -336,7 +337,7 @@ QWidget *RecordForm::buildButtons()
     addButton(layout, {"cmdnext", captions[2], "Alt+PgDown"}, [this] { next(); });
     addButton(layout, {"cmdmd", captions[3], "Alt+End"}, [this] { last(); });
     if (!m_spec.find.column.isEmpty())
-        addButton(layout, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
+        m_ways.append(addButton(layout, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); }));
     layout = group();
     m_state = new QLabel(bar); // beside what changes it, and never scrolled out of sight
     m_state->setObjectName("state");
@@ -376,11 +377,8 @@ void RecordForm::setBusy(bool busy, bool adding)
         m_buttons[button.name]->setEnabled(!busy);
     for (const ButtonSpec &button : std::as_const(m_spec.actions))
         m_buttons[button.name]->setEnabled(!busy || (adding && button.whileAdding));
-    // What would show other records waits until this one is done.
-    for (const QString &name : {QStringLiteral("Cmd_find"), QStringLiteral("Cmd_all"), QStringLiteral("DTPicker3"),
-                                QStringLiteral("TreeView1"), QStringLiteral("TDBGrid3"), m_spec.filter.name})
-        if (auto *widget = name.isEmpty() ? nullptr : findChild<QWidget *>(name))
-            widget->setEnabled(!busy);
+    for (QWidget *way : std::as_const(m_ways))
+        way->setEnabled(!busy);
     if (m_bodyGrid) {
         if (busy)
             m_bodyGrid->setEditing(true, [this] { startBodyRow(); });

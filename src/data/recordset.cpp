@@ -44,23 +44,29 @@ Recordset::~Recordset() = default;
 
 void Recordset::Open(const QString &statement, const Values &values, const std::shared_ptr<Connection> &connection)
 {
-    Q_EMIT aboutToReset();
-    m_impl = std::make_unique<RecordsetRows>();
-    m_position = -1;
-    m_afterDelete = false;
+    auto read = std::make_unique<RecordsetRows>();
     m_connection = connection;
-    RecordsetRows &set = *m_impl;
     try {
-        set.read(*connection, statement, values);
-        set.open = true;
+        read->read(*connection, statement, values);
+        read->open = true;
     } catch (const DataError &) {
-        m_impl = std::make_unique<RecordsetRows>();
-        Q_EMIT reset();
-        Q_EMIT currentChanged();
+        Close();
         throw;
     }
-    m_position = set.keys.isEmpty() ? -1 : 0;
-    Q_EMIT reset();
+    m_afterDelete = false;
+    const int first = read->keys.isEmpty() ? -1 : 0;
+    if (read->holdsRowsOf(*m_impl)) {
+        m_impl.swap(read);
+        for (int at = 0; at < RecordCount(); ++at)
+            if (m_impl->rows[m_impl->keys[at]] != read->rows[m_impl->keys[at]])
+                Q_EMIT valueChanged(at, -1);
+        m_position = first;
+    } else {
+        Q_EMIT aboutToReset();
+        m_impl = std::move(read);
+        m_position = first;
+        Q_EMIT reset();
+    }
     Q_EMIT currentChanged();
 }
 
@@ -69,6 +75,7 @@ void Recordset::Close()
     Q_EMIT aboutToReset();
     m_impl = std::make_unique<RecordsetRows>();
     m_position = -1;
+    m_afterDelete = false;
     Q_EMIT reset();
     Q_EMIT currentChanged();
 }
@@ -243,10 +250,11 @@ void Recordset::UpdateBatch()
                 qint64 &key = m_impl->keys[at];
                 const QVariantList row = m_impl->storedForm(m_impl->pending.take(key).values);
                 m_impl->rows.remove(key);
-                if (!m_impl->identity.isEmpty())
+                if (!m_impl->identity.isEmpty()) {
                     key = storedKeys.value(key, key);
-                else
-                    m_impl->rows.insert(key, row);
+                    m_impl->asWritten.insert(key);
+                }
+                m_impl->rows.insert(key, row);
             }
             // Views look at one row more quickly than at all.
             if (changed.size() > toldOneByOne)
@@ -264,9 +272,24 @@ void Recordset::requireCurrent()
     const qint64 key = m_impl->keys[m_position];
     if (m_impl->pending.contains(key))
         return;
-    const QVariantList &read = m_impl->row(*m_connection, m_position);
+    const QVariantList &read = m_impl->rowAsRead(*m_connection, m_position);
     if (m_impl->now(*m_connection, key, true).isEmpty())
         throw ConflictError({m_impl->columns, m_impl->kinds, read, {}, read, this, key});
+}
+
+void Recordset::Resync()
+{
+    if (BOF() || EOF_() || !m_impl->isFindable())
+        return;
+    const qint64 key = m_impl->keys[m_position];
+    if (m_impl->pending.contains(key) || !m_impl->rows.contains(key))
+        return; // one not read yet is read when it is looked at
+    const QVariantList now = m_impl->now(*m_connection, key);
+    m_impl->asWritten.remove(key);
+    if (now.isEmpty() || now == m_impl->rows[key])
+        return;
+    m_impl->rows.insert(key, now);
+    Q_EMIT valueChanged(m_position, -1);
 }
 
 void Recordset::resolve(const Conflict &conflict, const std::optional<QVariantList> &values)

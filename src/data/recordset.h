@@ -68,7 +68,8 @@ public:
 
     // Reads the statement's rows and stands on the first. A plain "select * from table" can be written and is read by
     // its rows' identities, the rows themselves following as they are looked at; anything else is read whole and
-    // cannot be written. Throws DataError and then is closed.
+    // cannot be written. Throws DataError and then is closed. Where the same few rows are read again, waiting ones
+    // apart, only valueChanged tells of those that differ.
     void Open(const QString &statement, const Values &values, const std::shared_ptr<Connection> &connection);
     void Close();
     bool isOpen() const;
@@ -101,6 +102,8 @@ public:
     // Throws ConflictError when the current row, stored and not changed here, is no more in the database: lines must
     // not be stored for it. Keeps it there until the running transaction ends.
     void requireCurrent();
+    // Reads the current row again, as the database keeps it, unless it waits to be stored. Throws DataError.
+    void Resync();
     // Answers a conflict: what stands there now counts as read, and `values`, one for each column, waits to be stored
     // over it; for a row that is no more they are stored as a new one. Without values the row is as it stands now, or
     // gone.

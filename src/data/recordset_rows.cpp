@@ -57,6 +57,8 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
         columns = connection.columnsOf(table);
         for (const QString &column : std::as_const(columns))
             kinds.append(kindsOfTable.value(column));
+        if (readFew(connection, statement, values))
+            return;
         QString identities = statement;
         identities.replace(identities.indexOf(u'*'), 1, u' ' + identity + u' ');
         connection.readKeys(connection.bound(identities, values), keys);
@@ -79,6 +81,30 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
         uniqueColumn = static_cast<int>(columns.indexOf(connection.uniqueColumnOf(table)));
 }
 
+// The lines of a document and what a filter leaves are few: identities and rows come together. When there are more,
+// what was read is the first page, and gives false.
+bool RecordsetRows::readFew(Connection &connection, const QString &statement, const Values &values)
+{
+    QString whole = statement;
+    whole.insert(whole.indexOf(u'*') + 1, ", " + identity + ' ');
+    BoundStatement select = values.isEmpty() ? BoundStatement() : connection.bound(whole, values);
+    if (values.isEmpty() || !select.order.isEmpty()) // ordered by the client, which has to have all first
+        return false;
+    select.text += QStringLiteral(" limit %1").arg(rowsAtOnce + 1);
+    QVector<qint64> found;
+    connection.readBound(
+        select, [](const QStringList &) {},
+        [&](const QVariantList &line) {
+            found.append(line.last().toLongLong());
+            rows.insert(found.last(), line.first(line.size() - 1));
+            return true;
+        });
+    if (found.size() > rowsAtOnce)
+        return false;
+    keys = found;
+    return true;
+}
+
 BoundStatement RecordsetRows::selectRows() const
 {
     return {"select " + table + "." + identity + ", " + table + ".* from " + table + " where " + identity, {}};
@@ -90,8 +116,10 @@ void RecordsetRows::fetchAround(Connection &connection, int row)
     const int last = std::min<int>(first + rowsAtOnce, static_cast<int>(keys.size()));
     BoundStatement select = selectRows();
     select.text += " in (";
-    if (rows.size() > rowsKept)
+    if (rows.size() > rowsKept) {
         rows.clear();
+        asWritten.clear();
+    }
     for (int i = first; i < last; ++i) {
         if (keys[i] < 0 || rows.contains(keys[i])) // those read already stand as they were read
             continue;
@@ -150,6 +178,23 @@ const QVariantList &RecordsetRows::row(Connection &connection, int at)
     return rows[key];
 }
 
+const QVariantList &RecordsetRows::rowAsRead(Connection &connection, int at)
+{
+    const qint64 key = keys[at];
+    if (asWritten.remove(key))
+        if (const QVariantList found = now(connection, key); !found.isEmpty())
+            rows.insert(key, found);
+    return row(connection, at);
+}
+
+bool RecordsetRows::holdsRowsOf(const RecordsetRows &other) const
+{
+    return !identity.isEmpty() && table == other.table && columns == other.columns && kinds == other.kinds &&
+           keys == other.keys && other.pending.isEmpty() && std::all_of(keys.cbegin(), keys.cend(), [&](qint64 key) {
+               return rows.contains(key) && other.rows.contains(key);
+           });
+}
+
 QVariantList RecordsetRows::columnValues(Connection &connection, int column)
 {
     QHash<qint64, QVariant> read;
@@ -172,7 +217,7 @@ RecordsetRows::Pending &RecordsetRows::pendingRow(Connection &connection, int at
 {
     const qint64 key = keys[at];
     if (!pending.contains(key)) {
-        const QVariantList asRead = row(connection, at);
+        const QVariantList asRead = rowAsRead(connection, at);
         pending.insert(key, {asRead, asRead, false, 0});
     }
     return pending[key];
@@ -294,7 +339,7 @@ void RecordsetRows::remove(Connection &connection, Recordset *set, int at)
         return;
     if (table.isEmpty())
         throw DataError(3251, QStringLiteral("该记录集不能修改"));
-    const QVariantList asRead = isPending ? waiting->original : row(connection, at);
+    const QVariantList asRead = isPending ? waiting->original : rowAsRead(connection, at);
     if (changeOneRow(connection, "delete", "from " + table, {}, key, asRead))
         return;
     const Conflict conflict{columns, kinds, asRead, now(connection, key), {}, set, key};

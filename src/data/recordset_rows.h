@@ -4,6 +4,8 @@
 
 #include "data/recordset.h"
 
+#include <QSet>
+
 namespace tradewick
 {
 
@@ -24,6 +26,7 @@ public:
     QVector<ColumnKind> kinds;
     QVector<qint64> keys; // identity of each row; rows not stored yet and rows read whole have negative ones
     QHash<qint64, QVariantList> rows;
+    QSet<qint64> asWritten; // rows that stand as they were sent; the database may keep them rounded or cut
     QHash<qint64, Pending> pending;
     qint64 nextTemporaryKey = -1;
     bool open = false;
@@ -31,10 +34,14 @@ public:
     // All throw DataError.
     void read(Connection &connection, const QString &statement, const Values &values);
     const QVariantList &row(Connection &connection, int at);
+    // The row as the database keeps it: read again when it stands as it was written.
+    const QVariantList &rowAsRead(Connection &connection, int at);
     QVariantList columnValues(Connection &connection, int column);
     Pending &pendingRow(Connection &connection, int at);
     // The row as it stands in the database at this moment, empty when it is no more; held until the transaction ends.
     QVariantList now(Connection &connection, qint64 key, bool hold = false) const;
+    // Whether the other set holds the same rows, all at hand and none waiting, so that only values can differ.
+    bool holdsRowsOf(const RecordsetRows &other) const;
     // Whether now() can tell.
     bool isFindable() const { return !identity.isEmpty() || uniqueColumn >= 0; }
     // Positions of the rows that wait, in their order. New rows stand at the end, so that a register of 100,000 is
@@ -50,6 +57,7 @@ public:
 
 private:
     BoundStatement selectRows() const;
+    bool readFew(Connection &connection, const QString &statement, const Values &values);
     void fetchAround(Connection &connection, int row);
     qint64 insert(Connection &connection, const Pending &row) const;
     void appendWhere(const Connection &connection, BoundStatement &statement, qint64 key,
