@@ -327,6 +327,10 @@ TEST_F(Lists, ColumnsAreAsWideAsWhatStandsInThem)
             EXPECT_LT(list->sizeHintForIndex(cell).width(), list->columnWidth(column)) << row << column;
         }
     EXPECT_LT(list->columnWidth(Date), list->columnWidth(Customer));
+    const int before = list->columnWidth(Number);
+    form->records().Fields("htbh").setValue("A-contract-number-that-is-longer-than-all");
+    EXPECT_GT(list->columnWidth(Number), before) << "typed, not stored yet";
+    EXPECT_LE(list->sizeHintForIndex(list->model()->index(0, Number)).width(), list->columnWidth(Number));
 }
 
 TEST_F(Lists, AKeyIsWholeOnceItComesIntoSight)

@@ -160,6 +160,75 @@ TEST_F(Records, WhatAnotherDesktopChangedIsNotOverwritten)
     EXPECT_EQ(database.count("sys_gksz"), 2);
 }
 
+TEST_F(Records, WhatWasSavedIsReadAgainBeforeItIsChangedAgain)
+{
+    Connection &elsewhere = database.connection();
+    set.Fields("gkmc").setValue("mine");
+    set.UpdateBatch();
+    elsewhere.Execute("update sys_gksz set gkmc='theirs' where gkbh='P0001'");
+    EXPECT_EQ(set.Fields("gkmc").text(), "mine");
+    set.Resync();
+    EXPECT_EQ(set.Fields("gkmc").text(), "theirs");
+
+    set.Fields("gkmc").setValue("mine again");
+    set.UpdateBatch();
+    elsewhere.Execute("update sys_gksz set beizhu='noted' where gkbh='P0001'");
+    set.Fields("gkxz").setValue("sea");
+    set.UpdateBatch(); // the note came after the save: it is no conflict, and it stays
+    EXPECT_EQ(database.value("select beizhu from sys_gksz where gkbh='P0001'"), "noted");
+    EXPECT_EQ(database.value("select gkxz from sys_gksz where gkbh='P0001'"), "sea");
+
+    set.Fields("gkxz").setValue("typed");
+    set.Resync(); // drops nothing that waits
+    EXPECT_EQ(set.Fields("gkxz").text(), "typed");
+}
+
+TEST_F(Records, TheSameRowsReadAgainTellOnlyWhatDiffers)
+{
+    QStringList told;
+    QObject::connect(&set, &Recordset::reset, [&] { told.append("reset"); });
+    QObject::connect(&set, &Recordset::valueChanged, [&](int row, int) { told.append(QString::number(row)); });
+    const auto read = [&](const QString &key) {
+        told.clear();
+        set.Open("select * from sys_gksz where gkbh like '%{key}%'", {{"key", key}},
+                 Connection::shared(database.connectionString()));
+        return told;
+    };
+    EXPECT_EQ(read("P000"), QStringList("reset"));
+    set.MoveLast();
+    EXPECT_EQ(read("P000"), QStringList());
+    EXPECT_EQ(key(), "P0001") << "reading goes to the first row";
+    database.connection().Execute("update sys_gksz set gkmc='other' where gkbh='P0002'");
+    EXPECT_EQ(read("P000"), QStringList("1"));
+    set.MoveNext();
+    EXPECT_EQ(set.Fields("gkmc").text(), "other");
+    set.Fields("gkmc").setValue("typed");
+    EXPECT_EQ(read("P000"), QStringList("reset")) << "what waited is dropped, and views look anew";
+    EXPECT_EQ(set.valueAt(1, set.columnIndex("gkmc")), "other");
+    database.connection().Execute("insert into sys_gksz(gkbh) values('P0004')");
+    EXPECT_EQ(read("P000"), QStringList("reset"));
+    EXPECT_EQ(set.RecordCount(), 4);
+    EXPECT_EQ(read("P0004"), QStringList("reset"));
+    EXPECT_EQ(key(), "P0004");
+    EXPECT_EQ(read("none"), QStringList("reset"));
+    EXPECT_TRUE(set.EOF_());
+}
+
+TEST_F(Records, AFilterLeavesAllItsRowsHoweverMany)
+{
+    int stored = 0;
+    for (const int rows : {63, 64, 65, 130}) {
+        for (; stored < rows; ++stored)
+            database.connection().Execute("insert into sys_gksz(gkbh) values('{k}')",
+                                          {{"k", QStringLiteral("Q%1").arg(stored, 3, 10, QChar('0'))}});
+        set.Open("select * from sys_gksz where gkbh like 'Q%{key}%' order by gkbh desc", {{"key", ""}},
+                 Connection::shared(database.connectionString()));
+        ASSERT_EQ(set.RecordCount(), rows);
+        for (int row = 0; row < rows; ++row)
+            ASSERT_EQ(set.valueAt(row, 0), QStringLiteral("Q%1").arg(rows - 1 - row, 3, 10, QChar('0')));
+    }
+}
+
 TEST_F(Records, FindSearchesForwardByTheRulesOfComparison)
 {
     set.MoveNext();
