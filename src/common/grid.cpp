@@ -118,11 +118,13 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
         follow();
     });
     connect(&recordset, &Recordset::valueChanged, this, [this, &recordset](int record, int column) {
-        for (int i = 0; record >= 0 && i < m_model->columnCount(); ++i) // what is typed stands there whole
-            if (column < 0 || recordset.columnIndex(m_model->columns()[i].column) == column)
-                if (const int width = qMin(textWidth(i, m_model->rowOf(record), 1), widestColumn);
-                    width > columnWidth(i))
-                    setColumnWidth(i, width);
+        for (int i = 0; record >= 0 && column >= 0 && i < m_model->columnCount(); ++i) {
+            if (recordset.columnIndex(m_model->columns()[i].column) != column)
+                continue;
+            const int width = qMin(textWidth(i, m_model->rowOf(record), 1), widestColumn);
+            if (width > columnWidth(i)) // what is typed stands there whole
+                setColumnWidth(i, width);
+        }
     });
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this, &recordset](const QModelIndex &current) {
