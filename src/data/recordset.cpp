@@ -272,7 +272,7 @@ void Recordset::requireCurrent()
     const qint64 key = m_impl->keys[m_position];
     if (m_impl->pending.contains(key))
         return;
-    const QVariantList &read = m_impl->rowAsRead(*m_connection, m_position);
+    const QVariantList &read = m_impl->row(*m_connection, m_position);
     if (m_impl->now(*m_connection, key, true).isEmpty())
         throw ConflictError({m_impl->columns, m_impl->kinds, read, {}, read, this, key});
 }

@@ -85,10 +85,12 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
 // what was read is the first page, and gives false.
 bool RecordsetRows::readFew(Connection &connection, const QString &statement, const Values &values)
 {
+    if (values.isEmpty())
+        return false;
     QString whole = statement;
     whole.insert(whole.indexOf(u'*') + 1, ", " + identity + ' ');
-    BoundStatement select = values.isEmpty() ? BoundStatement() : connection.bound(whole, values);
-    if (values.isEmpty() || !select.order.isEmpty()) // ordered by the client, which has to have all first
+    BoundStatement select = connection.bound(whole, values);
+    if (!select.order.isEmpty()) // the client orders, and has to have all first
         return false;
     select.text += QStringLiteral(" limit %1").arg(rowsAtOnce + 1);
     QVector<qint64> found;
