@@ -53,13 +53,11 @@ qint64 readRows(Connection &connection, const TableDescription &table, const Tak
     QVector<QVariantList> rows;
     do {
         rows.clear();
-        connection.readBound(
-            {statement, {last}}, [](const QStringList &) {},
-            [&](const QVariantList &row) {
-                last = row.first().toLongLong();
-                rows.append(row.mid(1));
-                return true;
-            });
+        connection.readBound({statement, {last}}, columns.size() + 1, [&](const QVariantList &row) {
+            last = row.first().toLongLong();
+            rows.append(row.mid(1));
+            return true;
+        });
         if (!rows.isEmpty())
             take(table, columns, rows);
         count += rows.size();

@@ -37,12 +37,10 @@ void requireTables(Connection &connection, const QString &source)
 QStringList namesOf(Connection &connection, const BoundStatement &statement)
 {
     QStringList names;
-    connection.readBound(
-        statement, [](const QStringList &) {},
-        [&names](const QVariantList &row) {
-            names.append(row.first().toString().toLower());
-            return true;
-        });
+    connection.readBound(statement, 1, [&names](const QVariantList &row) {
+        names.append(row.first().toString().toLower());
+        return true;
+    });
     return names;
 }
 
@@ -199,12 +197,10 @@ QString quotedName(QString name)
 qint64 countRows(Connection &connection, const QString &table)
 {
     qint64 count = 0;
-    connection.readBound(
-        {"select count(*) from " + quotedName(table), {}}, [](const QStringList &) {},
-        [&count](const QVariantList &row) {
-            count = row.first().toLongLong();
-            return false;
-        });
+    connection.readBound({"select count(*) from " + quotedName(table), {}}, 1, [&count](const QVariantList &row) {
+        count = row.first().toLongLong();
+        return false;
+    });
     return count;
 }
 

@@ -55,12 +55,11 @@ private:
 
     void read(const QString &statement, const std::function<void(const QVariantList &)> &row)
     {
-        m_connection.readBound(
-            {statement, {}}, [](const QStringList &) {},
-            [&row](const QVariantList &values) {
-                row(values);
-                return true;
-            });
+        const auto rows = m_connection.cursorBound({statement, {}});
+        rows->readAll(rows->columns().size(), [&row](const QVariantList &values) {
+            row(values);
+            return true;
+        });
     }
 
     void fileDamage()

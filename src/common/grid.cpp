@@ -13,6 +13,8 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 
+#include <cmath>
+
 namespace tradewick
 {
 
@@ -24,20 +26,35 @@ constexpr int rowsMeasured = 30;
 constexpr int widestColumn = 260;
 constexpr qsizetype advancesKept = 4096;
 
-// The numbers of the rows. The last is the widest; the view's own way measures a hundred of them.
-class RowNumbers : public QHeaderView
+// The numbers of the rows, of which the last is the widest, or the captions of the columns, which are all as high. The
+// view's own way measures a hundred of them after each change of a cell.
+class Heads : public QHeaderView
 {
 public:
-    explicit RowNumbers(QWidget *parent) : QHeaderView(Qt::Vertical, parent)
+    Heads(Qt::Orientation orientation, QWidget *parent) : QHeaderView(orientation, parent)
     {
         setSectionsClickable(true);
-        setHighlightSections(true);
-        setSectionResizeMode(QHeaderView::Fixed);
+        setHighlightSections(orientation == Qt::Vertical);
+        if (orientation == Qt::Vertical)
+            setSectionResizeMode(QHeaderView::Fixed);
     }
     QSize sizeHint() const override
     {
-        return count() > 0 ? sectionSizeFromContents(count() - 1) : QHeaderView::sizeHint();
+        if (count() == 0)
+            return QHeaderView::sizeHint();
+        const int digits = orientation() == Qt::Vertical ? static_cast<int>(std::log10(count())) : 0;
+        if (digits != m_digits || m_font != font()) {
+            m_hint = sectionSizeFromContents(orientation() == Qt::Vertical ? count() - 1 : 0);
+            m_digits = digits;
+            m_font = font();
+        }
+        return m_hint;
     }
+
+private:
+    mutable QSize m_hint; // for these:
+    mutable int m_digits = -1;
+    mutable QFont m_font;
 };
 
 // Draws a cell as the style does, but measures and shapes its one line of text once instead of three times.
@@ -80,8 +97,8 @@ Grid::Grid(const QString &name, const QString &accessibleName, QWidget *parent) 
     setTabKeyNavigation(false);
     setWordWrap(false);
     setItemDelegate(new CellDelegate(this));
-    horizontalHeader()->setHighlightSections(false);
-    setVerticalHeader(new RowNumbers(this));
+    setHorizontalHeader(new Heads(Qt::Horizontal, this));
+    setVerticalHeader(new Heads(Qt::Vertical, this));
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     horizontalHeader()->setSortIndicatorClearable(true);
@@ -193,7 +210,7 @@ void Grid::setEditing(bool editing, std::function<void()> newRow)
         commitEditor();
     if (editing != m_editing) {
         horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-        setSortingEnabled(!editing);
+        horizontalHeader()->setSectionsClickable(!editing);
     }
     m_editing = editing;
     setEditTriggers(editing ? AnyKeyPressed | DoubleClicked | EditKeyPressed : NoEditTriggers);

@@ -115,7 +115,8 @@ int compare(const OrderKey &a, const OrderKey &b)
 
 } // namespace
 
-RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement) : m_query(database)
+RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement)
+    : m_query(database), m_hiddenColumns(statement.hiddenColumns)
 {
     if (database.driverName() == QLatin1String("QODBC")) {
         OdbcResult result = runOdbc(database, statement);
@@ -128,11 +129,18 @@ RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &stateme
     if (!m_query.prepare(statement.text))
         throw errorOf(m_query.lastError());
     run(m_query, statement);
-    const QSqlRecord record = m_query.record();
-    for (int i = 0; i < record.count() - statement.hiddenColumns; ++i)
-        m_columns.append(record.fieldName(i));
     if (!statement.order.isEmpty())
         sort(statement);
+}
+
+const QStringList &RowCursor::columns()
+{
+    if (m_columns.isEmpty()) {
+        const QSqlRecord record = m_query.record();
+        for (int i = 0; i < record.count() - m_hiddenColumns; ++i)
+            m_columns.append(record.fieldName(i));
+    }
+    return m_columns;
 }
 
 void RowCursor::sort(const BoundStatement &statement)
@@ -141,14 +149,14 @@ void RowCursor::sort(const BoundStatement &statement)
         QVariantList values;
         std::vector<OrderKey> keys;
     };
-    const qsizetype columns = m_columns.size() + statement.hiddenColumns;
+    const qsizetype count = columns().size() + m_hiddenColumns;
     std::vector<Row> rows;
     while (m_query.next()) {
         Row &row = rows.emplace_back();
-        for (int i = 0; i < columns; ++i)
+        for (int i = 0; i < count; ++i)
             row.values.append(read(i));
         for (const OrderItem &item : statement.order)
-            row.keys.emplace_back(row.values[item.column < 0 ? columns + item.column : item.column]);
+            row.keys.emplace_back(row.values[item.column < 0 ? count + item.column : item.column]);
     }
     std::stable_sort(rows.begin(), rows.end(), [&](const Row &a, const Row &b) {
         for (size_t i = 0; i < a.keys.size(); ++i)
@@ -160,6 +168,17 @@ void RowCursor::sort(const BoundStatement &statement)
     for (Row &row : rows)
         m_fetched.push_back(std::move(row.values));
     m_isFetched = true;
+}
+
+void RowCursor::readAll(qsizetype columns, const std::function<bool(const QVariantList &)> &row)
+{
+    QVariantList line(columns);
+    while (next()) {
+        for (int i = 0; i < line.size(); ++i)
+            line[i] = value(i);
+        if (!row(line))
+            return;
+    }
 }
 
 bool RowCursor::next()
@@ -346,33 +365,25 @@ qint64 Connection::insertBound(const BoundStatement &statement)
 
 void Connection::readKeys(const BoundStatement &statement, QVector<qint64> &keys)
 {
-    readBound(
-        statement, [](const QStringList &) {},
-        [&keys](const QVariantList &row) {
-            keys.append(row.first().toLongLong());
-            return true;
-        });
+    readBound(statement, 1, [&keys](const QVariantList &row) {
+        keys.append(row.first().toLongLong());
+        return true;
+    });
 }
 
 void Connection::read(const QString &statement, const Values &values,
                       const std::function<void(const QStringList &)> &columns,
                       const std::function<bool(const QVariantList &)> &row)
 {
-    readBound(bound(statement, values), columns, row);
+    const auto rows = cursor(statement, values);
+    columns(rows->columns());
+    rows->readAll(rows->columns().size(), row);
 }
 
-void Connection::readBound(const BoundStatement &statement, const std::function<void(const QStringList &)> &columns,
+void Connection::readBound(const BoundStatement &statement, qsizetype columns,
                            const std::function<bool(const QVariantList &)> &row)
 {
-    const auto rows = cursorBound(statement);
-    columns(rows->columns());
-    QVariantList line(rows->columns().size());
-    while (rows->next()) {
-        for (int i = 0; i < line.size(); ++i)
-            line[i] = rows->value(i);
-        if (!row(line))
-            return;
-    }
+    cursorBound(statement)->readAll(columns, row);
 }
 
 std::unique_ptr<RowCursor> Connection::cursor(const QString &statement, const Values &values)
@@ -487,14 +498,12 @@ const Connection::Table &Connection::table(const QString &name)
         {Engine::SqlServer, columnsOfSqlServer},
     };
     Table table;
-    readBound(
-        {columnsOfEngine[m_engine], {key}}, [](const QStringList &) {},
-        [&table](const QVariantList &row) {
-            const QString column = row[0].toString().toLower();
-            table.columns.append(column);
-            table.kinds.insert(column, kindOfDeclaredType(row[1].toString()));
-            return true;
-        });
+    readBound({columnsOfEngine[m_engine], {key}}, 2, [&table](const QVariantList &row) {
+        const QString column = row[0].toString().toLower();
+        table.columns.append(column);
+        table.kinds.insert(column, kindOfDeclaredType(row[1].toString()));
+        return true;
+    });
     return *m_tables.insert(key, table);
 }
 
@@ -506,12 +515,10 @@ QString Connection::uniqueColumnOf(const QString &name)
     if (const auto found = m_uniqueColumns.constFind(key); found != m_uniqueColumns.constEnd())
         return *found;
     QString column;
-    readBound(
-        {uniqueColumnOfSqlServer, {key}}, [](const QStringList &) {},
-        [&column](const QVariantList &row) {
-            column = row[0].toString().toLower();
-            return false;
-        });
+    readBound({uniqueColumnOfSqlServer, {key}}, 1, [&column](const QVariantList &row) {
+        column = row[0].toString().toLower();
+        return false;
+    });
     return *m_uniqueColumns.insert(key, column);
 }
 

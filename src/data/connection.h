@@ -31,10 +31,12 @@ class RowCursor
 {
 public:
     RowCursor(const QSqlDatabase &database, const BoundStatement &statement); // throws DataError
-    const QStringList &columns() const { return m_columns; }
+    const QStringList &columns(); // asked for only where they are wanted: the driver describes each at length
     // Steps onto the next row; false behind the last. Throws DataError when the rows break off.
     bool next();
     QVariant value(int column) const; // Null is an invalid QVariant
+    // Hands the first `columns` values of each row that is left to `row` until it gives false.
+    void readAll(qsizetype columns, const std::function<bool(const QVariantList &values)> &row);
 
 private:
     QVariant read(int column) const;
@@ -42,6 +44,7 @@ private:
 
     QSqlQuery m_query;
     QStringList m_columns;
+    int m_hiddenColumns;
     std::vector<QVariantList> m_fetched; // all rows, where they are not read as they are asked for
     qsizetype m_at = -1;                 // in m_fetched
     bool m_isFetched = false;
@@ -104,7 +107,8 @@ public:
     BoundStatement bound(const QString &statement, const Values &values);
     qint64 executeBound(const BoundStatement &statement);
     qint64 insertBound(const BoundStatement &statement); // gives the new row's identity, if any
-    void readBound(const BoundStatement &statement, const std::function<void(const QStringList &columns)> &columns,
+    // columns: how many of the result's columns are handed over, from the first.
+    void readBound(const BoundStatement &statement, qsizetype columns,
                    const std::function<bool(const QVariantList &values)> &row);
     std::unique_ptr<RowCursor> cursorBound(const BoundStatement &statement);
     // Appends the first column of each row, whole numbers.

@@ -248,7 +248,7 @@ void Recordset::UpdateBatch()
             QVector<int> changed = m_impl->waiting();
             for (const int at : std::as_const(changed)) {
                 qint64 &key = m_impl->keys[at];
-                const QVariantList row = m_impl->storedForm(m_impl->pending.take(key).values);
+                const QVariantList row = m_impl->pending.take(key).written;
                 m_impl->rows.remove(key);
                 if (!m_impl->identity.isEmpty()) {
                     key = storedKeys.value(key, key);

@@ -88,19 +88,17 @@ bool RecordsetRows::readFew(Connection &connection, const QString &statement, co
     if (values.isEmpty())
         return false;
     QString whole = statement;
-    whole.insert(whole.indexOf(u'*') + 1, ", " + identity + ' ');
+    whole.replace(whole.indexOf(u'*'), 1, ' ' + identity + ", " + table + ".* ");
     BoundStatement select = connection.bound(whole, values);
     if (!select.order.isEmpty()) // the client orders, and has to have all first
         return false;
     select.text += QStringLiteral(" limit %1").arg(rowsAtOnce + 1);
     QVector<qint64> found;
-    connection.readBound(
-        select, [](const QStringList &) {},
-        [&](const QVariantList &line) {
-            found.append(line.last().toLongLong());
-            rows.insert(found.last(), line.first(line.size() - 1));
-            return true;
-        });
+    connection.readBound(select, columns.size() + 1, [&](const QVariantList &line) {
+        found.append(line.first().toLongLong());
+        rows.insert(found.last(), line.mid(1));
+        return true;
+    });
     if (found.size() > rowsAtOnce)
         return false;
     keys = found;
@@ -129,12 +127,10 @@ void RecordsetRows::fetchAround(Connection &connection, int row)
         select.parameters.append(keys[i]);
     }
     select.text += ")";
-    connection.readBound(
-        select, [](const QStringList &) {},
-        [&](const QVariantList &line) {
-            rows.insert(line[0].toLongLong(), line.mid(1));
-            return true;
-        });
+    connection.readBound(select, columns.size() + 1, [&](const QVariantList &line) {
+        rows.insert(line[0].toLongLong(), line.mid(1));
+        return true;
+    });
     // A row that someone deleted meanwhile stands empty until the next refresh.
     for (int i = first; i < last; ++i)
         if (keys[i] >= 0 && !rows.contains(keys[i]))
@@ -161,12 +157,11 @@ QVariantList RecordsetRows::now(Connection &connection, qint64 key, bool hold) c
         return {};
     }
     QVariantList found;
-    connection.readBound(
-        select, [](const QStringList &) {},
-        [&](const QVariantList &line) {
-            found = identity.isEmpty() ? line : line.mid(1);
-            return true;
-        });
+    const int before = identity.isEmpty() ? 0 : 1;
+    connection.readBound(select, columns.size() + before, [&](const QVariantList &line) {
+        found = line.mid(before);
+        return true;
+    });
     return found;
 }
 
@@ -202,12 +197,11 @@ QVariantList RecordsetRows::columnValues(Connection &connection, int column)
     QHash<qint64, QVariant> read;
     const bool large = !identity.isEmpty() && keys.size() > rowsKept;
     if (large)
-        connection.readBound(
-            {"select " + identity + ", " + columns[column] + " from " + table, {}}, [](const QStringList &) {},
-            [&read](const QVariantList &line) {
-                read.insert(line[0].toLongLong(), line[1]);
-                return true;
-            });
+        connection.readBound({"select " + identity + ", " + columns[column] + " from " + table, {}}, 2,
+                             [&read](const QVariantList &line) {
+                                 read.insert(line[0].toLongLong(), line[1]);
+                                 return true;
+                             });
     QVariantList values;
     values.reserve(keys.size());
     for (int at = 0; at < keys.size(); ++at)
@@ -252,7 +246,7 @@ qint64 RecordsetRows::insert(Connection &connection, const Pending &row) const
             continue;
         names.append(columns[i]);
         marks.append("?");
-        parameters.append(stored(row.values[i], kinds[i]));
+        parameters.append(row.written[i]);
     }
     const bool emptyList = names.isEmpty() && connection.engine() != Engine::MariaDb;
     return connection.insertBound({"insert into " + table +
@@ -302,8 +296,9 @@ bool RecordsetRows::changeOneRow(Connection &connection, const QString &verb, co
 qint64 RecordsetRows::storeNew(Connection &connection, qint64 key)
 {
     Pending &row = pending[key];
+    row.written = storedForm(row.values);
     // The save before this one may have been stored although no answer came.
-    if (row.attempted && now(connection, row.attempted) == storedForm(row.values))
+    if (row.attempted && now(connection, row.attempted) == row.written)
         return row.attempted;
     const qint64 written = insert(connection, row);
     if (connection.engine() != Engine::Sqlite) // whose link cannot break
@@ -313,8 +308,9 @@ qint64 RecordsetRows::storeNew(Connection &connection, qint64 key)
 
 void RecordsetRows::storeChanged(Connection &connection, Recordset *set, qint64 key)
 {
-    const Pending &row = pending[key];
-    const QVariantList typed = storedForm(row.values);
+    Pending &row = pending[key];
+    row.written = storedForm(row.values);
+    const QVariantList &typed = row.written;
     QString assignments;
     QVariantList parameters;
     for (int i = 0; i < typed.size(); ++i) {

@@ -17,6 +17,7 @@ public:
         bool isNew = false;
         // Under which key the row was written when the link broke before the server answered: it may be stored.
         qint64 attempted = 0;
+        QVariantList written{}; // the values as they were last sent
     };
 
     QString table;    // empty: read whole and not writable
