@@ -210,7 +210,7 @@ void Grid::setEditing(bool editing, std::function<void()> newRow)
         commitEditor();
     if (editing != m_editing) {
         horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-        horizontalHeader()->setSectionsClickable(!editing);
+        setSortingEnabled(!editing);
     }
     m_editing = editing;
     setEditTriggers(editing ? AnyKeyPressed | DoubleClicked | EditKeyPressed : NoEditTriggers);
