@@ -267,8 +267,7 @@ QVector<Step> stepsOfSave(const TestServer &server)
         {"select command_type, convert(argument using utf8mb4) from mysql.general_log where thread_id = (select "
          "max(thread_id) from mysql.general_log where argument like 'insert into yy_gw_wxht_h%')",
          {}},
-        2,
-        [&](const QVariantList &row) {
+        2, [&](const QVariantList &row) {
             const QString type = row[0].toString(), text = row[1].toString();
             if (type == "Prepare")
                 prepared.prepend(text);

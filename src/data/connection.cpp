@@ -24,17 +24,6 @@ namespace tradewick
 namespace
 {
 
-// query: prepared from the statement's text.
-void run(QSqlQuery &query, const BoundStatement &statement)
-{
-    // A null QString would be stored as Null; Null is an invalid QVariant and nothing else.
-    for (const QVariant &value : statement.parameters)
-        query.addBindValue(value.typeId() == QMetaType::QString && value.toString().isNull() ? QVariant(QString(""))
-                                                                                             : value);
-    if (!query.exec())
-        throw errorOf(query.lastError());
-}
-
 ColumnKind kindOfDeclaredType(const QString &type)
 {
     static const QHash<QString, ColumnKind> kinds{
@@ -115,8 +104,8 @@ int compare(const OrderKey &a, const OrderKey &b)
 
 } // namespace
 
-RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement)
-    : m_query(database), m_hiddenColumns(statement.hiddenColumns)
+RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement, PreparedStatements &statements)
+    : m_hiddenColumns(statement.hiddenColumns)
 {
     if (database.driverName() == QLatin1String("QODBC")) {
         OdbcResult result = runOdbc(database, statement);
@@ -125,18 +114,15 @@ RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &stateme
         m_isFetched = true;
         return;
     }
-    m_query.setForwardOnly(true);
-    if (!m_query.prepare(statement.text))
-        throw errorOf(m_query.lastError());
-    run(m_query, statement);
+    m_query = statements.run(database, statement);
     if (!statement.order.isEmpty())
         sort(statement);
 }
 
 const QStringList &RowCursor::columns()
 {
-    if (m_columns.isEmpty()) {
-        const QSqlRecord record = m_query.record();
+    if (m_columns.isEmpty() && m_query) {
+        const QSqlRecord record = m_query->record();
         for (int i = 0; i < record.count() - m_hiddenColumns; ++i)
             m_columns.append(record.fieldName(i));
     }
@@ -151,7 +137,7 @@ void RowCursor::sort(const BoundStatement &statement)
     };
     const qsizetype count = columns().size() + m_hiddenColumns;
     std::vector<Row> rows;
-    while (m_query.next()) {
+    while (m_query->next()) {
         Row &row = rows.emplace_back();
         for (int i = 0; i < count; ++i)
             row.values.append(read(i));
@@ -185,10 +171,10 @@ bool RowCursor::next()
 {
     if (m_isFetched)
         return ++m_at < static_cast<qsizetype>(m_fetched.size());
-    if (m_query.next())
+    if (m_query->next())
         return true;
-    if (m_query.lastError().isValid())
-        throw errorOf(m_query.lastError());
+    if (m_query->lastError().isValid())
+        throw errorOf(m_query->lastError());
     return false;
 }
 
@@ -199,9 +185,9 @@ QVariant RowCursor::value(int column) const
 
 QVariant RowCursor::read(int column) const
 {
-    if (m_query.isNull(column))
+    if (m_query->isNull(column))
         return {};
-    QVariant value = m_query.value(column);
+    QVariant value = m_query->value(column);
     switch (value.typeId()) {
     case QMetaType::QDate:
     case QMetaType::QDateTime:
@@ -342,9 +328,7 @@ qint64 Connection::executeBound(const BoundStatement &statement)
             rows = runOdbc(m_database, statement).changed;
             return;
         }
-        const auto query = m_statements.take(m_database, statement.text);
-        run(*query, statement);
-        rows = query->numRowsAffected();
+        rows = m_statements.run(m_database, statement)->numRowsAffected();
     });
     return rows;
 }
@@ -355,11 +339,7 @@ qint64 Connection::insertBound(const BoundStatement &statement)
     if (identityColumn().isEmpty())
         executeBound(statement);
     else
-        overLink(false, [&] {
-            const auto query = m_statements.take(m_database, statement.text);
-            run(*query, statement);
-            identity = query->lastInsertId().toLongLong();
-        });
+        overLink(false, [&] { identity = m_statements.run(m_database, statement)->lastInsertId().toLongLong(); });
     return identity;
 }
 
@@ -394,7 +374,7 @@ std::unique_ptr<RowCursor> Connection::cursor(const QString &statement, const Va
 std::unique_ptr<RowCursor> Connection::cursorBound(const BoundStatement &statement)
 {
     std::unique_ptr<RowCursor> cursor;
-    overLink(true, [&] { cursor = std::make_unique<RowCursor>(m_database, statement); });
+    overLink(true, [&] { cursor = std::make_unique<RowCursor>(m_database, statement, m_statements); });
     return cursor;
 }
 

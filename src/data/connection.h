@@ -30,7 +30,8 @@ ConnectionParts connectionParts(const QString &connectionString);
 class RowCursor
 {
 public:
-    RowCursor(const QSqlDatabase &database, const BoundStatement &statement); // throws DataError
+    // Throws DataError.
+    RowCursor(const QSqlDatabase &database, const BoundStatement &statement, PreparedStatements &statements);
     const QStringList &columns(); // asked for only where they are wanted: the driver describes each at length
     // Steps onto the next row; false behind the last. Throws DataError when the rows break off.
     bool next();
@@ -42,7 +43,7 @@ private:
     QVariant read(int column) const;
     void sort(const BoundStatement &statement);
 
-    QSqlQuery m_query;
+    PreparedStatements::Query m_query; // none over ODBC
     QStringList m_columns;
     int m_hiddenColumns;
     std::vector<QVariantList> m_fetched; // all rows, where they are not read as they are asked for

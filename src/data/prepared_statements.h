@@ -1,12 +1,12 @@
-// Statements without a result that the engine has prepared and that are run again with other values: a server parses
-// them once, and the way there and back for it falls away. Those with a result are not kept: the driver's room for the
-// values is that of the columns when it was prepared, and someone may alter the table.
+// Statements that the engine has prepared and that are run again with other values: a server parses them once, and the
+// way there and back for it falls away.
 #pragma once
+
+#include "data/statement.h"
 
 #include <QCache>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QString>
 
 #include <memory>
 
@@ -15,11 +15,16 @@ namespace tradewick
 
 class PreparedStatements
 {
-    using Free = QCache<QString, QSqlQuery>; // by text
+    struct Kept {
+        QSqlQuery query;
+        QByteArray shape; // of the result's columns when the driver made room for their values
+    };
+    using Free = QCache<QString, Kept>; // by text
 
     struct GiveBack {
         std::weak_ptr<Free> free;
         QString text;
+        QByteArray shape;
         void operator()(QSqlQuery *query) const;
     };
 
@@ -27,8 +32,9 @@ public:
     using Query = std::unique_ptr<QSqlQuery, GiveBack>;
 
     PreparedStatements();
-    // The statement, ready for values; it is free again when the query goes, unless it failed. Throws DataError.
-    Query take(const QSqlDatabase &database, const QString &text);
+    // The statement, run with its values; it is kept for the next run when the query goes, unless it failed. One whose
+    // tables were altered since is prepared anew. Throws DataError.
+    Query run(const QSqlDatabase &database, const BoundStatement &statement);
     // Before the database is closed. Queries still in use end with their users.
     void clear();
 
