@@ -1,7 +1,5 @@
 #include "data/mariadb_result.h"
 
-#include <QDataStream>
-#include <QIODevice>
 #include <QSqlResult>
 
 #include <errmsg.h>
@@ -17,11 +15,11 @@ QByteArray shapeOfResult(const QSqlQuery &query)
         return {};
     MYSQL_RES *result = *static_cast<MYSQL_RES *const *>(handle.constData());
     QByteArray shape;
-    QDataStream stream(&shape, QIODevice::WriteOnly);
     for (unsigned int i = 0; i < mysql_num_fields(result); ++i) {
         const MYSQL_FIELD &field = *mysql_fetch_field_direct(result, i);
-        stream << static_cast<quint32>(field.type) << static_cast<quint64>(field.length) << field.decimals
-               << field.charsetnr << ((field.flags & UNSIGNED_FLAG) != 0);
+        const quint64 column[] = {static_cast<quint64>(field.type), field.length, field.decimals, field.charsetnr,
+                                  field.flags & UNSIGNED_FLAG};
+        shape.append(reinterpret_cast<const char *>(column), sizeof column);
     }
     return shape;
 }
