@@ -36,7 +36,7 @@ namespace
 {
 
 constexpr int logged = 1; // the contract whose save is logged
-constexpr int linesOfContract = 3, rounds = 5, contracts = 100000, openings = 7;
+constexpr int linesOfContract = 3, rounds = 15, contracts = 100000, openings = 7;
 
 // A statement as the server got it.
 struct Step {
