@@ -3,14 +3,35 @@
 #include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QStyleOptionFrame>
 #include <QWheelEvent>
 
 namespace tradewick
 {
 
+namespace
+{
+
+// Its ground shows that it is locked; a palette of its own would have to be made and handed on at each change.
+class ComboLine : public QLineEdit
+{
+public:
+    using QLineEdit::QLineEdit;
+
+protected:
+    void initStyleOption(QStyleOptionFrame *option) const override
+    {
+        QLineEdit::initStyleOption(option);
+        if (isReadOnly())
+            option->palette.setColor(QPalette::Base, palette().color(QPalette::Window));
+    }
+};
+
+} // namespace
+
 ComboField::ComboField(QWidget *parent) : QComboBox(parent)
 {
-    setEditable(true);
+    setLineEdit(new ComboLine(this));
     setInsertPolicy(NoInsert);
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(8);
@@ -23,12 +44,6 @@ void ComboField::setReadOnly(bool readOnly)
 {
     m_readOnly = readOnly;
     lineEdit()->setReadOnly(readOnly);
-    // The style sheet does not reach the field by this property. Not the palette of the whole, which goes down to the
-    // list as well.
-    QPalette shown;
-    if (readOnly)
-        shown.setColor(QPalette::Base, palette().color(QPalette::Window));
-    lineEdit()->setPalette(shown);
     update();
 }
 

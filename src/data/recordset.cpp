@@ -45,9 +45,12 @@ Recordset::~Recordset() = default;
 void Recordset::Open(const QString &statement, const Values &values, const std::shared_ptr<Connection> &connection)
 {
     auto read = std::make_unique<RecordsetRows>();
+    const RecordsetRows nothing, &before = m_connection == connection ? *m_impl : nothing;
     m_connection = connection;
+    read->source = statement;
+    read->sourceValues = values;
     try {
-        read->read(*connection, statement, values);
+        read->read(*connection, before);
         read->open = true;
     } catch (const DataError &) {
         Close();

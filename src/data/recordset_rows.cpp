@@ -45,27 +45,52 @@ QVariant stored(const QVariant &value, ColumnKind kind)
 
 } // namespace
 
-void RecordsetRows::read(Connection &connection, const QString &statement, const Values &values)
+void RecordsetRows::examine(Connection &connection)
 {
-    table = plainTableOf(statement);
+    table = plainTableOf(source);
     const ColumnKinds kindsOfTable = table.isEmpty() ? ColumnKinds() : connection.kindsOf(table);
     if (kindsOfTable.isEmpty())
         table.clear();
     else
         identity = connection.identityColumn();
+    if (identity.isEmpty())
+        return;
+    columns = connection.columnsOf(table);
+    for (const QString &column : std::as_const(columns))
+        kinds.append(kindsOfTable.value(column));
+    if (sourceValues.isEmpty())
+        return;
+    QString whole = source;
+    whole.replace(whole.indexOf(u'*'), 1, ' ' + identity + ", " + table + ".* ");
+    m_few = connection.bound(whole, sourceValues);
+    m_few.text += QStringLiteral(" limit %1").arg(rowsAtOnce + 1);
+    if (!m_few.order.isEmpty()) // the client orders, and has to have all first
+        m_few = {};
+}
+
+void RecordsetRows::read(Connection &connection, const RecordsetRows &before)
+{
+    if (!before.identity.isEmpty() && before.identity == connection.identityColumn() && before.source == source &&
+        before.sourceValues == sourceValues) {
+        table = before.table;
+        identity = before.identity;
+        columns = before.columns;
+        kinds = before.kinds;
+        m_few = before.m_few;
+    } else {
+        examine(connection);
+    }
     if (!identity.isEmpty()) {
-        columns = connection.columnsOf(table);
-        for (const QString &column : std::as_const(columns))
-            kinds.append(kindsOfTable.value(column));
-        if (readFew(connection, statement, values))
+        if (readFew(connection))
             return;
-        QString identities = statement;
+        QString identities = source;
         identities.replace(identities.indexOf(u'*'), 1, u' ' + identity + u' ');
-        connection.readKeys(connection.bound(identities, values), keys);
+        connection.readKeys(connection.bound(identities, sourceValues), keys);
         return;
     }
+    const ColumnKinds kindsOfTable = table.isEmpty() ? ColumnKinds() : connection.kindsOf(table);
     connection.read(
-        statement, values,
+        source, sourceValues,
         [&](const QStringList &names) {
             for (const QString &name : names) {
                 columns.append(name.toLower());
@@ -83,18 +108,12 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
 
 // The lines of a document and what a filter leaves are few: identities and rows come together. When there are more,
 // what was read is the first page, and gives false.
-bool RecordsetRows::readFew(Connection &connection, const QString &statement, const Values &values)
+bool RecordsetRows::readFew(Connection &connection)
 {
-    if (values.isEmpty())
+    if (m_few.text.isEmpty())
         return false;
-    QString whole = statement;
-    whole.replace(whole.indexOf(u'*'), 1, ' ' + identity + ", " + table + ".* ");
-    BoundStatement select = connection.bound(whole, values);
-    if (!select.order.isEmpty()) // the client orders, and has to have all first
-        return false;
-    select.text += QStringLiteral(" limit %1").arg(rowsAtOnce + 1);
     QVector<qint64> found;
-    connection.readBound(select, columns.size() + 1, [&](const QVariantList &line) {
+    connection.readBound(m_few, columns.size() + 1, [&](const QVariantList &line) {
         found.append(line.first().toLongLong());
         rows.insert(found.last(), line.mid(1));
         return true;

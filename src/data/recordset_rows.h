@@ -31,9 +31,12 @@ public:
     QHash<qint64, Pending> pending;
     qint64 nextTemporaryKey = -1;
     bool open = false;
+    QString source; // the statement that was read, and with what
+    Values sourceValues;
 
     // All throw DataError.
-    void read(Connection &connection, const QString &statement, const Values &values);
+    //   before: what the same connection read last; the same statement is not looked at anew.
+    void read(Connection &connection, const RecordsetRows &before);
     const QVariantList &row(Connection &connection, int at);
     // The row as the database keeps it: read again when it stands as it was written.
     const QVariantList &rowAsRead(Connection &connection, int at);
@@ -57,8 +60,11 @@ public:
     void remove(Connection &connection, Recordset *set, int at);
 
 private:
+    BoundStatement m_few; // identities and rows of the statement in one; empty where they come apart
+
     BoundStatement selectRows() const;
-    bool readFew(Connection &connection, const QString &statement, const Values &values);
+    void examine(Connection &connection);
+    bool readFew(Connection &connection);
     void fetchAround(Connection &connection, int row);
     qint64 insert(Connection &connection, const Pending &row) const;
     void appendWhere(const Connection &connection, BoundStatement &statement, qint64 key,
