@@ -210,7 +210,7 @@ void Grid::setEditing(bool editing, std::function<void()> newRow)
         commitEditor();
     if (editing != m_editing) {
         horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-        setSortingEnabled(!editing);
+        horizontalHeader()->setSectionsClickable(!editing);
     }
     m_editing = editing;
     setEditTriggers(editing ? AnyKeyPressed | DoubleClicked | EditKeyPressed : NoEditTriggers);

@@ -48,7 +48,20 @@ QDate dateFromText(const QString &text)
 
 QString dateText(const QDate &date)
 {
-    return date.isValid() ? date.toString(Qt::ISODate) : QString();
+    const int year = date.year();
+    if (!date.isValid() || year < 0 || year > 9999)
+        return {};
+    // By hand: each cell of a list asks, and Qt's own format is slow.
+    const int parts[] = {year / 100, year % 100, date.month(), date.day()};
+    QString text;
+    text.reserve(10);
+    for (int i = 0; i < 4; ++i) {
+        if (i > 1)
+            text += u'-';
+        text += QChar(u'0' + parts[i] / 10);
+        text += QChar(u'0' + parts[i] % 10);
+    }
+    return text;
 }
 
 QString dateText(const QVariant &value)

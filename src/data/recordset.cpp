@@ -248,17 +248,22 @@ void Recordset::UpdateBatch()
                 set.storeChanged(*m_connection, this, key);
         }
         m_connection->onCommit([this, storedKeys] {
-            QVector<int> changed = m_impl->waiting();
-            for (const int at : std::as_const(changed)) {
+            QVector<int> changed;
+            const QVector<int> stored = m_impl->waiting();
+            for (const int at : stored) {
                 qint64 &key = m_impl->keys[at];
-                const QVariantList row = m_impl->pending.take(key).written;
+                const RecordsetRows::Pending row = m_impl->pending.take(key);
+                if (!m_impl->looksAlike(row.values, row.written))
+                    changed.append(at);
                 m_impl->rows.remove(key);
                 if (!m_impl->identity.isEmpty()) {
                     key = storedKeys.value(key, key);
                     m_impl->asWritten.insert(key);
                 }
-                m_impl->rows.insert(key, row);
+                m_impl->rows.insert(key, row.written);
             }
+            if (changed.isEmpty())
+                Q_EMIT storedAsShown();
             // Views look at one row more quickly than at all.
             if (changed.size() > toldOneByOne)
                 changed = {-1};

@@ -141,6 +141,7 @@ Q_SIGNALS:
     void reset();          // other rows: opened, closed
     void currentChanged(); // the position moved, or the row under it is another
     void valueChanged(int row, int column);
+    void storedAsShown(); // waiting rows are in the database, where each looks as it was typed
     void rowAboutToBeInserted(int row);
     void rowInserted(int row);
     void rowAboutToBeRemoved(int row);

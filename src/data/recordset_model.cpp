@@ -50,6 +50,10 @@ RecordsetModel::RecordsetModel(Recordset &recordset, QVector<GridColumn> columns
         if (last >= first)
             Q_EMIT dataChanged(index(first, 0), index(last, columnCount() - 1));
     });
+    connect(&recordset, &Recordset::storedAsShown, this, [this] { // not while it was typed
+        if (isSorted())
+            rearrange();
+    });
 }
 
 void RecordsetModel::setEditable(bool editable, std::function<void()> newRow)

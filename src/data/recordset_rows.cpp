@@ -251,27 +251,43 @@ QVector<int> RecordsetRows::waiting() const
 QVariantList RecordsetRows::storedForm(const QVariantList &values) const
 {
     QVariantList form;
+    form.reserve(columns.size());
     for (int i = 0; i < columns.size(); ++i)
         form.append(stored(values[i], kinds[i]));
     return form;
 }
 
+bool RecordsetRows::looksAlike(const QVariantList &one, const QVariantList &other) const
+{
+    for (int i = 0; i < columns.size(); ++i) { // Qt finds the text "07.50" equal to the number
+        const bool isSame = one[i].typeId() == other[i].typeId() && one[i] == other[i];
+        if (!isSame && Recordset::text(one[i], kinds[i]) != Recordset::text(other[i], kinds[i]))
+            return false;
+    }
+    return true;
+}
+
 qint64 RecordsetRows::insert(Connection &connection, const Pending &row) const
 {
-    QStringList names, marks;
+    QString names, marks;
     QVariantList parameters;
+    parameters.reserve(columns.size());
     for (int i = 0; i < columns.size(); ++i) {
         if (row.values[i].isNull())
             continue;
-        names.append(columns[i]);
-        marks.append("?");
+        if (!parameters.isEmpty()) {
+            names += u',';
+            marks += u',';
+        }
+        names += columns[i];
+        marks += u'?';
         parameters.append(row.written[i]);
     }
     const bool emptyList = names.isEmpty() && connection.engine() != Engine::MariaDb;
-    return connection.insertBound({"insert into " + table +
-                                       (emptyList ? QStringLiteral(" default values")
-                                                  : "(" + names.join(u',') + ") values(" + marks.join(u',') + ")"),
-                                   parameters});
+    return connection.insertBound(
+        {"insert into " + table +
+             (emptyList ? QStringLiteral(" default values") : "(" + names + ") values(" + marks + ")"),
+         parameters});
 }
 
 // The row as it was read, whole: what another desktop changed in it no longer fits. To the letter, the case and the

@@ -53,6 +53,7 @@ public:
     QVector<int> waiting() const;
     // What an insert or update makes of the values.
     QVariantList storedForm(const QVariantList &values) const;
+    bool looksAlike(const QVariantList &one, const QVariantList &other) const; // on the screen
 
     // Give the identity of the row that was written, and throw ConflictError through `set`.
     qint64 storeNew(Connection &connection, qint64 key);
