@@ -22,9 +22,19 @@ protected:
     void initStyleOption(QStyleOptionFrame *option) const override
     {
         QLineEdit::initStyleOption(option);
-        if (isReadOnly())
-            option->palette.setColor(QPalette::Base, palette().color(QPalette::Window));
+        if (!isReadOnly())
+            return;
+        if (const QPalette own = palette(); own.cacheKey() != m_madeOf) {
+            m_locked = own;
+            m_locked.setColor(QPalette::Base, own.color(QPalette::Window));
+            m_madeOf = own.cacheKey();
+        }
+        option->palette = m_locked;
     }
+
+private:
+    mutable QPalette m_locked;
+    mutable qint64 m_madeOf = 0;
 };
 
 } // namespace

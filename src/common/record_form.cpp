@@ -239,6 +239,8 @@ void RecordForm::lockField(const QString &name, bool locked)
     QWidget *widget = m_fields.value(name);
     if (qobject_cast<QCheckBox *>(widget))
         widget->setEnabled(!locked);
+    else if (auto *line = qobject_cast<QLineEdit *>(widget))
+        line->setReadOnly(locked);
     else
         widget->setProperty("readOnly", locked);
 }
