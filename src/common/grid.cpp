@@ -269,6 +269,7 @@ bool Grid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
             completer->setCaseSensitivity(Qt::CaseInsensitive);
             completer->popup()->setObjectName(drop->name);
             completer->popup()->setAccessibleName(m_model->columns()[index.column()].caption);
+            completer->popup()->installEventFilter(this);
             editor->setCompleter(completer);
         }
         connect(editor, &QLineEdit::textEdited, this, [this, column](const QString &text) {
@@ -276,8 +277,13 @@ bool Grid::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
                 Q_EMIT typed(column, text);
         });
         // The key that opened the editor is typed into it before anyone listened.
-        if (trigger == AnyKeyPressed)
-            Q_EMIT typed(column, editor->text());
+        if (trigger != AnyKeyPressed)
+            continue;
+        if (QCompleter *list = editor->completer()) {
+            list->setCompletionPrefix(editor->text());
+            list->complete();
+        }
+        Q_EMIT typed(column, editor->text());
     }
     return opened;
 }
@@ -286,6 +292,18 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::InputMethod)
         m_composing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
+    if (const auto *list = qobject_cast<QAbstractItemView *>(watched);
+        list && list != this && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) // once the item is taken, if there is one
+            QMetaObject::invokeMethod(
+                this,
+                [this] {
+                    commitEditor();
+                    goOn();
+                },
+                Qt::QueuedConnection);
+    }
     if (event->type() == QEvent::KeyPress && qobject_cast<QLineEdit *>(watched)) {
         if (m_composing)
             return true; // the keys are the input method's; the cell must not close over its text

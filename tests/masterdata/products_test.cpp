@@ -99,6 +99,7 @@ TEST_F(Products, CustomersDropDownBelowTheirCell)
     drive.click("Cmdedit");
     grid->setFocus();
     grid->editCell(0, "khbh");
+    const QPersistentModelIndex cell = grid->currentIndex();
     QLineEdit *editor = grid->cellEditor();
     ASSERT_NE(editor, nullptr);
     ASSERT_NE(editor->completer(), nullptr);
@@ -107,6 +108,22 @@ TEST_F(Products, CustomersDropDownBelowTheirCell)
     EXPECT_EQ(list->objectName(), "T_down");
     EXPECT_TRUE(list->isVisible());
     EXPECT_EQ(list->model()->index(0, 0).data(), "K1");
+    for (const bool chosen : {true, false}) { // the first key opens the list, Enter goes on with or without an item
+        SCOPED_TRACE(chosen);
+        drive.typeCell(grid, 0, "khbh", "");
+        grid->setCurrentIndex(cell);
+        QTest::keyClick(grid, Qt::Key_K);
+        ASSERT_NE(grid->cellEditor(), nullptr);
+        list = grid->cellEditor()->completer()->popup();
+        EXPECT_TRUE(list->isVisible());
+        if (chosen)
+            QTest::keyClick(list, Qt::Key_Down);
+        QTest::keyClick(list, Qt::Key_Return);
+        QApplication::processEvents();
+        EXPECT_FALSE(list->isVisible());
+        EXPECT_EQ(cell.data(), chosen ? "K1" : "k");
+        EXPECT_NE(grid->currentColumn(), "khbh");
+    }
 }
 
 TEST_F(Products, ARefusedOkLocksGridAndCombosUntilOneIsTaken)
