@@ -14,10 +14,11 @@ class Branch : public QStandardItem
 {
 public:
     Branch(const QString &text, const BranchSpec *ofKind, const QStringList &ofColumns, const QVariantList &values)
-        : QStandardItem(text), kind(ofKind), columns(ofColumns), row(values)
+        : kind(ofKind), columns(ofColumns), row(values), m_text(text)
     {
-        setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
     }
+
+    QVariant data(int role) const override { return role == Qt::DisplayRole ? m_text : QVariant(); }
 
     Values values() const
     {
@@ -31,6 +32,9 @@ public:
     QStringList columns;
     QVariantList row;
     bool isRead = false; // what stands below
+
+private:
+    QString m_text;
 };
 
 QString pathOf(const QModelIndex &index)
@@ -51,6 +55,10 @@ public:
 
     Branch *branchAt(const QModelIndex &index) const { return static_cast<Branch *>(itemFromIndex(index)); }
 
+    Qt::ItemFlags flags(const QModelIndex &index) const override
+    {
+        return index.isValid() ? Qt::ItemIsSelectable | Qt::ItemIsEnabled : Qt::NoItemFlags;
+    }
     bool hasChildren(const QModelIndex &parent) const override
     {
         return canFetchMore(parent) || QStandardItemModel::hasChildren(parent);
