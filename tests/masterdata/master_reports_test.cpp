@@ -1,4 +1,5 @@
 // The sheets and lists of the registers: what the print buttons ask and show, and what stands on the paper.
+#include "make_form.h"
 #include "masterdata/customers.h"
 #include "masterdata/master_reports.h"
 #include "masterdata/products.h"
@@ -61,11 +62,6 @@ protected:
         return pages;
     }
 };
-
-template <class Form> std::unique_ptr<RecordForm> own()
-{
-    return std::make_unique<Form>();
-}
 
 } // namespace
 
@@ -201,7 +197,7 @@ TEST_F(MasterReports, ThePriceListShowsEachPriceAndTheRemarkBelowTheTariffCode)
 TEST_F(MasterReports, PrintButtonsAskWhichReportIsMeant)
 {
     const struct {
-        std::unique_ptr<RecordForm> (*make)();
+        MakeForm make;
         const char *insert, *refusal, *question, *one, *all;
     } forms[] = {
         {own<YY_GWKH_ZL>, "insert into yy_gwkh_zl(khbh) values('K1')", "没有当前记录，不能打印！",

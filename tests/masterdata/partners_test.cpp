@@ -1,5 +1,6 @@
 // The registers of domestic suppliers and foreign customers: one behaviour, two tables.
 #include "data/date_text.h"
+#include "make_form.h"
 #include "masterdata/customers.h"
 #include "masterdata/suppliers.h"
 #include "support/form_driver.h"
@@ -14,13 +15,8 @@ using namespace test;
 namespace
 {
 
-template <class Form> std::unique_ptr<RecordForm> own()
-{
-    return std::make_unique<Form>();
-}
-
 struct Partner {
-    std::unique_ptr<RecordForm> (*make)();
+    MakeForm make;
     const char *table, *key, *name, *area; // columns
     const char *taken, *empty;             // messages
     bool filterTrims;
