@@ -47,10 +47,8 @@ void Recordset::Open(const QString &statement, const Values &values, const std::
     auto read = std::make_unique<RecordsetRows>();
     const RecordsetRows nothing, &before = m_connection == connection ? *m_impl : nothing;
     m_connection = connection;
-    read->source = statement;
-    read->sourceValues = values;
     try {
-        read->read(*connection, before);
+        read->read(*connection, statement, values, before);
         read->open = true;
     } catch (const DataError &) {
         Close();

@@ -47,7 +47,7 @@ QVariant stored(const QVariant &value, ColumnKind kind)
 
 void RecordsetRows::examine(Connection &connection)
 {
-    table = plainTableOf(source);
+    table = plainTableOf(m_statement);
     const ColumnKinds kindsOfTable = table.isEmpty() ? ColumnKinds() : connection.kindsOf(table);
     if (kindsOfTable.isEmpty())
         table.clear();
@@ -58,20 +58,23 @@ void RecordsetRows::examine(Connection &connection)
     columns = connection.columnsOf(table);
     for (const QString &column : std::as_const(columns))
         kinds.append(kindsOfTable.value(column));
-    if (sourceValues.isEmpty())
+    if (m_values.isEmpty())
         return;
-    QString whole = source;
+    QString whole = m_statement;
     whole.replace(whole.indexOf(u'*'), 1, ' ' + identity + ", " + table + ".* ");
-    m_few = connection.bound(whole, sourceValues);
+    m_few = connection.bound(whole, m_values);
     m_few.text += QStringLiteral(" limit %1").arg(rowsAtOnce + 1);
     if (!m_few.order.isEmpty()) // the client orders, and has to have all first
         m_few = {};
 }
 
-void RecordsetRows::read(Connection &connection, const RecordsetRows &before)
+void RecordsetRows::read(Connection &connection, const QString &statement, const Values &values,
+                         const RecordsetRows &before)
 {
-    if (!before.identity.isEmpty() && before.identity == connection.identityColumn() && before.source == source &&
-        before.sourceValues == sourceValues) {
+    m_statement = statement;
+    m_values = values;
+    if (!before.identity.isEmpty() && before.identity == connection.identityColumn() &&
+        before.m_statement == m_statement && before.m_values == m_values) {
         table = before.table;
         identity = before.identity;
         columns = before.columns;
@@ -83,14 +86,14 @@ void RecordsetRows::read(Connection &connection, const RecordsetRows &before)
     if (!identity.isEmpty()) {
         if (readFew(connection))
             return;
-        QString identities = source;
+        QString identities = m_statement;
         identities.replace(identities.indexOf(u'*'), 1, u' ' + identity + u' ');
-        connection.readKeys(connection.bound(identities, sourceValues), keys);
+        connection.readKeys(connection.bound(identities, m_values), keys);
         return;
     }
     const ColumnKinds kindsOfTable = table.isEmpty() ? ColumnKinds() : connection.kindsOf(table);
     connection.read(
-        source, sourceValues,
+        m_statement, m_values,
         [&](const QStringList &names) {
             for (const QString &name : names) {
                 columns.append(name.toLower());

@@ -31,12 +31,10 @@ public:
     QHash<qint64, Pending> pending;
     qint64 nextTemporaryKey = -1;
     bool open = false;
-    QString source; // the statement that was read, and with what
-    Values sourceValues;
 
     // All throw DataError.
     //   before: what the same connection read last; the same statement is not looked at anew.
-    void read(Connection &connection, const RecordsetRows &before);
+    void read(Connection &connection, const QString &statement, const Values &values, const RecordsetRows &before);
     const QVariantList &row(Connection &connection, int at);
     // The row as the database keeps it: read again when it stands as it was written.
     const QVariantList &rowAsRead(Connection &connection, int at);
@@ -61,6 +59,8 @@ public:
     void remove(Connection &connection, Recordset *set, int at);
 
 private:
+    QString m_statement; // that was read, and with what
+    Values m_values;
     BoundStatement m_few; // identities and rows of the statement in one; empty where they come apart
 
     BoundStatement selectRows() const;
