@@ -1,5 +1,6 @@
 #include "common/combo_field.h"
 
+#include <QAbstractItemView>
 #include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -48,6 +49,53 @@ ComboField::ComboField(QWidget *parent) : QComboBox(parent)
     completer()->setCompletionMode(QCompleter::PopupCompletion);
     completer()->setFilterMode(Qt::MatchContains);
     completer()->setCaseSensitivity(Qt::CaseInsensitive);
+    completer()->popup()->installEventFilter(this);
+    // Qt says "activated" of a text that merely stood there, too, when the box is left.
+    connect(this, &QComboBox::activated, this, [this](int item) {
+        if (m_listCloses)
+            choose(item);
+    });
+    connect(completer(), qOverload<const QString &>(&QCompleter::activated), this,
+            [this](const QString &text) { choose(findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive)); });
+}
+
+void ComboField::showText(const QString &text)
+{
+    m_shown = text;
+    if (currentIndex() >= 0)
+        setCurrentIndex(-1);
+    setEditText(text);
+    lineEdit()->setCursorPosition(0);
+}
+
+void ComboField::choose(int item)
+{
+    if (item < 0 || m_readOnly)
+        return;
+    setCurrentIndex(item);
+    setEditText(itemText(item));
+    m_shown = currentText();
+    Q_EMIT chosen();
+}
+
+void ComboField::takeTyped()
+{
+    const QString text = currentText();
+    if (text != m_shown)
+        choose(findText(text, Qt::MatchFixedString));
+}
+
+int ComboField::onlyItemBeginningWith(const QString &text) const
+{
+    int only = -1;
+    for (int item = 0; !text.isEmpty() && item < count(); ++item) {
+        if (!itemText(item).startsWith(text, Qt::CaseInsensitive))
+            continue;
+        if (only >= 0 && itemText(item) != itemText(only))
+            return -1;
+        only = item;
+    }
+    return only;
 }
 
 void ComboField::setReadOnly(bool readOnly)
@@ -59,8 +107,41 @@ void ComboField::setReadOnly(bool readOnly)
 
 void ComboField::showPopup()
 {
-    if (!m_readOnly)
-        QComboBox::showPopup();
+    if (m_readOnly)
+        return;
+    view()->installEventFilter(this);
+    QComboBox::showPopup();
+}
+
+void ComboField::hidePopup()
+{
+    m_listCloses = true;
+    QMetaObject::invokeMethod(
+        this, [this] { m_listCloses = false; }, Qt::QueuedConnection);
+    QComboBox::hidePopup();
+}
+
+// Enter in a list takes what is highlighted there, once, and goes on. In the list of what fits the text typed, where
+// nothing is highlighted, it takes the one item that begins so.
+bool ComboField::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        auto *list = qobject_cast<QAbstractItemView *>(watched);
+        if (list && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+            if (list == completer()->popup() && !list->currentIndex().isValid()) {
+                const int exact = findText(currentText(), Qt::MatchFixedString);
+                const int item = exact >= 0 ? exact : onlyItemBeginningWith(currentText());
+                list->hide();
+                if (item >= 0 && currentText() != m_shown)
+                    choose(item);
+                Q_EMIT enterPressed();
+                return true;
+            }
+            QMetaObject::invokeMethod(this, &ComboField::enterPressed, Qt::QueuedConnection);
+        }
+    }
+    return QComboBox::eventFilter(watched, event);
 }
 
 void ComboField::keyPressEvent(QKeyEvent *event)

@@ -1,4 +1,4 @@
-// A combo box that can be locked like a text field: its text can be read and copied, not changed.
+// A combo box of a form: it can be locked like a text field, and it tells a choice from a text that merely stands there.
 #pragma once
 
 #include <QComboBox>
@@ -15,16 +15,35 @@ public:
     explicit ComboField(QWidget *parent);
 
     bool isReadOnly() const { return m_readOnly; }
+    // Locked, its text can be read and copied, not changed.
     void setReadOnly(bool readOnly);
+    // Shows a text, an item or not; nobody chose it.
+    void showText(const QString &text);
+    // A text typed since showText or the last choice that is an item in full counts as chosen; one that was merely
+    // passed does not.
+    void takeTyped();
     void showPopup() override;
+    void hidePopup() override;
+
+Q_SIGNALS:
+    // An item was clicked, taken with Enter from a list, or typed in full.
+    void chosen();
+    // Enter was pressed in a list: whoever moves the focus on does so now.
+    void enterPressed();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void initStyleOption(QStyleOptionComboBox *option) const override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void choose(int item);
+    int onlyItemBeginningWith(const QString &text) const;
+
+    QString m_shown; // what was shown or chosen last
     bool m_readOnly = false;
+    bool m_listCloses = false; // what is told as activated comes from the list
 };
 
 } // namespace tradewick

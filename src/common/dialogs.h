@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/conflict_dialog.h"
+#include "common/message_icon.h"
 
 #include <QString>
 
@@ -11,8 +12,6 @@ class QWidget;
 
 namespace tradewick
 {
-
-enum class MessageIcon { None, Information, Exclamation, Question, Critical };
 
 class Dialogs
 {

@@ -235,17 +235,30 @@ QString Grid::currentColumn() const
     return currentIndex().isValid() ? m_model->columns()[currentIndex().column()].column : QString();
 }
 
-void Grid::editCell(int row, const QString &column)
+void Grid::editCell(int record, const QString &column)
 {
     commitEditor();
     for (int i = 0; i < m_model->columns().size(); ++i)
         if (m_model->columns()[i].column == column) {
-            setCurrentIndex(m_model->index(m_model->rowOf(row), i));
+            setCurrentIndex(m_model->index(m_model->rowOf(record), i));
             scrollTo(currentIndex());
             if (m_editing)
                 QTableView::edit(currentIndex());
             return;
         }
+}
+
+QVector<int> Grid::selectedRecords() const
+{
+    QModelIndexList cells = selectionModel()->selectedIndexes();
+    if (cells.isEmpty() && currentIndex().isValid())
+        cells.append(currentIndex());
+    QVector<int> records;
+    for (const QModelIndex &cell : std::as_const(cells))
+        if (const int record = m_model->recordAt(cell.row()); !records.contains(record))
+            records.append(record);
+    std::sort(records.begin(), records.end());
+    return records;
 }
 
 // Opens the cell's editor and listens to what is typed there.
@@ -308,7 +321,10 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
         if (m_composing)
             return true; // the keys are the input method's; the cell must not close over its text
         const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+        if (m_keyHook && (isEnter || key == Qt::Key_Down || key == Qt::Key_Escape) && m_keyHook(key))
+            return true;
+        if (isEnter) {
             commitEditor();
             goOn();
             return true;
@@ -319,7 +335,10 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
                 list->complete();
                 return true;
             }
-            Q_EMIT downInEditor();
+            commitEditor();
+            const int row = qMin(currentIndex().row() + 1, m_model->rowCount() - 1);
+            setCurrentIndex(m_model->index(row, currentIndex().column()));
+            scrollTo(currentIndex());
             return true;
         }
     }

@@ -35,20 +35,24 @@ public:
     //   name: object name of the list; items: read each time a cell is opened.
     void setDropDown(const QString &column, const QString &name, std::function<QStringList()> items);
 
+    // Asked before Enter, the down arrow or Escape leaves an open cell; where it gives true, the key is done with.
+    void setKeyHook(std::function<bool(int key)> hook) { m_keyHook = std::move(hook); }
+
     // Puts what stands in an open cell editor into the record set.
     void commitEditor();
     // The open cell editor, null when none is open.
     QLineEdit *cellEditor() const { return state() == EditingState ? m_editor.data() : nullptr; }
     // Column name under the cursor, empty when there is none.
     QString currentColumn() const;
-    // Moves the cursor to the column of a row and opens the cell where it can be typed into.
-    void editCell(int row, const QString &column);
+    // Moves the cursor to the column of a record and opens the cell where it can be typed into.
+    void editCell(int record, const QString &column);
+    // Positions of the records selected, each once, upwards; the one under the cursor where nothing is selected.
+    QVector<int> selectedRecords() const;
 
 Q_SIGNALS:
     void typed(const QString &column, const QString &text); // each change of the text in a cell editor
     void cellEdited(int row, const QString &column);        // the value stands in the record set
     void deletePressed();
-    void downInEditor(); // the down arrow while a cell is typed into
     void rowActivated(); // double click or Enter where nothing can be typed; the row is the current one
 
 protected:
@@ -69,6 +73,7 @@ private:
 
     RecordsetModel *m_model = nullptr;
     QPointer<QLineEdit> m_editor; // the one opened last
+    std::function<bool(int key)> m_keyHook;
     QStringList m_enterColumns;
     mutable QHash<QString, int> m_advances; // of texts, in the font beside
     mutable QFont m_advancesFont;

@@ -1,6 +1,8 @@
 // A picture that is kept as the path of its file.
 #pragma once
 
+#include "common/record_form_spec.h"
+
 #include <QWidget>
 
 class QLabel;
@@ -8,11 +10,6 @@ class QLineEdit;
 
 namespace tradewick
 {
-
-struct PictureSpec {
-    QString cleared = QStringLiteral(" "); // what Command2 leaves as the path
-    bool clickChooses = false;             // a click on the picture acts like Command1
-};
 
 // Image1 shows the file that the path in Text1 names; Command1 chooses one and Command2 takes it away, both only while
 // the path is not locked. A file that cannot be read leaves a word in the picture's place.

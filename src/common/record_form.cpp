@@ -1,19 +1,20 @@
 #include "common/record_form.h"
 
 #include "common/dialogs.h"
+#include "common/field_panel.h"
+#include "common/flow_layout.h"
 #include "common/globals.h"
-#include "common/numbering.h"
-#include "data/date_text.h"
+#include "common/record_list.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QCompleter>
-#include <QLineEdit>
-#include <QPlainTextEdit>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
-#include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTimer>
 
@@ -25,46 +26,224 @@ RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidge
     setObjectName(spec.name);
     setWindowTitle(spec.caption);
     m_primary.setObjectName(spec.control);
-    for (DataControl *control : {&m_primary, &m_body, &m_pickerRows})
-        control->ConnectionString = gConnStr;
+    m_primary.ConnectionString = gConnStr;
+    if (spec.lines.statement)
+        m_lines = std::make_unique<LinesPanel>(m_spec.lines, *this, gConnStr);
     build();
     setBusy(false);
-    lockFields(true);
+    m_panel->lock(true);
     connect(&records(), &Recordset::currentChanged, this, &RecordForm::recordMoved);
+    connect(&records(), &Recordset::waitingChanged, this, &RecordForm::showState);
     connect(&records(), &Recordset::valueChanged, this, [this](int row, int column) {
-        if (row >= 0 && column >= 0 && row != records().absolutePosition())
-            return;
-        for (const FieldSpec &field : std::as_const(m_spec.fields))
-            if (column < 0 || records().columnIndex(field.column) == column)
-                showField(field);
+        if (row < 0 || column < 0 || row == records().absolutePosition())
+            m_panel->showRecord(column);
+    });
+    connect(&records(), &Recordset::keyChanged, this, [this](qint64 before, qint64 now) {
+        if (m_added == before)
+            m_added = now;
+        if (m_lines)
+            m_lines->headKeyChanged(before, now);
     });
     load();
-    if (m_list)
-        m_list->setFocus();
+    m_list->grid()->setFocus();
 }
 
-RecordForm::~RecordForm()
-{
-    // The grids look into the record sets, which end before the child widgets do.
-    delete m_list;
-    delete m_bodyGrid;
-    delete m_pickerGrid;
-}
-
-bool RecordForm::isBusy() const
-{
-    return m_busy;
-}
+RecordForm::~RecordForm() = default;
 
 void RecordForm::load()
 {
-    for (const FieldSpec &field : std::as_const(m_spec.fields))
-        if (field.list)
-            fillCombo(field.name, field.list);
+    for (const PageSpec &page : std::as_const(m_spec.pages))
+        for (const FieldSpec &field : page.fields)
+            if (field.type.offer.statement)
+                offer(field.name, field.type.offer.statement);
     m_primary.setRecordSource(m_spec.statement);
     m_primary.Refresh();
-    rebuildTree();
+    if (m_spec.startsOnLast && records().RecordCount() > 0)
+        records().MoveLast();
+    m_list->rebuildTree();
 }
+
+// ---- how it looks ----
+
+void RecordForm::build()
+{
+    m_content = std::make_unique<QWidget>(this);
+    auto *whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(m_content.get());
+    auto *outer = new QVBoxLayout(m_content.get());
+    auto *splitter = new QSplitter(Qt::Horizontal, m_content.get());
+    m_list = new RecordList(m_spec, *this, splitter);
+    auto *scroll = new QScrollArea(splitter);
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    m_panel = new FieldPanel(m_spec, records(), content);
+    connect(m_panel, &FieldPanel::typed, this, &RecordForm::fieldTyped);
+    connect(m_panel, &FieldPanel::chosen, this, &RecordForm::fieldChosen);
+    connect(m_panel, &FieldPanel::left, this, &RecordForm::fieldLeft);
+    connect(m_panel, &FieldPanel::entered, this, [this, scroll](const QString &name) {
+        scroll->ensureWidgetVisible(m_panel->control(name).widget());
+        fieldEntered(name);
+    });
+    layout->addWidget(m_panel);
+    for (const QString &note : std::as_const(m_spec.notes)) {
+        auto *label = new QLabel(note, content);
+        label->setProperty("note", true);
+        label->setWordWrap(true);
+        layout->addWidget(label);
+    }
+    if (m_lines && m_spec.lines.page >= 0)
+        m_lines->addTo(m_panel->page(m_spec.lines.page), m_content.get());
+    else if (m_lines)
+        m_lines->addTo(layout, m_content.get());
+    else
+        layout->addStretch(1);
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
+    scroll->setFrameShape(QFrame::NoFrame);
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 3);
+    splitter->setChildrenCollapsible(false);
+    outer->addWidget(splitter, 1);
+    buildButtons(outer);
+}
+
+QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press)
+{
+    auto *push = new QPushButton(button.caption, layout->parentWidget());
+    push->setObjectName(button.name);
+    push->setAccessibleName(button.caption);
+    // Keys that a text field does not take for itself, in any of its states.
+    // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
+    connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
+    push->setToolTip(button.shortcut);
+    push->setAutoDefault(true); // Enter presses it as the space bar does
+    connect(push, &QPushButton::clicked, this, press);
+    layout->addWidget(push);
+    m_buttons.insert(button.name, push);
+    return push;
+}
+
+void RecordForm::buildButtons(QBoxLayout *layout)
+{
+    auto *bar = new QWidget(m_content.get());
+    layout->addWidget(bar);
+    auto *flow = new FlowLayout(bar);
+    const auto group = [&] {
+        auto *buttons = new QWidget(bar);
+        flow->addWidget(buttons);
+        auto *row = new QHBoxLayout(buttons);
+        row->setContentsMargins(0, 0, 0, 0);
+        return row;
+    };
+    const QStringList &captions = m_spec.captions;
+    QBoxLayout *row = group();
+    addButton(row, {"cmdqd", captions[0], "Alt+Home"}, [this] { first(); });
+    addButton(row, {"cmdxq", captions[1], "Alt+PgUp"}, [this] { previous(); });
+    addButton(row, {"cmdnext", captions[2], "Alt+PgDown"}, [this] { next(); });
+    addButton(row, {"cmdmd", captions[3], "Alt+End"}, [this] { last(); });
+    if (!m_spec.find.column.isEmpty())
+        addButton(row, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
+    row = group();
+    m_state = new QLabel(bar); // beside what changes it, and never scrolled out of sight
+    m_state->setObjectName("state");
+    row->addWidget(m_state);
+    addButton(row, {"Cmdadd", captions[4], "Ctrl+N"}, [this] { add(); });
+    addButton(row, {"Cmddelete", captions[5], "Alt+D"}, [this] { deleteRecord(); });
+    addButton(row, {"Cmdedit", captions[6], "Alt+E"}, [this] { edit(); });
+    addButton(row, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
+    addButton(row, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
+    row = group();
+    for (const ButtonSpec &button : std::as_const(m_spec.buttons))
+        addButton(row, button, [this, &button] { button.press(*this); });
+    addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { close(); });
+    // Behind the last field comes what ends an Add or Edit, not what would leave the record.
+    QWidget *before = m_buttons["CmdOK"];
+    for (const char *name :
+         {"Cmdcancel", "cmdqd", "cmdxq", "cmdnext", "cmdmd", "Cmd_find", "Cmdadd", "Cmddelete", "Cmdedit"})
+        if (QWidget *button = m_buttons.value(name)) {
+            setTabOrder(before, button);
+            before = button;
+        }
+}
+
+void RecordForm::setBusy(bool busy, bool adding)
+{
+    m_busy = busy;
+    for (const char *name : {"CmdOK", "Cmdcancel"})
+        m_buttons[name]->setEnabled(busy);
+    for (const char *name : {"Cmdadd", "Cmdedit", "Cmddelete", "Cmdreturn"})
+        m_buttons[name]->setEnabled(!busy);
+    for (const char *name : {"cmdqd", "cmdxq", "cmdnext", "cmdmd"})
+        m_buttons[name]->setEnabled(!busy || m_spec.navigationWhileBusy);
+    if (QPushButton *find = m_buttons.value("Cmd_find"))
+        find->setEnabled(!busy);
+    for (const ButtonSpec &button : std::as_const(m_spec.buttons))
+        m_buttons[button.name]->setEnabled(!busy || (adding && button.whileAdding));
+    m_list->setWaysOpen(!busy);
+    if (m_lines)
+        m_lines->setEditing(busy);
+    m_state->setProperty("busy", busy);
+    m_state->setProperty("adding", adding);
+    showState();
+    m_state->style()->unpolish(m_state);
+    m_state->style()->polish(m_state);
+}
+
+void RecordForm::showState()
+{
+    const bool adding = m_state->property("adding").toBool();
+    const bool isWaiting = !m_busy && hasRecord() && waits(records().absolutePosition());
+    m_state->setText(isWaiting ? QStringLiteral("未保存")
+                     : !m_busy ? QStringLiteral("浏览")
+                     : adding  ? QStringLiteral("新增")
+                               : QStringLiteral("编辑"));
+    m_list->grid()->recordsetModel()->markChanged();
+}
+
+void RecordForm::showLines()
+{
+    if (m_spec.lines.page >= 0)
+        m_panel->tabs()->setCurrentIndex(m_spec.lines.page);
+}
+
+void RecordForm::openBeside(const RecordFormSpec &other)
+{
+    run(Failure::Report, {[&] {
+            QWidget *owner = parentWidget() ? parentWidget() : this;
+            auto *form = owner->findChild<RecordForm *>(other.name);
+            if (!form || !form->isVisible()) {
+                form = new RecordForm(other, owner);
+                form->setAttribute(Qt::WA_DeleteOnClose);
+                form->setGeometry(geometry());
+            }
+            form->show();
+            form->raise();
+            form->activateWindow();
+        }});
+}
+
+void RecordForm::focusFirst()
+{
+    focusField(m_spec.firstFocus.isEmpty() ? keyField() : m_spec.firstFocus);
+}
+
+// Whoever leaves records that wait would lose them without a sign.
+void RecordForm::closeEvent(QCloseEvent *event)
+{
+    bool anyWaits = m_lines && !m_lines->headsWaiting().isEmpty();
+    anyWaits = anyWaits || records().hasPendingChanges();
+    if (isBusy()) {
+        QApplication::beep();
+        event->ignore();
+    } else {
+        event->setAccepted(!anyWaits || dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"),
+                                                      systemTitle()));
+    }
+}
+
+// ---- errors ----
 
 bool RecordForm::run(Failure failure, std::initializer_list<std::function<void()>> steps)
 {
@@ -80,14 +259,12 @@ bool RecordForm::run(Failure failure, std::initializer_list<std::function<void()
                 continue;
             if (failure == Failure::None && !lost)
                 throw;
-            dialogs().message(this, error.text(), {}, MessageIcon::None);
+            dialogs().message(this, worded(error), {}, MessageIcon::None);
             return !lost;
         }
     }
     return true;
 }
-
-// ---- fields and the record ----
 
 // The record set is in the middle of a move and must not be left there by a lost connection: that is told afterwards,
 // by the handler that is running, or else soon.
@@ -113,47 +290,7 @@ bool RecordForm::tellLost()
     return true;
 }
 
-QString RecordForm::fieldText(const QString &name) const
-{
-    QWidget *widget = m_fields.value(name);
-    if (auto *line = qobject_cast<QLineEdit *>(widget))
-        return line->text();
-    if (auto *text = qobject_cast<QPlainTextEdit *>(widget))
-        return text->toPlainText();
-    if (auto *combo = qobject_cast<QComboBox *>(widget))
-        return combo->currentText();
-    auto *check = qobject_cast<QCheckBox *>(widget);
-    return check ? Recordset::text(check->isChecked(), ColumnKind::Flag) : QString();
-}
-
-void RecordForm::setFieldText(const QString &name, const QString &text)
-{
-    for (const FieldSpec &field : std::as_const(m_spec.fields))
-        if (field.name == name)
-            fieldTyped(field, text);
-}
-
-void RecordForm::showField(const FieldSpec &field)
-{
-    const QScopedValueRollback showing(m_showing, true);
-    const bool hasValue = hasRecord() && !m_isUnread && records().columnIndex(field.column) >= 0;
-    const QString text = hasValue ? records().Fields(field.column).text() : QString();
-    if (text == fieldText(field.name))
-        return;
-    QWidget *widget = m_fields.value(field.name);
-    if (auto *line = qobject_cast<QLineEdit *>(widget)) {
-        line->setText(text);
-        line->setCursorPosition(0);
-    } else if (auto *edit = qobject_cast<QPlainTextEdit *>(widget)) {
-        edit->setPlainText(text);
-    } else if (auto *combo = qobject_cast<QComboBox *>(widget)) {
-        combo->setEditText(text);
-        combo->lineEdit()->setCursorPosition(0);
-    } else if (auto *check = qobject_cast<QCheckBox *>(widget)) {
-        check->setChecked(text == Recordset::text(true, ColumnKind::Flag));
-    }
-    m_chosen[field.name] = text;
-}
+// ---- the record that is shown ----
 
 bool RecordForm::hasRecord()
 {
@@ -162,160 +299,45 @@ bool RecordForm::hasRecord()
 
 void RecordForm::showRecord()
 {
-    const auto show = [this] {
-        for (const FieldSpec &field : std::as_const(m_spec.fields))
-            showField(field);
-    };
     m_isUnread = false;
     try {
         if (hasRecord())
             records().valueAt(records().absolutePosition(), 0);
     } catch (const DataError &) {
         m_isUnread = true; // no field of another record stays beside those of this one
-        show();
+        m_panel->setUnread(true);
+        m_panel->showRecord();
         throw;
     }
-    show();
-    keyChanged(false);
+    m_panel->setUnread(false);
+    m_panel->showRecord();
+    if (m_lines)
+        m_lines->showHead(hasRecord() ? records().keyAt(records().absolutePosition()) : 0, text(keyField()));
+    showState();
 }
 
-void RecordForm::fieldTyped(const FieldSpec &field, const QVariant &value)
+bool RecordForm::waits(int record)
 {
-    if (m_showing || records().BOF() || records().EOF_())
-        return;
-    records().Fields(field.column).setValue(value);
-    if (field.name == m_spec.fields.first().name)
-        keyChanged(true);
+    return records().isWaiting(record) || (m_lines && m_lines->wait(records().keyAt(record)));
 }
 
-void RecordForm::fillCombo(const QString &name, const char *statement)
+bool RecordForm::isHeadStored()
 {
-    fillList(qobject_cast<QComboBox *>(m_fields.value(name)), statement, false);
+    if (!hasRecord())
+        return false;
+    const int row = records().absolutePosition(), key = records().columnIndex(m_panel->field(keyField()).column);
+    return !records().isNew(row) && records().storedValueAt(row, key) == records().valueAt(row, key);
 }
 
-// Shows the first column of the rows, or all of them joined; what is taken over is the first.
-void RecordForm::fillList(QComboBox *combo, const char *statement, bool wholeRows)
+void RecordForm::showStatement(const char *statement, const Values &values)
 {
-    const QScopedValueRollback showing(m_showing, true);
-    const QString text = combo->currentText();
-    combo->clear();
-    Connection::shared(m_primary.ConnectionString)
-        ->read(
-            QString::fromUtf8(statement), {}, [](const QStringList &) {},
-            [combo, wholeRows](const QVariantList &row) {
-                QString item = row.first().toString();
-                for (qsizetype i = 1; wholeRows && i < row.size(); ++i)
-                    item += u'|' + row[i].toString();
-                combo->addItem(item, row.first());
-                return true;
-            });
-    combo->setEditText(text);
-}
-
-void RecordForm::focusField(const QString &name)
-{
-    for (const FieldSpec &field : std::as_const(m_spec.fields))
-        if (field.name == name && m_tabs)
-            m_tabs->setCurrentIndex(field.page);
-    QWidget *widget = m_fields.value(name);
-    widget->setFocus(Qt::TabFocusReason);
-    if (auto *line = qobject_cast<QLineEdit *>(widget))
-        line->selectAll();
-}
-
-void RecordForm::focusFirstField()
-{
-    focusField(m_spec.fields.first().name);
-}
-
-void RecordForm::lockFields(bool locked)
-{
-    for (const FieldSpec &field : std::as_const(m_spec.fields))
-        lockField(field.name, locked);
-}
-
-void RecordForm::lockField(const QString &name, bool locked)
-{
-    QWidget *widget = m_fields.value(name);
-    if (qobject_cast<QCheckBox *>(widget))
-        widget->setEnabled(!locked);
-    else if (auto *line = qobject_cast<QLineEdit *>(widget))
-        line->setReadOnly(locked);
-    else
-        widget->setProperty("readOnly", locked);
-}
-
-// ---- the lines of a document ----
-
-void RecordForm::keyChanged(bool typedOver)
-{
-    if (!m_spec.body.statement)
-        return;
-    const QString key = fieldText(m_spec.fields.first().name);
-    if (key == m_bodyKey && body().isOpen())
-        return;
-    m_bodyKey = key;
-    if (typedOver && body().isOpen() && body().hasPendingChanges()) {
-        // The number is typed over: lines not stored yet go along with it, nothing typed is dropped. Lines typed over
-        // those of a stored document, whose number a new one had by mistake, are the new one's own.
-        const int column = body().columnIndex(m_spec.body.key);
-        if (records().isNew(records().absolutePosition())) {
-            body().takeOver(column, key);
-            return;
-        }
-        for (int row = 0; row < body().RecordCount(); ++row)
-            if (body().isNew(row))
-                body().setValueAt(row, column, key);
+    if (records().hasPendingChanges() || (m_lines && !m_lines->headsWaiting().isEmpty())) {
+        dialogs().message(this, QStringLiteral("尚有未保存的记录，请先保存或取消。"), systemTitle(),
+                          MessageIcon::Exclamation);
         return;
     }
-    refreshBody();
-}
-
-void RecordForm::refreshBody()
-{
-    if (!m_spec.body.statement)
-        return;
-    m_body.setRecordSource(m_spec.body.statement, {{m_spec.body.key, m_bodyKey}});
-    m_body.Refresh();
-}
-
-void RecordForm::startBodyRow()
-{
-    body().AddNew();
-    body().Fields(m_spec.body.key).setValue(m_bodyKey);
-    bodyRowStarted();
-}
-
-void RecordForm::deleteBodyRow()
-{
-    if (!isBusy() || body().RecordCount() == 0 || m_bodyGrid->currentIndex().row() >= body().RecordCount())
-        return;
-    run(Failure::Report, {[this] {
-            const bool deleted = store([this] {
-                body().Delete();
-                body().UpdateBatch();
-            });
-            if (deleted)
-                refreshBody();
-        }});
-}
-
-void RecordForm::openPicker(const char *statement, const Values &values)
-{
-    m_pickerRows.setRecordSource(statement, values);
-    run(Failure::Report, {[this] { m_pickerRows.Refresh(); }});
-    showPicker();
-}
-
-void RecordForm::showPicker()
-{
-    m_pickerGrid->show();
-}
-
-void RecordForm::hidePicker()
-{
-    if (m_pickerGrid && !m_pickerGrid->isHidden())
-        m_pickerGrid->hide();
+    m_primary.setRecordSource(statement, values);
+    run(Failure::Report, {[this] { m_primary.Refresh(); }});
 }
 
 // ---- navigation ----
@@ -364,223 +386,18 @@ void RecordForm::previous()
                                    }});
 }
 
-// ---- add, edit, save, cancel, delete ----
-
-QString RecordForm::proposedKey()
+void RecordForm::find()
 {
-    return proposeNumber(m_spec.numberedAs, *Connection::shared(m_primary.ConnectionString), QDate::currentDate());
-}
-
-void RecordForm::add()
-{
-    QString number;
-    const bool reached =
-        run(m_spec.failures.add,
-            {[this] {
-                 m_adding = true;
-                 setBusy(true, true);
-             },
-             [&] { number = proposedKey(); },
-             [this] {
-                 if (records().RecordCount() > 0)
-                     records().MoveLast();
-             },
-             [this] { records().AddNew(); }, [this] { lockFields(false); }, [this] { focusFirstField(); },
-             [&] {
-                 if (!number.isEmpty())
-                     setFieldText(m_spec.fields.first().name, number);
-                 // Lines under a number just proposed are another desktop's, which was faster.
-                 for (int tries = 0; tries < 10 && !number.isEmpty() && body().RecordCount() > 0; ++tries) {
-                     number = proposedKey();
-                     setFieldText(m_spec.fields.first().name, number);
-                 }
-                 for (const DefaultSpec &box : std::as_const(m_spec.tree.defaults))
-                     if (const QString text = defaultValue(box); !text.isEmpty())
-                         setFieldText(box.field, text);
-                 afterAdd();
-             }});
-    if (reached)
-        return;
-    // Without the server there is neither a number nor a record to type into.
-    m_adding = false;
-    setBusy(false);
-    lockFields(true);
-    if (hasRecord() && records().isNew(records().absolutePosition()))
-        records().CancelUpdate();
-    m_lost.clear(); // told already
-}
-
-void RecordForm::edit()
-{
-    if (records().BOF() || records().EOF_()) {
-        QApplication::beep();
-        return;
-    }
-    run(m_spec.failures.edit, {[this] {
-                                   if (m_isUnread || (m_spec.body.statement && !body().isOpen()))
-                                       showRecord();
-                                   setBusy(true);
-                               },
-                               [this] { lockFields(false); }, [this] { focusFirstField(); }});
-}
-
-bool RecordForm::hasBadDate()
-{
-    for (const FieldSpec &field : std::as_const(m_spec.fields)) {
-        if (field.kind != FieldKind::Date)
-            continue;
-        const QString text = fieldText(field.name);
-        if (text.trimmed().isEmpty() || dateFromText(text).isValid())
-            continue;
-        dialogs().message(this, QStringLiteral("日期输入有误，请重新核对！"), QStringLiteral("系统提示"),
-                          MessageIcon::Critical);
-        focusField(field.name);
-        return true;
-    }
-    return false;
-}
-
-bool RecordForm::missesRequiredField()
-{
-    for (const RequiredField &field : std::as_const(m_spec.required)) {
-        const qsizetype length = fieldText(field.name).size();
-        if (field.length ? length == field.length : length > 0)
-            continue;
-        if (!field.message.isEmpty()) {
-            dialogs().message(this, field.message, m_spec.requiredTitle, MessageIcon::Exclamation);
-            focusFirstField();
-        }
-        return true;
-    }
-    return false;
-}
-
-void RecordForm::fillBlanks()
-{
-    for (const EmptyField &field : std::as_const(m_spec.whenEmpty))
-        if (fieldText(field.name).isEmpty())
-            setFieldText(field.name, field.stored);
-}
-
-void RecordForm::save()
-{
-    const bool isDocument = m_spec.body.statement != nullptr;
-    if (hasBadDate())
-        return;
-    checkKey();
-    const bool adding = m_adding;
-    m_adding = false;
-    hidePicker();
-    if (isDocument)
-        m_bodyGrid->setEditing(false);
-    saving();
-    if (missesRequiredField())
-        return;
-    fillBlanks();
-    bool isStored = true;
-    const auto write = [this, isDocument] {
-        return store([this, isDocument] {
-            records().UpdateBatch();
-            if (isDocument && body().hasPendingChanges()) {
-                records().requireCurrent();
-                body().UpdateBatch();
-            }
-            stored();
-        });
-    };
-    run(m_spec.failures.ok, {[this] { lockFields(true); }, [this] { focusFirstField(); }, [this] { setBusy(false); },
-                             [&] {
-                                 // Whoever goes back, or lost the server, goes on with what was typed.
-                                 const auto back = [&] {
-                                     isStored = false;
-                                     m_adding = adding;
-                                     setBusy(true, adding);
-                                     lockFields(false);
-                                 };
-                                 try {
-                                     if (!write())
-                                         back();
-                                 } catch (const DataError &error) {
-                                     if (error.number() == DataError::connectionLost)
-                                         back();
-                                     throw;
-                                 }
-                             },
-                             [&] { // what is stored is shown, as the database keeps it
-                                 if (!isStored || (isDocument && body().hasPendingChanges()))
-                                     return; // refused lines wait; reading would drop them
-                                 if (isDocument && records().EOF_())
-                                     records().MovePrevious();
-                                 else if (!records().BOF()) {
-                                     records().Resync();
-                                     refreshBody();
-                                 }
-                             },
-                             [&] {
-                                 if (isStored)
-                                     finish(Change::Saved);
-                             }});
-}
-
-void RecordForm::cancel()
-{
-    hidePicker();
-    run(m_spec.failures.deleteAndCancel,
-        {[this] { cancelling(); }, [this] { lockFields(true); }, [this] { focusFirstField(); },
-         [this] { setBusy(false); }, [this] { records().CancelUpdate(); }, [this] { records().MoveFirst(); },
-         [this] { refreshBody(); },
-         [this] {
-             m_adding = false;
-             finish(Change::Cancelled);
-         }});
-    recordMoved();
-}
-
-void RecordForm::deleteRecord()
-{
-    if (!dialogs().ask(this, QStringLiteral("是否真的删除当前记录 ？"), QStringLiteral("系统提示")))
-        return;
-    const bool isDocument = m_spec.body.statement != nullptr;
-    bool back = false;
-    run(m_spec.failures.deleteAndCancel,
-        {[&] {
-             back = !store([this, isDocument] {
-                 if (isDocument) {
-                     const auto connection = Connection::shared(m_primary.ConnectionString);
-                     connection->Execute(m_spec.body.deletion,
-                                         {{m_spec.body.key, fieldText(m_spec.fields.first().name).trimmed()}});
-                     body().UpdateBatch();
-                 }
-                 if (records().RecordCount() > 0)
-                     records().Delete();
-             });
-         },
-         [&] {
-             if (back)
-                 return;
-             if (!records().EOF_() || !isDocument) {
-                 records().MoveNext();
-                 if (records().EOF_())
-                     records().MoveFirst();
-                 return;
-             }
-             m_primary.Refresh();
-             if (records().RecordCount() > 0)
-                 records().MoveLast();
-         },
-         [this] { refreshBody(); },
-         [&] {
-             if (!back)
-                 finish(Change::Deleted);
-         }});
-    recordMoved();
-}
-
-void RecordForm::finish(Change what)
-{
-    if (what != Change::Cancelled)
-        rebuildTree();
-    recordsChanged(what);
+    const FindSpec &spec = m_spec.find;
+    // A box that was cancelled is searched for like an empty answer.
+    const QString key = dialogs().input(this, spec.prompt, spec.title).value_or(QString());
+    run(Failure::Report, {[&] {
+            if (m_list->find(spec.column, key))
+                return;
+            dialogs().message(this, spec.notFound, spec.title, MessageIcon::Information);
+            if (records().RecordCount() > 0)
+                records().MoveFirst();
+        }});
 }
 
 } // namespace tradewick

@@ -1,39 +1,217 @@
-// How a form writes: all or nothing, never over what another desktop wrote meanwhile without asking.
+// How a record begins and ends: Add, Edit, OK, Cancel, Delete. A record and its lines are one unit, stored or waiting
+// by itself: all or nothing, and never over what another desktop wrote meanwhile without asking.
 #include "common/conflict_dialog.h"
 #include "common/dialogs.h"
+#include "common/field_panel.h"
 #include "common/record_form.h"
+#include "common/record_list.h"
+
+#include <QApplication>
 
 namespace tradewick
 {
 
-namespace
-{
+// ---- Add and Edit ----
 
-// A column as the clerk knows it; the ones that no field shows bear their own name.
-QString captionOf(const RecordFormSpec &spec, const QString &column, bool isLine)
+QString RecordForm::proposedKey()
 {
-    if (isLine)
-        for (const GridColumn &shown : spec.body.columns)
-            if (shown.column.compare(column, Qt::CaseInsensitive) == 0)
-                return shown.caption;
-    for (const FieldSpec &field : spec.fields)
-        if (!isLine && field.column.compare(column, Qt::CaseInsensitive) == 0)
-            return QString(field.caption).remove(u':').remove(u'：').remove(u'*');
-    return column;
+    const int column = records().columnIndex(m_panel->field(keyField()).column);
+    QStringList waiting;
+    for (const int row : records().waitingRows())
+        waiting.append(records().valueAt(row, column).toString());
+    std::optional<QVariant> last;
+    if (!m_spec.numbering.lookup && records().RecordCount() > 0)
+        last = records().valueAt(records().RecordCount() - 1, column);
+    return proposeNumber(m_spec.numbering, *connection(), last, QDate::currentDate(), waiting);
 }
 
-} // namespace
-
-void RecordForm::inOneTransaction(const std::function<void()> &work)
+void RecordForm::add()
 {
-    Connection::shared(m_primary.ConnectionString)->transaction(work);
+    QString number;
+    const bool reached =
+        run(m_spec.failures.add,
+            {[this] {
+                 m_adding = true;
+                 setBusy(true, true);
+             },
+             [&] { number = proposedKey(); },
+             [this] {
+                 if (records().RecordCount() > 0)
+                     records().MoveLast();
+             },
+             [this] {
+                 records().AddNew();
+                 m_added = records().keyAt(records().absolutePosition());
+             },
+             [this] { m_panel->lock(false); }, [this] { focusFirst(); },
+             [&] {
+                 const auto take = [&] {
+                     setText(keyField(), number);
+                     if (!m_spec.alsoNumbered.isEmpty())
+                         records().Fields(m_spec.alsoNumbered).setValue(number);
+                 };
+                 if (!number.isEmpty())
+                     take();
+                 // Lines under a number just proposed are another desktop's, which was faster.
+                 while (!number.isEmpty() && m_lines && lines().RecordCount() > 0) {
+                     const QString next = proposedKey();
+                     if (next == number)
+                         break;
+                     number = next;
+                     take();
+                 }
+                 for (const Preset &preset : std::as_const(m_spec.defaults))
+                     records().Fields(preset.column).setValue(filled(preset));
+                 for (const DefaultSpec &box : std::as_const(m_spec.tree.defaults))
+                     if (const QString offered = m_list->defaultValue(box); !offered.isEmpty())
+                         setText(box.field, offered);
+                 if (m_spec.onAdd)
+                     m_spec.onAdd(*this);
+                 focusFirst(); // what was proposed is selected, to be typed over
+             }});
+    if (reached)
+        return;
+    // Without the server there is neither a number nor a record to type into.
+    m_adding = false;
+    setBusy(false);
+    m_panel->lock(true);
+    if (hasRecord() && records().isNew(records().absolutePosition()))
+        records().CancelUpdate();
+    m_lost.clear(); // told already
+}
+
+void RecordForm::edit()
+{
+    if (!hasRecord()) {
+        QApplication::beep();
+        return;
+    }
+    run(m_spec.failures.edit, {[this] {
+                                   if (m_isUnread || (m_lines && !lines().isOpen()))
+                                       showRecord();
+                                   m_added = 0;
+                                   setBusy(true);
+                               },
+                               [this] { m_panel->lock(false); }, [this] { focusFirst(); }});
+}
+
+// ---- OK ----
+
+void RecordForm::save()
+{
+    if (m_lines)
+        m_lines->commitEditors();
+    if (!passesOwnChecks() || (m_lines && m_lines->tellBadCell()))
+        return;
+    const bool adding = m_adding;
+    if (m_spec.adding == Adding::UntilOk)
+        m_adding = false;
+    if (m_lines) {
+        m_lines->hideLookup();
+        m_lines->setEditing(false);
+    }
+    if (m_spec.onOk)
+        m_spec.onOk(*this);
+    if (missesRequiredField())
+        return;
+    for (const EmptyField &field : std::as_const(m_spec.whenEmpty))
+        if (text(field.name).isEmpty())
+            setText(field.name, field.stored);
+    bool isStored = true;
+    run(m_spec.failures.ok, {[this] { m_panel->lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
+                             [&] {
+                                 // Whoever goes back, or lost the server, goes on with what was typed.
+                                 const auto back = [&] {
+                                     isStored = false;
+                                     m_adding = adding;
+                                     setBusy(true, adding);
+                                     m_panel->lock(false);
+                                 };
+                                 try {
+                                     if (!storeWaiting())
+                                         back();
+                                 } catch (const DataError &error) {
+                                     isStored = false;
+                                     if (error.number() == DataError::connectionLost)
+                                         back();
+                                     throw;
+                                 }
+                             },
+                             [&] { // what is stored is shown, as the database keeps it
+                                 if (!isStored || (hasRecord() && waits(records().absolutePosition())))
+                                     return;
+                                 m_added = 0;
+                                 if (m_lines && records().EOF_())
+                                     records().MovePrevious();
+                                 else if (!records().BOF()) {
+                                     records().Resync();
+                                     refreshLines();
+                                 }
+                             },
+                             [&] {
+                                 if (!isStored)
+                                     return;
+                                 m_list->rebuildTree();
+                                 refill();
+                             }});
+    showState();
+}
+
+// The record shown first; what it meets is the clerk's to know. One that the database refused earlier holds nothing
+// back, and goes on waiting when it is refused again.
+bool RecordForm::storeWaiting()
+{
+    const qint64 shown = hasRecord() ? records().keyAt(records().absolutePosition()) : 0;
+    QVector<qint64> others;
+    for (const int row : records().waitingRows())
+        others.append(records().keyAt(row));
+    if (m_lines)
+        for (const qint64 head : m_lines->headsWaiting())
+            if (!others.contains(head))
+                others.append(head);
+    others.removeAll(shown);
+    const auto unit = [this](qint64 head) {
+        const int row = records().rowOfKey(head);
+        if (records().isWaiting(row))
+            records().UpdateRow(row);
+        if (m_lines && m_lines->wait(head)) {
+            records().requireRow(row);
+            m_lines->store(head);
+        }
+    };
+    const auto storeOthers = [&] {
+        for (const qint64 head : std::as_const(others)) {
+            try {
+                connection()->transaction([&] { unit(head); });
+            } catch (const DataError &error) {
+                if (error.number() == DataError::connectionLost)
+                    throw;
+            }
+        }
+    };
+    try {
+        const bool stored = store([&] {
+            if (hasRecord())
+                unit(shown);
+            if (m_spec.onStore)
+                m_spec.onStore(*this);
+        });
+        if (!stored)
+            return false;
+    } catch (const DataError &error) {
+        if (error.number() != DataError::connectionLost)
+            storeOthers();
+        throw;
+    }
+    storeOthers();
+    return true;
 }
 
 bool RecordForm::store(const std::function<void()> &work)
 {
     for (;;) {
         try {
-            inOneTransaction(work);
+            connection()->transaction(work);
             return true;
         } catch (const ConflictError &error) {
             if (!settle(error.conflict()))
@@ -49,14 +227,15 @@ bool RecordForm::settle(const Conflict &conflict)
     question.kind = conflict.now.isEmpty()     ? ConflictQuestion::Gone
                     : conflict.typed.isEmpty() ? ConflictQuestion::Deleting
                                                : ConflictQuestion::Changed;
-    const auto text = [&conflict](const QVariantList &row, qsizetype column) {
+    const auto inWords = [&conflict](const QVariantList &row, qsizetype column) {
         return Recordset::text(row.value(column), conflict.kinds[column]);
     };
-    question.record = m_spec.caption + u' ' + fieldText(m_spec.fields.first().name).trimmed();
+    question.record = m_spec.caption + u' ' + text(keyField()).trimmed();
     QVector<qsizetype> asked; // columns of the question's fields
     for (qsizetype i = 0; i < conflict.columns.size(); ++i) {
-        const ConflictField field{captionOf(m_spec, conflict.columns[i], isLine), text(conflict.read, i),
-                                  text(conflict.now, i), text(conflict.typed, i)};
+        const QString &column = conflict.columns[i];
+        const ConflictField field{isLine ? m_lines->captionOf(column) : m_panel->captionOf(column),
+                                  inWords(conflict.read, i), inWords(conflict.now, i), inWords(conflict.typed, i)};
         const bool changedThere = question.kind != ConflictQuestion::Gone && field.now != field.read;
         const bool changedHere = question.kind != ConflictQuestion::Deleting && field.typed != field.read;
         if (!changedThere && !changedHere)
@@ -72,14 +251,15 @@ bool RecordForm::settle(const Conflict &conflict)
         return answer->first();
     }
     if (question.kind == ConflictQuestion::Gone) {
+        const bool withLines = !isLine && m_lines && lines().isOpen();
         if (answer->first()) {
             conflict.set->resolve(conflict, conflict.typed);
-            if (!isLine && body().isOpen())
-                body().renewGone(); // the lines went with the document
+            if (withLines)
+                lines().renewGone(); // the lines went with the document
             return true;
         }
-        if (!isLine && body().isOpen())
-            body().Close(); // lines of a document that is no more
+        if (withLines)
+            lines().Close(); // lines of a document that is no more
         conflict.set->resolve(conflict, std::nullopt);
         return true;
     }
@@ -92,6 +272,144 @@ bool RecordForm::settle(const Conflict &conflict)
         }
     conflict.set->resolve(conflict, anyTyped ? std::optional(values) : std::nullopt);
     return true;
+}
+
+// What the database refuses, by record, line and column as the clerk knows them.
+QString RecordForm::worded(const DataError &error)
+{
+    if (error.refusal() == Refusal::None || !error.set())
+        return error.text();
+    const bool isLine = error.set() != &records();
+    QString place = m_spec.caption;
+    if (!isLine && error.row() >= 0 && error.row() < records().RecordCount())
+        place += u' ' + records()
+                            .valueAt(error.row(), records().columnIndex(m_panel->field(keyField()).column))
+                            .toString()
+                            .trimmed();
+    else
+        place += u' ' + text(keyField()).trimmed();
+    if (isLine && error.row() >= 0)
+        place += QStringLiteral("，第%1行").arg(error.row() + 1);
+    if (!error.column().isEmpty())
+        place += QStringLiteral("“%1”").arg(isLine ? m_lines->captionOf(error.column())
+                                                   : m_panel->captionOf(error.column()));
+    switch (error.refusal()) {
+    case Refusal::Duplicate:
+        return place + QStringLiteral("：编号重复，数据库中已有同样的记录，请核对！");
+    case Refusal::NotANumber:
+        return place + QStringLiteral("：") + badNumber();
+    case Refusal::TooLong:
+        return place + QStringLiteral("：内容过长，请核对！");
+    case Refusal::Missing:
+        return place + QStringLiteral("：不能为空，请核对！");
+    default:
+        return place + QStringLiteral("：") + error.text();
+    }
+}
+
+// ---- Cancel and Delete ----
+
+void RecordForm::cancel()
+{
+    if (m_lines)
+        m_lines->hideLookup();
+    run(m_spec.failures.deleteAndCancel,
+        {[this] {
+             if (m_spec.onCancel)
+                 m_spec.onCancel(*this);
+         },
+         [this] {
+             if (m_adding && m_spec.cancelDropsLines)
+                 dropLines();
+         },
+         [this] { m_panel->lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
+         [this] {
+             // What Add began, wherever the clerk stands by now; a record that merely waits is not this Cancel's.
+             int row = m_added ? records().rowOfKey(m_added) : records().absolutePosition();
+             if (m_added && (row < 0 || !records().isNew(row)))
+                 row = records().absolutePosition();
+             m_added = 0;
+             if (row < 0 || row >= records().RecordCount())
+                 return;
+             if (m_lines)
+                 m_lines->drop(records().keyAt(row));
+             records().CancelUpdate(row);
+         },
+         [this] { records().MoveFirst(); },
+         [this] {
+             m_adding = false;
+             refill();
+         }});
+    recordMoved();
+}
+
+// The lines that are shown go, one by one; not those of another document, whose number the clerk typed by mistake.
+void RecordForm::dropLines()
+{
+    if (isKeyTaken())
+        return;
+    store([this] {
+        m_lines->refresh();
+        while (lines().RecordCount() > 0) {
+            lines().MoveFirst();
+            lines().Delete();
+        }
+    });
+}
+
+void RecordForm::deleteRecord()
+{
+    if (!m_spec.deleteQuestion.isEmpty() && !dialogs().ask(this, m_spec.deleteQuestion, systemTitle()))
+        return;
+    bool back = false;
+    run(m_spec.failures.deleteAndCancel,
+        {[&] {
+             const int row = records().absolutePosition();
+             const bool isThere = hasRecord(), isNew = isThere && records().isNew(row);
+             const qint64 head = isThere ? records().keyAt(row) : 0;
+             // Of a record whose number was typed over the lines of the stored one go, not those of the number's owner.
+             const QVariant key = isThere && !isNew ? records().storedValueAt(row, records().columnIndex(m_panel->field(
+                                                                                       keyField()).column))
+                                                    : QVariant(text(keyField()));
+             const bool ownLines = m_lines && (!isNew || !isKeyTaken());
+             back = !store([&] {
+                 if (ownLines)
+                     connection()->Execute(m_spec.lines.deletion, {{m_spec.lines.key, key.toString().trimmed()}});
+                 if (records().RecordCount() > 0)
+                     records().Delete();
+             });
+             if (!back && m_lines)
+                 m_lines->drop(head);
+         },
+         [&] {
+             if (!back)
+                 stepAfterDelete();
+         },
+         [this] { refreshLines(); },
+         [&] {
+             if (back)
+                 return;
+             m_list->rebuildTree();
+             refill();
+         }});
+    recordMoved();
+}
+
+void RecordForm::stepAfterDelete()
+{
+    const AfterDelete step = m_spec.afterDelete;
+    const bool ranOff = records().EOF_();
+    if (ranOff && step != AfterDelete::Next && !records().hasPendingChanges())
+        m_primary.Refresh();
+    if (records().RecordCount() == 0)
+        return;
+    if (step == AfterDelete::Last || (ranOff && step == AfterDelete::LastBehindLast)) {
+        records().MoveLast();
+        return;
+    }
+    records().MoveNext();
+    if (records().EOF_())
+        step == AfterDelete::Next ? records().MoveFirst() : records().MovePrevious();
 }
 
 } // namespace tradewick

@@ -2,6 +2,9 @@
 
 #include "data/value_order.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace tradewick
 {
 
@@ -154,11 +157,22 @@ void RecordsetModel::setRecords(const QVector<int> &records)
 
 void RecordsetModel::arrange()
 {
-    if (!isSorted()) {
+    if (!isSorted() && m_firstColumn.isEmpty()) {
         setRecords({});
         return;
     }
     try {
+        if (!isSorted()) {
+            QVector<int> records(m_recordset.RecordCount());
+            std::iota(records.begin(), records.end(), 0);
+            const int source = m_recordset.columnIndex(m_firstColumn);
+            std::stable_partition(records.begin(), records.end(), [&](int record) {
+                const QString value = source < 0 ? QString() : m_recordset.valueAt(record, source).toString();
+                return value.trimmed().compare(m_firstValue, Qt::CaseInsensitive) == 0;
+            });
+            setRecords(records);
+            return;
+        }
         const int source = m_recordset.RecordCount() > 0 ? sourceColumn(m_sortColumn) : -1;
         setRecords(
             sortedPositions(source < 0 ? QVariantList(m_recordset.RecordCount()) : m_recordset.columnValues(source),
@@ -194,6 +208,12 @@ void RecordsetModel::sort(int column, Qt::SortOrder order)
     m_sortColumn = column;
     m_sortOrder = order;
     rearrange();
+}
+
+void RecordsetModel::setFirst(const QString &column, const QString &value)
+{
+    m_firstColumn = column;
+    m_firstValue = value.trimmed();
 }
 
 QModelIndexList RecordsetModel::match(const QModelIndex &start, int role, const QVariant &value, int hits,

@@ -2,17 +2,13 @@
 // the record set itself knows nothing of.
 #pragma once
 
+#include "data/grid_column.h"
 #include "data/recordset.h"
 
 #include <QAbstractTableModel>
 
 namespace tradewick
 {
-
-struct GridColumn {
-    QString column; // of the record set; a name it lacks shows nothing
-    QString caption;
-};
 
 class RecordsetModel : public QAbstractTableModel
 {
@@ -35,6 +31,9 @@ public:
     // Rows with the same value stay in the record set's order; column -1 gives that order back. Holds for what the
     // record set shows later, too; a record added meanwhile stands last until it is stored.
     void sort(int column, Qt::SortOrder order) override;
+    // Rows whose column holds the value, regardless of case and blanks at the end, stand before all others from the next
+    // opening on; for sets that nobody adds to.
+    void setFirst(const QString &column, const QString &value);
     // As a view asks for what is typed on the keyboard; the column is read in one statement.
     QModelIndexList match(const QModelIndex &start, int role, const QVariant &value, int hits,
                           Qt::MatchFlags flags) const override;
@@ -63,6 +62,7 @@ private:
     mutable QVector<int> m_sourceColumns; // resolved per opening of the record set
     int m_sortColumn = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    QString m_firstColumn, m_firstValue;
     QVector<int> m_records, m_rows; // record of each row and row of each record; both empty while they are the same
     bool m_editable = false;
     std::function<void()> m_newRow;

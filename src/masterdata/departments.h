@@ -1,16 +1,16 @@
-// Departments of the company, in two levels.
+// The tree of departments, which the staff's stands on.
 #pragma once
 
-#include "common/record_form.h"
+#include "common/record_form_spec.h"
 
 namespace tradewick
 {
 
-// Top departments and, for each, those below it; the staff hang under the same tree.
-extern const char *const countDepartments;
-extern const char *const topDepartments;
-extern const char *const departmentsBelow; // of {bmmc}
+inline constexpr int departmentKeyLength = 5;
 
-extern const RecordFormSpec Sys_bmsz;
+// The two levels of departments; a third stands in the table alone.
+//   find: column that a click on a department searches; empty: a click finds nothing.
+//   below: what stands under each department, beside the departments below it.
+TreeSpec departmentTree(const QString &root, const QString &find, const std::vector<BranchSpec> &below = {});
 
 } // namespace tradewick

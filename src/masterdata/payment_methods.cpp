@@ -1,17 +1,24 @@
-#include "masterdata/payment_methods.h"
+// Payment methods.
+#include "masterdata/masterdata.h"
 
 namespace tradewick
 {
 
-const RecordFormSpec Sys_zffs = {
-    .name = "sys_zffs",
-    .caption = "付款方式设置窗口",
-    .statement = "select * FROM SYS_zffs",
-    .fields = {{"Text(0)", "fkbh", "编    号:"}, {"Text(1)", "zffs", "*付款方式:"}, {"Text(2)", "beizhu", "备    注:"}},
-    .list = {{"fkbh", "付款编号"}, {"zffs", "付款方式"}},
-    .numberedAs = "sys_zffs",
-    .required = {{"Text(0)", ""}, {"Text(1)", "编号或名称不能为空"}},
-    .navigationWhileBusy = true,
-};
+RecordFormSpec sys_zffs()
+{
+    return {
+        .name = "sys_zffs",
+        .caption = "付款方式设置窗口",
+        .statement = "select * FROM SYS_zffs",
+        .pages = {{"",
+                   {{"Text(0)", "fkbh", "编    号:"},
+                    {"Text(1)", "zffs", "*付款方式:"},
+                    {"Text(2)", "beizhu", "备    注:"}}}},
+        .list = {{"fkbh", "付款编号"}, {"zffs", "付款方式"}},
+        .numbering = running("F", 3, "select fkbh from sys_zffs order by fkbh"),
+        .required = codeWithoutAWordAndName(),
+        .navigationWhileBusy = true,
+    };
+}
 
 } // namespace tradewick

@@ -1,11 +1,14 @@
-#include "masterdata/shipping_companies.h"
+// Shipping lines.
+#include "masterdata/carriers.h"
+#include "masterdata/masterdata.h"
 
 namespace tradewick
 {
 
-Sys_CwGs_ZL::Sys_CwGs_ZL(QWidget *mainWindow)
-    : CarrierCompanyForm(carrierSpec("Sys_CwGs_ZL", "船务公司资料录入", "select * FROM SYS_CWGS", "船"), mainWindow)
+RecordFormSpec Sys_CwGs_ZL()
 {
+    return carrierRegister("Sys_CwGs_ZL", "船务公司资料录入", "select * FROM SYS_CWGS", "船",
+                           "select GSBH from SYS_CWGS order by GSBH ");
 }
 
 } // namespace tradewick

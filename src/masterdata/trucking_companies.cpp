@@ -1,11 +1,14 @@
-#include "masterdata/trucking_companies.h"
+// Trucking firms.
+#include "masterdata/carriers.h"
+#include "masterdata/masterdata.h"
 
 namespace tradewick
 {
 
-Sys_TcGs_Set::Sys_TcGs_Set(QWidget *mainWindow)
-    : CarrierCompanyForm(carrierSpec("Sys_TcGs_Set", "拖车公司资料设置", "select * FROM sys_tcgs", "拖车"), mainWindow)
+RecordFormSpec Sys_TcGs_Set()
 {
+    return carrierRegister("Sys_TcGs_Set", "拖车公司资料设置", "select * FROM sys_tcgs", "拖车",
+                           "select GSBH from sys_tcgs order by GSBH ");
 }
 
 } // namespace tradewick

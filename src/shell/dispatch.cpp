@@ -1,20 +1,8 @@
 #include "shell/dispatch.h"
 
-#include "contracts/export_contract.h"
-#include "masterdata/company_registration.h"
-#include "masterdata/currencies.h"
-#include "masterdata/customers.h"
-#include "masterdata/departments.h"
-#include "masterdata/payment_methods.h"
-#include "masterdata/ports.h"
-#include "masterdata/products.h"
-#include "masterdata/regions.h"
-#include "masterdata/settlement_terms.h"
-#include "masterdata/shipping_companies.h"
-#include "masterdata/staff.h"
-#include "masterdata/suppliers.h"
-#include "masterdata/trucking_companies.h"
-#include "masterdata/units.h"
+#include "common/record_form.h"
+#include "contracts/contracts.h"
+#include "masterdata/masterdata.h"
 #include "shell/about.h"
 #include "shell/connection_settings.h"
 #include "shell/splash.h"
@@ -33,10 +21,9 @@ template <class Form> QWidget *make(QWidget *mainWindow)
     return new Form(mainWindow);
 }
 
-// A form that is nothing but its declaration.
-FormEntry declared(const RecordFormSpec &spec)
+FormEntry form(RecordFormSpec (*spec)(), Placement placement)
 {
-    return {[&spec](QWidget *mainWindow) { return new RecordForm(spec, mainWindow); }, Placement::FreeArea};
+    return {[spec](QWidget *mainWindow) { return new RecordForm(spec(), mainWindow); }, placement};
 }
 
 const QHash<QString, FormEntry> &forms()
@@ -45,22 +32,22 @@ const QHash<QString, FormEntry> &forms()
         {"frmAbout", {make<frmAbout>, Placement::Centre}},
         {"frmODBCLogon", {make<frmODBCLogon>, Placement::Centre}},
         {"frmSplash", {make<frmSplash>, Placement::Centre}},
-        {"sys_bzsz", declared(Sys_bzsz)},
-        {"sys_QXSZ", {make<sys_QXSZ>, Placement::FreeArea}},
-        {"YY_WXHT", {make<YY_WXHT>, Placement::ScreenWidth}},
-        {"Sys_CwGs_ZL", {make<Sys_CwGs_ZL>, Placement::ScreenWidth}},
-        {"Sys_GKSZ", declared(Sys_GKSZ)},
-        {"sys_JLDW", declared(Sys_JLDW)},
-        {"Sys_TcGs_Set", {make<Sys_TcGs_Set>, Placement::ScreenWidth}},
-        {"sys_bmsz", declared(Sys_bmsz)},
-        {"sys_fkfs", {make<sys_fkfs>, Placement::FreeArea}},
-        {"sys_gssz", {make<sys_gssz>, Placement::ScreenWidth}},
-        {"sys_gzry", {make<sys_gzry>, Placement::FreeArea}},
-        {"sys_qysz", {make<sys_qysz>, Placement::FreeArea}},
-        {"sys_zffs", declared(Sys_zffs)},
-        {"YY_GWKH_ZL", {make<YY_GWKH_ZL>, Placement::FreeArea}},
-        {"yy_GYszl", {make<yy_GYszl>, Placement::FreeArea}},
-        {"yy_cpbj", {make<yy_cpbj>, Placement::FreeArea}},
+        {"sys_bzsz", form(sys_bzsz, Placement::FreeArea)},
+        {"sys_QXSZ", form(sys_QXSZ, Placement::FreeArea)},
+        {"YY_WXHT", form(YY_WXHT, Placement::ScreenWidth)},
+        {"Sys_CwGs_ZL", form(Sys_CwGs_ZL, Placement::ScreenWidth)},
+        {"Sys_GKSZ", form(Sys_GKSZ, Placement::FreeArea)},
+        {"sys_JLDW", form(sys_JLDW, Placement::FreeArea)},
+        {"Sys_TcGs_Set", form(Sys_TcGs_Set, Placement::ScreenWidth)},
+        {"sys_bmsz", form(sys_bmsz, Placement::FreeArea)},
+        {"sys_fkfs", form(sys_fkfs, Placement::FreeArea)},
+        {"sys_gssz", form(sys_gssz, Placement::ScreenWidth)},
+        {"sys_gzry", form(sys_gzry, Placement::FreeArea)},
+        {"sys_qysz", form(sys_qysz, Placement::FreeArea)},
+        {"sys_zffs", form(sys_zffs, Placement::FreeArea)},
+        {"YY_GWKH_ZL", form(YY_GWKH_ZL, Placement::FreeArea)},
+        {"yy_GYszl", form(yy_GYszl, Placement::FreeArea)},
+        {"yy_cpbj", form(yy_cpbj, Placement::FreeArea)},
     };
     return entries;
 }

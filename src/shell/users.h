@@ -1,22 +1,11 @@
 // Users, their passwords and their rights.
 #pragma once
 
-#include "common/record_form.h"
+#include "common/record_form_spec.h"
 
 namespace tradewick
 {
 
-class sys_QXSZ : public RecordForm
-{
-    Q_OBJECT
-
-public:
-    explicit sys_QXSZ(QWidget *mainWindow = nullptr);
-
-protected:
-    void afterAdd() override;
-    // At once and without a question, unlike everywhere else.
-    void deleteRecord() override;
-};
+RecordFormSpec sys_QXSZ();
 
 } // namespace tradewick

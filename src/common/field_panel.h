@@ -1,0 +1,90 @@
+// The fields of one record, on one page or on tabs: shows them, writes what is typed into the record, and tells what
+// the clerk does with them. Whether that is allowed, and what follows from it, is the form's.
+#pragma once
+
+#include "common/field_control.h"
+#include "data/recordset.h"
+
+#include <QWidget>
+
+#include <map>
+#include <memory>
+
+class QBoxLayout;
+class QLabel;
+class QTabWidget;
+
+namespace tradewick
+{
+
+class FieldPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    // spec and records: outlive the panel.
+    FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *parent);
+    ~FieldPanel() override;
+
+    // Shows the current record in all fields, or in those of one column. Without a record, or while it is unread, they
+    // are empty.
+    void showRecord(int column = -1);
+    // The record could not be read: the fields are empty, not the record. Ends with false.
+    void setUnread(bool unread) { m_isUnread = unread; }
+    void lock(bool locked);
+
+    // All of these end the program for a field that the form does not have: a fault of its declaration.
+    const FieldSpec &field(const QString &name) const;
+    FieldControl &control(const QString &name) const;
+    QString text(const QString &name) const { return control(name).text(); }
+    // Writes the record as typing does.
+    void setText(const QString &name, const QString &text);
+    void focus(const QString &name);
+
+    // Puts other items into a combo box; the text that it holds stays.
+    void offer(const QString &combo, const QStringList &items);
+
+    // The column as the clerk knows it; its own name where no field shows it.
+    QString captionOf(const QString &column) const;
+    // Where the lines stand that belong to a tab.
+    QBoxLayout *page(int index) const;
+    // The tabs, null for a form of one page.
+    QTabWidget *tabs() const { return m_tabs; }
+
+Q_SIGNALS:
+    void typed(const QString &name);   // stands in the record already
+    void chosen(const QString &name);  // an item of a combo box
+    void entered(const QString &name); // has the focus now
+    void left(const QString &name);    // the focus has gone on
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void addPage(int index);
+    QWidget *addField(const FieldSpec &field, QWidget *page, int index);
+    void addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame);
+    void show(const FieldSpec &field);
+    void write(const FieldSpec &field, const QVariant &value);
+    bool key(const QString &name, QWidget *widget, int key);
+
+    struct Entry {
+        const FieldSpec *spec;
+        int page;
+        std::unique_ptr<FieldControl> control;
+    };
+    const RecordFormSpec &m_spec;
+    Recordset &m_records;
+    std::map<QString, Entry> m_fields;
+    QVector<const Entry *> m_order; // as declared
+    QVector<QBoxLayout *> m_pages;
+    QTabWidget *m_tabs = nullptr;
+    bool m_isUnread = false;
+    bool m_showing = false;   // fields are being filled from the record
+    bool m_composing = false; // an input method holds text that is not committed yet
+};
+
+// A caption without colon, blanks and mark.
+QString plainCaption(QString caption);
+
+} // namespace tradewick

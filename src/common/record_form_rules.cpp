@@ -1,0 +1,368 @@
+// What a record form's declared rules do: values that new records begin with, choices in combo boxes, checks of fields
+// that are left.
+#include "common/dialogs.h"
+#include "common/field_panel.h"
+#include "common/record_form.h"
+#include "common/record_list.h"
+#include "data/date_text.h"
+#include "data/number_of.h"
+
+#include <QPushButton>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace tradewick
+{
+
+LinesPanel &RecordForm::linesPanel() const
+{
+    if (!m_lines)
+        throw std::logic_error("the form " + m_spec.name.toStdString() + " has no lines");
+    return *m_lines;
+}
+
+BranchTree *RecordForm::tree() const
+{
+    return m_list->tree();
+}
+
+QString RecordForm::text(const QString &field) const
+{
+    return m_panel->text(field);
+}
+
+void RecordForm::setText(const QString &field, const QString &text)
+{
+    m_panel->setText(field, text);
+}
+
+void RecordForm::focusField(const QString &field)
+{
+    m_panel->focus(field);
+}
+
+void RecordForm::lockField(const QString &field)
+{
+    m_panel->control(field).setLocked(true);
+}
+
+void RecordForm::refreshLines()
+{
+    if (m_lines)
+        m_lines->refresh();
+}
+
+// ---- values ----
+
+Values RecordForm::valuesOf(Recordset &set)
+{
+    Values values;
+    if (!set.isOpen() || set.BOF() || set.EOF_())
+        return values;
+    const QStringList columns = set.columns();
+    for (const QString &column : columns)
+        values.insert(column, set.Fields(column).text());
+    return values;
+}
+
+Values RecordForm::headValues()
+{
+    return valuesOf(records());
+}
+
+QVariant RecordForm::filled(const Preset &preset)
+{
+    if (preset.daysFromToday)
+        return dateText(QDate::currentDate().addDays(*preset.daysFromToday));
+    QString whole;
+    for (qsizetype at = 0; at < preset.text.size();) {
+        const qsizetype close = preset.text[at] == u'{' ? preset.text.indexOf(u'}', at) : -1;
+        if (close < 0) {
+            whole += preset.text[at++];
+            continue;
+        }
+        const QString name = preset.text.mid(at + 1, close - at - 1);
+        whole += name == u'#' ? QString::number(lines().RecordCount()) : text(name).trimmed();
+        at = close + 1;
+    }
+    return whole;
+}
+
+std::optional<Row> RecordForm::firstRow(const char *statement, const Values &values)
+{
+    const auto rows = connection()->rows(QString::fromUtf8(statement), values);
+    return rows.isEmpty() ? std::nullopt : std::optional(rows.first());
+}
+
+bool RecordForm::copyFirst(const char *statement, const Values &values, const Copies &copies, Recordset &to,
+                           bool trimmed)
+{
+    const std::optional<Row> row = firstRow(statement, values);
+    if (row)
+        copyColumns(*row, to, copies, trimmed);
+    return row.has_value();
+}
+
+QStringList RecordForm::offered(const Offer &offer)
+{
+    QStringList items = offer.items;
+    if (offer.statement)
+        run(Failure::Report, {[&] {
+                connection()->read(
+                    QString::fromUtf8(offer.statement), {}, [](const QStringList &) {},
+                    [&](const QVariantList &row) {
+                        items.append(row.first().toString());
+                        return true;
+                    });
+            }});
+    return items;
+}
+
+void RecordForm::offer(const QString &combo, const char *statement)
+{
+    QStringList items;
+    connection()->read(
+        QString::fromUtf8(statement), {}, [](const QStringList &) {},
+        [&](const QVariantList &row) {
+            items.append(row.first().toString());
+            return true;
+        });
+    m_panel->offer(combo, items);
+}
+
+// A country typed for the first time is offered from the next record on.
+void RecordForm::refill()
+{
+    for (const PageSpec &page : std::as_const(m_spec.pages))
+        for (const FieldSpec &field : page.fields)
+            if (m_spec.refilled.contains(field.name))
+                offer(field.name, field.type.offer.statement);
+}
+
+// ---- choices ----
+
+void RecordForm::fieldTyped(const QString &field)
+{
+    if (field == keyField() && m_lines && hasRecord())
+        m_lines->keyTyped(text(field), records().isNew(records().absolutePosition()));
+}
+
+void RecordForm::fieldEntered(const QString &field)
+{
+    for (const PickSpec &pick : std::as_const(m_spec.picks)) {
+        if (pick.combo != field || !isBusy() || pick.needs.isEmpty() || !text(pick.needs).trimmed().isEmpty())
+            continue;
+        // Behind the move of the focus, which a message would take along.
+        QMetaObject::invokeMethod(
+            this,
+            [this, &pick] {
+                dialogs().message(this, pick.message, systemTitle(), MessageIcon::Critical);
+                focusField(pick.needs);
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void RecordForm::fieldChosen(const QString &field)
+{
+    const auto pick = std::find_if(m_spec.picks.cbegin(), m_spec.picks.cend(),
+                                   [&](const PickSpec &one) { return one.combo == field; });
+    if (pick == m_spec.picks.cend() || !isBusy() || !hasRecord())
+        return;
+    const bool writes = std::any_of(pick->steps.cbegin(), pick->steps.cend(),
+                                    [](const PickStep &step) { return step.clear || step.insert; });
+    if (writes && tellTakenKey())
+        return;
+    struct Write {
+        const char *statement;
+        Values values;
+    };
+    QVector<Write> writing;
+    bool clears = false, cancelled = false;
+    const auto take = [&](const PickStep &step) {
+        Values values = headValues();
+        values.insert("text", text(field).trimmed());
+        const auto rows = connection()->rows(QString::fromUtf8(step.statement), values);
+        if (rows.isEmpty() && !step.message.isEmpty())
+            dialogs().message(this, step.message, systemTitle(), MessageIcon::Critical);
+        cancelled = rows.isEmpty() && step.none == WhenNone::Cancel;
+        if (rows.isEmpty() && step.none != WhenNone::GoOn)
+            return false;
+        if (!rows.isEmpty() && !step.copies.isEmpty())
+            copyColumns(rows.first(), records(), step.copies, step.trimmed);
+        if (!step.offers.isEmpty()) {
+            QStringList items;
+            for (const Row &row : rows)
+                items.append(row.at(0).toString());
+            m_panel->offer(step.offers, items);
+        }
+        if (step.clear && (step.insert || !rows.isEmpty())) {
+            writing.append({step.clear, values});
+            clears = true;
+        }
+        int number = 0;
+        for (const Row &row : rows) {
+            if (!step.insert)
+                break;
+            Values line = values;
+            line.insert(valuesOf(row));
+            line.insert("i", QString::number(++number));
+            writing.append({step.insert, line});
+        }
+        if (step.also)
+            step.also(*this, !rows.isEmpty());
+        return true;
+    };
+    run(Failure::Report, {[&] {
+            for (const PickStep &step : pick->steps)
+                if (!take(step))
+                    break;
+            if (writing.isEmpty())
+                return;
+            const bool stored = store([&] {
+                if (!clears) // lines typed before go the way of those that come in
+                    lines().UpdateBatch();
+                for (const Write &write : writing)
+                    connection()->Execute(QString::fromUtf8(write.statement), write.values);
+            });
+            if (stored)
+                m_lines->refresh();
+        }});
+    if (cancelled)
+        cancel();
+}
+
+// ---- checks ----
+
+FieldCheck RecordForm::checkOf(const FieldSpec &field)
+{
+    const auto declared = std::find_if(m_spec.checks.cbegin(), m_spec.checks.cend(), [&](const FieldCheck &check) {
+        return check.field == field.name && check.kind != FieldCheck::NotTaken;
+    });
+    if (declared != m_spec.checks.cend())
+        return *declared;
+    if (field.type.kind == FieldKind::Date)
+        return {field.name, FieldCheck::Date};
+    const int column = field.column.isEmpty() ? -1 : records().columnIndex(field.column);
+    if (column >= 0 && records().columnKind(column) == ColumnKind::Number)
+        return {field.name, FieldCheck::Number};
+    return {};
+}
+
+// Tells of a text that does not pass, and goes where it is to be mended.
+bool RecordForm::passes(const FieldCheck &check)
+{
+    const QString typed = text(check.field);
+    if (check.field.isEmpty() || typed.trimmed().isEmpty() || (check.onlyAdding && !m_adding))
+        return true;
+    QString message = check.message;
+    switch (check.kind) {
+    case FieldCheck::Date: {
+        const QDate date = dateFromText(typed);
+        if (date.isValid()) {
+            if (dateText(date) != typed)
+                setText(check.field, dateText(date));
+            return true;
+        }
+        message = message.isEmpty() ? badDate() : message;
+        break;
+    }
+    case FieldCheck::Number: {
+        if (const auto number = numberOf(typed)) {
+            // People write "1,234.50"; what stands in the record is the number.
+            if (Recordset::text(*number, ColumnKind::Number) != typed)
+                setText(check.field, Recordset::text(*number, ColumnKind::Number));
+            return true;
+        }
+        message = message.isEmpty() ? badNumber() : message;
+        break;
+    }
+    case FieldCheck::NotTaken: {
+        bool isTaken = false;
+        run(Failure::Report, {[&] { isTaken = firstRow(check.statement, {{"text", typed}}).has_value(); }});
+        if (!isTaken)
+            return true;
+        break;
+    }
+    }
+    dialogs().message(this, message, systemTitle(), MessageIcon::Critical);
+    if (check.clears)
+        setText(check.field, {});
+    focusField(check.focus.isEmpty() ? check.field : check.focus);
+    return false;
+}
+
+void RecordForm::fieldLeft(const QString &field)
+{
+    const QWidget *control = m_panel->control(field).widget();
+    if (!isBusy() || control->hasFocus() || m_buttons["Cmdcancel"]->hasFocus())
+        return;
+    if (field == keyField() && m_lines && hasRecord()) {
+        // Lines are found by the key as it stands; blanks around it would part them from their head.
+        if (const QString key = text(field); key != key.trimmed())
+            setText(field, key.trimmed());
+        if (tellTakenKey())
+            return;
+    }
+    if (!passes(checkOf(m_panel->field(field))))
+        return;
+    for (const FieldCheck &check : std::as_const(m_spec.checks))
+        if (check.field == field && check.kind == FieldCheck::NotTaken && !passes(check))
+            return;
+}
+
+// At OK, so that a shortcut key carries nothing past the checks.
+bool RecordForm::passesOwnChecks()
+{
+    for (const PageSpec &page : std::as_const(m_spec.pages))
+        for (const FieldSpec &field : page.fields)
+            if (!passes(checkOf(field)))
+                return false;
+    for (const FieldCheck &check : std::as_const(m_spec.checks))
+        if (check.kind == FieldCheck::NotTaken && !passes(check))
+            return false;
+    return true;
+}
+
+bool RecordForm::isKeyTaken()
+{
+    const FieldSpec &key = m_panel->field(keyField());
+    const QString typed = text(key.name);
+    if (typed.trimmed().isEmpty() || isHeadStored())
+        return false;
+    const QString statement =
+        "select " + key.column + " from " + plainTableOf(m_spec.statement) + " where " + key.column + "='{key}'";
+    return !connection()->rows(statement, {{"key", typed}}).isEmpty();
+}
+
+bool RecordForm::tellTakenKey()
+{
+    bool isTaken = false;
+    run(Failure::Report, {[&] { isTaken = m_lines && isKeyTaken(); }});
+    if (!isTaken)
+        return false;
+    const FieldSpec &key = m_panel->field(keyField());
+    dialogs().message(
+        this, QStringLiteral("%1“%2”已被另一记录使用，请核对！").arg(plainCaption(key.caption), text(key.name)),
+        systemTitle(), MessageIcon::Critical);
+    focusFirst();
+    return true;
+}
+
+bool RecordForm::missesRequiredField()
+{
+    for (const RequiredField &field : std::as_const(m_spec.required)) {
+        const qsizetype length = text(field.name).size();
+        if (field.length ? length == field.length : length > 0)
+            continue;
+        if (!field.message.isEmpty()) {
+            dialogs().message(this, field.message, m_spec.requiredTitle, MessageIcon::Exclamation);
+            focusField(field.focus.isEmpty() ? field.name : field.focus);
+        }
+        return true;
+    }
+    return false;
+}
+
+} // namespace tradewick

@@ -1,0 +1,189 @@
+#include "common/record_list.h"
+
+#include "common/combo_field.h"
+#include "common/dialogs.h"
+#include "common/record_form.h"
+
+#include <QDateEdit>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace tradewick
+{
+
+namespace
+{
+
+void addRow(QBoxLayout *layout, const QString &caption, QWidget *control)
+{
+    auto *row = new QHBoxLayout;
+    auto *label = new QLabel(caption, control->parentWidget());
+    label->setBuddy(control);
+    row->addWidget(label);
+    row->addWidget(control, 1);
+    layout->addLayout(row);
+}
+
+} // namespace
+
+RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *parent)
+    : QWidget(parent), m_spec(spec), m_form(form), m_grid(new Grid("TDBGrid3", QStringLiteral("记录列表"), this))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    if (spec.dateFilter.statement)
+        addDateFilter(layout);
+    for (const FilterSpec &filter : spec.filters)
+        addFilter(layout, filter);
+    if (!spec.tree.branches.empty())
+        addTree(layout);
+    m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_grid->showRecords(form.records(), spec.list);
+    m_grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // keys are never cut
+    m_grid->horizontalHeader()->setStretchLastSection(true);                            // names have what room there is
+    m_grid->recordsetModel()->setMark([this](int record) { return m_form.waits(record); });
+    layout->addWidget(m_grid, 1);
+    m_ways.append(m_grid);
+}
+
+void RecordList::setWaysOpen(bool open)
+{
+    for (QWidget *way : std::as_const(m_ways))
+        way->setEnabled(open);
+}
+
+void RecordList::addDateFilter(QBoxLayout *layout)
+{
+    const DateFilterSpec &spec = m_spec.dateFilter;
+    auto *row = new QHBoxLayout;
+    auto *label = new QLabel(spec.caption, this);
+    auto *picker = new QDateEdit(QDate::currentDate(), this);
+    picker->setObjectName(spec.name);
+    picker->setAccessibleName(spec.caption);
+    picker->setDisplayFormat("yyyy-MM-dd");
+    picker->setCalendarPopup(true);
+    label->setBuddy(picker);
+    auto *all = new QPushButton(QStringLiteral("全部"), this);
+    all->setObjectName("Cmd_all");
+    all->setAutoDefault(true);
+    all->setAccessibleName(QStringLiteral("显示全部记录"));
+    row->addWidget(label);
+    row->addWidget(picker, 1);
+    row->addWidget(all);
+    layout->addLayout(row);
+    m_ways.append({picker, all});
+    connect(picker, &QDateEdit::dateChanged, this, [this](QDate date) {
+        m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}});
+    });
+    connect(all, &QPushButton::clicked, this, [this] { m_form.showStatement(m_spec.statement, {}); });
+}
+
+void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)
+{
+    auto *box = new QLineEdit(this);
+    box->setObjectName(filter.name);
+    box->setAccessibleName(plainCaption(filter.caption));
+    box->setClearButtonEnabled(true);
+    addRow(layout, filter.caption, box);
+    m_ways.append(box);
+    connect(box, &QLineEdit::textChanged, this, [this, &filter](const QString &typed) {
+        Values values{{"text", filter.trimmed ? typed.trimmed() : typed}};
+        if (!filter.via) {
+            m_form.showStatement(filter.statement, values);
+            return;
+        }
+        m_form.run(Failure::Report, {[&] {
+                       if (const auto found = m_form.firstRow(filter.via, values))
+                           m_form.showStatement(filter.statement, RecordForm::valuesOf(*found));
+                   }});
+    });
+}
+
+bool RecordList::find(const QString &column, const QVariant &value)
+{
+    Recordset &records = m_form.records();
+    if (records.RecordCount() > 0) {
+        records.MoveFirst();
+        records.Find(column, value);
+    }
+    return !records.EOF_();
+}
+
+// ---- the tree ----
+
+void RecordList::addTree(QBoxLayout *layout)
+{
+    for (const DefaultSpec &box : m_spec.tree.defaults) {
+        auto *combo = new ComboField(this);
+        combo->setObjectName(box.name);
+        combo->setAccessibleName(QStringLiteral("新记录的") + box.caption);
+        combo->lineEdit()->setAccessibleName(combo->accessibleName());
+        addRow(layout, box.caption, combo);
+    }
+    m_tree = new BranchTree(
+        m_spec.tree, [this] { return m_form.connection(); }, this);
+    if (!m_spec.tree.chosen.isEmpty()) {
+        auto *box = new QLineEdit(this);
+        box->setObjectName(m_spec.tree.chosen);
+        box->setAccessibleName(m_spec.tree.root);
+        box->setReadOnly(true);
+        box->setFocusPolicy(Qt::ClickFocus);
+        layout->addWidget(box);
+        connect(m_tree, &BranchTree::chosen, box, [this, box] { box->setText(m_tree->chosenText()); });
+    }
+    layout->addWidget(m_tree, 2);
+    m_ways.append(m_tree);
+    connect(m_tree, &BranchTree::chosen, this,
+            [this](const BranchSpec *branch, const QVariant &key) { branchChosen(*branch, key); });
+    connect(
+        m_tree, &BranchTree::failed, this,
+        [this](const QString &error) { dialogs().message(this, error, {}, MessageIcon::None); }, Qt::QueuedConnection);
+}
+
+void RecordList::branchChosen(const BranchSpec &branch, const QVariant &key)
+{
+    if (branch.find.isEmpty())
+        return;
+    const TreeSpec &spec = m_spec.tree;
+    m_form.run(Failure::Report, {[&] {
+                   if (find(branch.find, key))
+                       return;
+                   dialogs().message(this, spec.notFound, spec.notFoundTitle, spec.notFoundIcon);
+                   if (spec.firstWhenNotFound && m_form.records().RecordCount() > 0)
+                       m_form.records().MoveFirst();
+               }});
+}
+
+void RecordList::rebuildTree()
+{
+    if (!m_tree)
+        return;
+    m_tree->rebuild();
+    for (const DefaultSpec &box : m_spec.tree.defaults) {
+        auto *combo = findChild<ComboField *>(box.name);
+        const QString text = combo->currentText();
+        combo->clear();
+        m_form.connection()->read(
+            QString::fromUtf8(box.statement), {}, [](const QStringList &) {},
+            [combo](const QVariantList &row) {
+                QStringList parts; // all are shown, the first is taken over
+                for (const QVariant &part : row)
+                    parts.append(part.toString());
+                combo->addItem(parts.join(u'|'), row.first());
+                return true;
+            });
+        combo->showText(text);
+    }
+}
+
+QString RecordList::defaultValue(const DefaultSpec &box) const
+{
+    const auto *combo = findChild<QComboBox *>(box.name);
+    const int item = combo->findText(combo->currentText(), Qt::MatchFixedString);
+    return item < 0 ? combo->currentText() : combo->itemData(item).toString();
+}
+
+} // namespace tradewick

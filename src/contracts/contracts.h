@@ -1,0 +1,11 @@
+// The forms of contracts and credit.
+#pragma once
+
+#include "common/record_form_spec.h"
+
+namespace tradewick
+{
+
+RecordFormSpec YY_WXHT(); // export contracts
+
+} // namespace tradewick
