@@ -129,8 +129,7 @@ FilledReport fill(const Document &document, Connection &connection, const Values
 
 FilledReport fill(const Document &document, Connection &connection, const QString &number)
 {
-    return fill(document, connection,
-                document.takesNumber() ? Values{{document.record.key, number}} : Values());
+    return fill(document, connection, document.takesNumber() ? Values{{document.record.key, number}} : Values());
 }
 
 void showDocument(const QString &name, Connection &connection, const QString &number, QWidget *parent)

@@ -19,7 +19,8 @@ namespace tradewick
 class DocumentValues
 {
 public:
-    // head: the record's columns by lower-case name. totals: the same of the totals; no row and no statement look alike.
+    // head: the record's columns by lower-case name. totals: the same of the totals; no row and no statement look
+    // alike.
     DocumentValues(Values head, QVector<Values> totals) : m_head(std::move(head)), m_totals(std::move(totals)) {}
 
     // The record's column as it is stored, and as text and number: empty and 0 for Null.
@@ -58,7 +59,7 @@ struct DocumentRecord {
     QString key{};  // the placeholder of the number in all statements
     // Select of the record's own row, for labels, clause and logo. It is also how a number that is not there is found.
     QString head{};
-    QString rows{}; // select of the report's rows; empty for a report without
+    QString rows{};   // select of the report's rows; empty for a report without
     QString clause{}; // the head's column with a special clause, which some of the documents show
     // A label that fails is left empty and a logo that cannot be read is left out, and the report is shown all the
     // same; otherwise either ends the printing with its error.

@@ -14,9 +14,9 @@ const QString detailOf5000 =
     R"(<detail height="5000"><field name="D" left="0" top="0" width="5000" height="300" dataField="name"/></detail>)";
 
 QVector<PagePtr> layOut(const std::shared_ptr<const ReportTemplate> &report, std::unique_ptr<RowSource> rows,
-                        FormatHook hook = nullptr, const QHash<QString, QString> &labels = {})
+                        const FormatRule &rule = {}, const QHash<QString, QString> &labels = {})
 {
-    return Layout(report, std::move(rows), labels, {}, paperFor(*report), hook).all();
+    return Layout(report, std::move(rows), labels, {}, paperFor(*report), rule).all();
 }
 
 std::unique_ptr<RowSource> named(const QStringList &names)
@@ -74,7 +74,7 @@ TEST(Layout, BandsStandInTheirOrderWithinTheMargins)
         height="300">sum</label></groupFooter><pageFooter height="300"><label name="p_number" left="0" top="0"
         width="900" height="300"/><field name="F" left="900" top="0" width="900" height="300" pageTotal="true"/>
         </pageFooter>)");
-    const auto pages = layOut(report, named({"a", "b", "c"}), reportEntry("YY_Xsfp_Rpt")->family.atFormat);
+    const auto pages = layOut(report, named({"a", "b", "c"}), reportFamilyB().rule);
     // 16838 less 200 + 1000 above and 200 + 300 below leave room for heads of 400 and two rows of 5000; the group
     // footer would still fit on the second page behind the third
     EXPECT_EQ(joined(pages), "head cols a b 1 2 | head cols c sum 2 2");
@@ -262,8 +262,7 @@ TEST(Layout, PageStampsFollowTheClockAtEachPage)
         return labels;
     }() + "</pageFooter>");
     QVector<PagePtr> pages;
-    // the families that stamp have no report in the table yet to borrow from
-    pages = layOut(report, named({"a", "b"}), reportFamilyC.atFormat);
+    pages = layOut(report, named({"a", "b"}), reportFamilyC().rule);
     reportClock = &QDateTime::currentDateTime;
     EXPECT_EQ(joined(pages), "2026年 11月 24日 星期二 23:59:58 1 | 2026年 11月 25日 星期三 0:00:01 2");
 }
