@@ -61,7 +61,7 @@ TEST(EveryDocument, AWrongNameIsFoundWhereverItStands)
         {"Image9", [](Document &one) { one.logo = "Image9"; }},
         {"L_None",
          [](Document &one) {
-             one.labels.append({"L_None", "text"});
+             one.labels.append(DocumentLabel{"L_None", "text"});
          }},
         {"xsfp",
          [](Document &one) {
@@ -86,7 +86,7 @@ TEST(EveryDocument, AWrongNameIsFoundWhereverItStands)
 
 TEST(EveryReport, HasATemplateThatTheSchemaAndTheReaderTake)
 {
-    const QString folder = QFileInfo(QString::fromUtf8(__FILE__)).absolutePath() + "/../../resources/templates/";
+    const QString folder = TEMPLATE_FOLDER;
     for (const QString &name : reportNames()) {
         QProcess xmllint;
         xmllint.start("xmllint", {"--noout", "--schema", folder + "report.xsd", folder + name + ".xml"});

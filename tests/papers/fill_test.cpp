@@ -158,7 +158,7 @@ TEST_F(Fill, AMessageComesBeforeTheReportAndAWrongLabelInsteadOfIt)
     EXPECT_EQ(shown, QStringList{"yy_XsFp_dJRPT X1"});
     EXPECT_THROW(showDocument("形式发票3", database.connection(), "X1", nullptr), DataError);
     Document wrong = document("形式发票");
-    wrong.labels.append({"L_None", "text"});
+    wrong.labels.append(DocumentLabel{"L_None", "text"});
     EXPECT_THROW(fill(wrong, database.connection(), "X1"), DataError);
 }
 

@@ -138,10 +138,10 @@ TEST(Layout, FieldsTakeTheCurrentRowWhateverTheCaseOfTheirColumn)
           <label name="L_F" left="0" top="900" width="900" height="300"/>
           <label name="V" left="0" top="1200" width="900" height="300" visible="false">hidden</label></detail>
         <pageFooter height="300"><field name="F" left="0" top="0" width="900" height="300" dataField="name"/></pageFooter>)");
-    EXPECT_EQ(joined(layOut(report, named({"a", "b", "c"}), nullptr, {{"L_F", "free"}})),
-              "a a initial free b initial free b | c c initial free c");
+    EXPECT_EQ(joined(layOut(report, named({"a", "b", "c"}), {}, {{"L_F", "free"}})),
+              "a a free b free b | c c free c");
     // without a source the detail band comes once, with what the caller wrote
-    EXPECT_EQ(joined(layOut(report, nullptr, nullptr, {{"L_F", "free"}})), "initial free");
+    EXPECT_EQ(joined(layOut(report, nullptr, {}, {{"L_F", "free"}})), "free");
     // without rows there is a page, but no detail
     const auto none = layOut(report, named({}));
     ASSERT_EQ(none.size(), 1);
