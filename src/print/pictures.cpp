@@ -1,7 +1,7 @@
 #include "print/pictures.h"
 
+#include "papers/report_table.h"
 #include "reporting/painter.h"
-#include "reporting/report.h"
 
 #include <QDir>
 #include <QFileInfo>

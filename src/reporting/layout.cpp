@@ -1,5 +1,6 @@
 #include "reporting/layout.h"
 
+#include "data/data_error.h"
 #include "data/date_text.h"
 
 #include <QLocale>
@@ -13,6 +14,8 @@ namespace tradewick
 
 namespace
 {
+
+constexpr int noSuchColumn = 3265;
 
 bool isNumber(const QVariant &value)
 {
@@ -105,6 +108,8 @@ QStringView Page::text(const PageItem &item) const
 {
     if (item.object->pageTotal)
         return context->pageTotal;
+    if (item.object->kind == ObjectKind::Image)
+        return {};
     return QStringView(characters).mid(item.start, item.length);
 }
 
@@ -112,7 +117,7 @@ QString FormattedBand::text(const QString &name) const
 {
     for (qsizetype at = 0; at < section.objects.size(); ++at)
         if (section.objects[at].name == name)
-            return m_contents[at].text;
+            return m_layout.m_contents[at].text;
     return {};
 }
 
@@ -120,7 +125,20 @@ void FormattedBand::setText(const QString &name, const QString &text)
 {
     for (qsizetype at = 0; at < section.objects.size(); ++at)
         if (section.objects[at].name == name)
-            m_contents[at] = {text};
+            m_layout.m_contents[at] = {text};
+}
+
+QVariant FormattedBand::value(const QString &column) const
+{
+    if (!m_layout.m_rule.columns.contains(column, Qt::CaseInsensitive))
+        throw DataError(noSuchColumn,
+                        QStringLiteral("报表%1没有声明读取列%2").arg(m_layout.m_context->report->name, column));
+    return m_layout.m_row.value(m_layout.columnOf(column));
+}
+
+void FormattedBand::setPicture(const QString &name, const QString &path)
+{
+    m_layout.m_bandImages[name] = path.isEmpty() ? QImage() : QImage(path);
 }
 
 // Neumaier's summation: sums of thousands of amounts stay those of the decimal figures.
@@ -136,12 +154,12 @@ void Layout::Total::add(const QVariant &value)
 
 Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<RowSource> rows,
                const QHash<QString, QString> &labels, const QHash<QString, QImage> &images, const Paper &paper,
-               FormatHook atFormat)
-    : m_context(std::make_shared<PageContext>()), m_rows(std::move(rows)), m_labels(labels), m_atFormat(atFormat)
+               FormatRule rule)
+    : m_context(std::make_shared<PageContext>()), m_rows(std::move(rows)), m_labels(labels), m_images(images),
+      m_rule(std::move(rule))
 {
     m_context->report = std::move(report);
     m_context->paper = paper;
-    m_context->images = images;
     for (const FontSpec &font : m_context->report->fonts)
         m_context->fonts.append(&TextFont::of(font));
     if (m_rows) {
@@ -154,16 +172,24 @@ Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<Row
     m_pageHeader = bandOf(SectionKind::PageHeader, 0);
     m_detail = bandOf(SectionKind::Detail, 0);
     m_pageFooter = bandOf(SectionKind::PageFooter, 0);
-    m_footerShowsRows = std::any_of(m_pageFooter.sources.cbegin(), m_pageFooter.sources.cend(),
-                                    [](const Source &source) { return source.column >= 0; });
+    m_footerShowsRows =
+        !m_rule.columns.isEmpty() || std::any_of(m_pageFooter.sources.cbegin(), m_pageFooter.sources.cend(),
+                                                 [](const Source &source) { return source.column >= 0; });
     for (int level = 1; level <= m_context->report->groups(); ++level) {
         m_headers.append(bandOf(SectionKind::GroupHeader, level));
         m_footers.append(bandOf(SectionKind::GroupFooter, level));
         const int column = columnOf(m_headers.constLast().section->groupField);
         m_groupColumns.append(column);
-        if (column >= 0 && !m_used.contains(column))
-            m_used.append(column);
+        use(column);
     }
+    for (const QString &column : m_rule.columns)
+        use(columnOf(column));
+}
+
+void Layout::use(int column)
+{
+    if (column >= 0 && !m_used.contains(column))
+        m_used.append(column);
 }
 
 Layout::~Layout() = default;
@@ -184,8 +210,7 @@ Layout::Band Layout::bandOf(SectionKind kind, int level)
             source.column = columnOf(object.dataField);
             if (source.column < 0 && m_rows)
                 warnOnce(m_context->report->name, object.dataField);
-            else if (source.column >= 0 && !m_used.contains(source.column))
-                m_used.append(source.column);
+            use(source.column);
         }
         if (object.summary != Summary::None && source.column >= 0) {
             source.total = static_cast<int>(m_totals.size());
@@ -342,7 +367,7 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
 {
     const ReportObject &of = band.section->objects[object];
     if (of.kind == ObjectKind::Label)
-        return {of.isFree() ? m_labels.value(of.name) : of.text};
+        return {m_labels.value(of.name, of.text)};
     if (of.kind != ObjectKind::Field)
         return {};
     const Source source = band.sources[object];
@@ -358,7 +383,7 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
         QString text = fieldText(value, of.format);
         return {text, isNumber(value) ? value.toDouble() : FormattedBand::Content().number};
     }
-    return {of.dataField.isEmpty() ? of.text : QString()};
+    return {};
 }
 
 void Layout::put(const Band &band, int y)
@@ -369,23 +394,30 @@ void Layout::put(const Band &band, int y)
     m_contents.resize(objects.size());
     for (int at = 0; at < objects.size(); ++at)
         m_contents[at] = contentOf(band, at);
-    if (m_atFormat) {
-        FormattedBand formatted(*band.section, m_pages, m_contents);
-        m_atFormat(formatted);
+    m_bandImages = m_images;
+    if (m_rule.atFormat) {
+        FormattedBand formatted(*band.section, m_pages, *this);
+        m_rule.atFormat(formatted);
     }
     const int left = m_context->report->leftMargin;
     for (int at = 0; at < objects.size(); ++at) {
         const ReportObject &object = objects[at];
         PageItem item{&object, band.section->kind, left + object.x1, y + object.y1, left + object.x2, y + object.y2};
         const FormattedBand::Content &content = m_contents[at];
+        const QImage picture = object.kind == ObjectKind::Image ? m_bandImages.value(object.name) : QImage();
         const bool shown = item.isText() ? !content.text.isEmpty() || object.pageTotal || object.backColor != 0xffffffff
-                                         : object.kind != ObjectKind::Image || m_context->images.contains(object.name);
+                                         : object.kind != ObjectKind::Image || !picture.isNull();
         if (!object.visible || !shown)
             continue;
-        item.start = static_cast<quint32>(m_page->characters.size());
-        item.length = static_cast<quint32>(content.text.size());
-        item.number = content.number;
-        m_page->characters.append(content.text);
+        if (object.kind == ObjectKind::Image) {
+            item.start = static_cast<quint32>(m_page->pictures.size());
+            m_page->pictures.append(picture);
+        } else {
+            item.start = static_cast<quint32>(m_page->characters.size());
+            item.length = static_cast<quint32>(content.text.size());
+            item.number = content.number;
+            m_page->characters.append(content.text);
+        }
         m_page->items.append(item);
     }
 }

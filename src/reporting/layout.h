@@ -36,7 +36,6 @@ struct PageContext {
     std::shared_ptr<const ReportTemplate> report;
     Paper paper;
     QVector<const TextFont *> fonts; // by the template's font indexes
-    QHash<QString, QImage> images;   // by object name
     QString pageTotal;               // empty until the last page is laid out
 };
 
@@ -44,8 +43,8 @@ struct PageContext {
 struct PageItem {
     const ReportObject *object;
     SectionKind band;
-    int x1, y1, x2, y2; // box, or the ends of a line, from the paper's top left
-    quint32 start = 0, length = 0;
+    int x1, y1, x2, y2;            // box, or the ends of a line, from the paper's top left
+    quint32 start = 0, length = 0; // where the text stands in Page::characters; start of an image: in Page::pictures
     double number = std::numeric_limits<double>::quiet_NaN(); // of a field with a number, otherwise no number
 
     bool isText() const { return object->kind == ObjectKind::Label || object->kind == ObjectKind::Field; }
@@ -56,11 +55,14 @@ struct PageItem {
 struct Page {
     std::shared_ptr<const PageContext> context;
     int number = 1;
-    QVector<PageItem> items; // in drawing order
-    QString characters;      // the texts of all items one behind the other
+    QVector<PageItem> items;  // in drawing order
+    QString characters;       // the texts of all items one behind the other
+    QVector<QImage> pictures; // of all images, in their order
 
     // The whole text of an item, as it was before wrapping and cutting; empty for lines, shapes and images.
     QStringView text(const PageItem &item) const;
+    // The picture of an image.
+    const QImage &picture(const PageItem &item) const { return pictures[item.start]; }
 };
 using PagePtr = std::shared_ptr<const Page>;
 
@@ -83,6 +85,8 @@ TextLines arrange(const Page &page, const PageItem &item);
 // A value as a field prints it: by its format, without one numbers in their shortest decimal form and dates as ISO.
 QString fieldText(const QVariant &value, const QString &format);
 
+class Layout;
+
 // A band about to be placed, for the code of a report.
 class FormattedBand
 {
@@ -94,6 +98,12 @@ public:
     QString text(const QString &name) const;
     // Replaces it for this one time; a name the band lacks is passed over.
     void setText(const QString &name, const QString &text);
+    // The column of the record that the band shows, Null without rows and for a column that the rows lack. Throws
+    // DataError 3265 for one that the rule does not declare.
+    QVariant value(const QString &column) const;
+    // Shows the picture of a file in an image of the band for this one time; one that is missing or unreadable leaves
+    // it empty.
+    void setPicture(const QString &name, const QString &path);
 
 private:
     friend class Layout;
@@ -101,13 +111,19 @@ private:
         QString text;
         double number = std::numeric_limits<double>::quiet_NaN();
     };
-    FormattedBand(const Section &ofSection, int onPage, QVector<Content> &contents)
-        : section(ofSection), page(onPage), m_contents(contents)
+    FormattedBand(const Section &ofSection, int onPage, Layout &layout)
+        : section(ofSection), page(onPage), m_layout(layout)
     {
     }
-    QVector<Content> &m_contents; // of the band's objects
+    Layout &m_layout;
 };
-using FormatHook = void (*)(FormattedBand &band);
+
+// The code of a report: what it does with each band, and what it needs and gives.
+struct FormatRule {
+    void (*atFormat)(FormattedBand &band) = nullptr; // called before a band is placed
+    QStringList columns{};                           // of the record, that it reads
+    QStringList labels{};                            // named as those of callers, that it writes
+};
 
 // Lays a report out while its rows are read, forwards and once. Rules beyond the bands' order:
 //   a group field that is empty or that the source lacks makes one group of all rows;
@@ -118,10 +134,11 @@ using FormatHook = void (*)(FormattedBand &band);
 class Layout
 {
 public:
-    // labels: texts of the free labels by name. images: pictures by object name. Throws DataError as the source does.
+    // labels: texts of labels by name, in the place of their own. images: pictures by object name. Throws DataError as
+    // the source does.
     Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<RowSource> rows,
            const QHash<QString, QString> &labels, const QHash<QString, QImage> &images, const Paper &paper,
-           FormatHook atFormat = nullptr);
+           FormatRule rule = {});
     ~Layout();
 
     // The next page, nullptr behind the last. Throws DataError when the rows break off.
@@ -131,6 +148,7 @@ public:
     const PageContext &context() const { return *m_context; }
 
 private:
+    friend class FormattedBand;
     struct Total {
         double sum = 0, rest = 0; // rest: what adding doubles has lost
         qint64 count = 0;
@@ -153,6 +171,7 @@ private:
 
     Band bandOf(SectionKind kind, int level);
     int columnOf(const QString &field) const;
+    void use(int column);
     void step();
     void open(int fromLevel);
     void close(int fromLevel);
@@ -167,8 +186,9 @@ private:
     std::shared_ptr<PageContext> m_context;
     std::unique_ptr<RowSource> m_rows;
     QHash<QString, QString> m_labels;
+    QHash<QString, QImage> m_images;
     QHash<QString, int> m_columns; // by lower-case name
-    FormatHook m_atFormat;
+    const FormatRule m_rule;
     Band m_pageHeader, m_detail, m_pageFooter;
     QVector<Band> m_headers, m_footers; // outermost first
     QVector<int> m_groupColumns;        // -1 for a group over all rows
@@ -176,7 +196,9 @@ private:
     QVector<int> m_used;           // columns that the template shows or groups by
     QVariantList m_row, m_nextRow; // the row that bands show, and the one just read
     QVariantList m_placedRow;      // the last row with its detail on the page; kept for a page footer with fields
-    QVector<FormattedBand::Content> m_contents; // of the band being placed
+    // of the band being placed: what its objects show, and pictures that are its own
+    QVector<FormattedBand::Content> m_contents;
+    QHash<QString, QImage> m_bandImages;
 
     std::deque<PagePtr> m_ready;
     std::shared_ptr<Page> m_page;
