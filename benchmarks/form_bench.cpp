@@ -2,7 +2,7 @@
 #include "form_bench.h"
 
 #include "common/globals.h"
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "database/description.h"
 #include "figures.h"
 
@@ -99,7 +99,7 @@ void useDatabase(const QString &source)
 
 std::unique_ptr<RecordForm> openContractForm()
 {
-    auto form = std::make_unique<YY_WXHT>();
+    auto form = std::make_unique<RecordForm>(YY_WXHT());
     form->resize(1366, 700);
     form->show();
     QApplication::processEvents();

@@ -1,12 +1,10 @@
 // Master data of a large company: forms with trees, the product register, a sorted list; each beside the bare SQL.
 #include "common/globals.h"
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "database/description.h"
 #include "figures.h"
 #include "form_bench.h"
-#include "masterdata/departments.h"
-#include "masterdata/products.h"
-#include "masterdata/staff.h"
+#include "masterdata/masterdata.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -185,7 +183,7 @@ QVector<Figure> masterFigures()
     };
     figures.append(compare(
         "open the departments form over 2,000 departments, more than over none / bare SQL", 1.5,
-        [](int) { return shown(std::make_unique<RecordForm>(Sys_bmsz)); },
+        [](int) { return shown(std::make_unique<RecordForm>(sys_bmsz())); },
         [&](int) {
             departmentRecords();
             firstLevel();
@@ -193,13 +191,13 @@ QVector<Figure> masterFigures()
         },
         [&](int) {
             useDatabase(emptyPath);
-            auto form = shown(std::make_unique<RecordForm>(Sys_bmsz));
+            auto form = shown(std::make_unique<RecordForm>(sys_bmsz()));
             useDatabase(path);
             return form;
         }));
     figures.append(compare(
         "open the departments form and unfold its whole tree / bare SQL", 1.5,
-        [](int) { return unfolded(shown(std::make_unique<RecordForm>(Sys_bmsz))); },
+        [](int) { return unfolded(shown(std::make_unique<RecordForm>(sys_bmsz()))); },
         [&](int) {
             departmentRecords();
             BareClient::run(tops);
@@ -208,14 +206,14 @@ QVector<Figure> masterFigures()
         }));
     figures.append(compare(
         "open the staff form over 20,000 people / bare SQL", 1.5,
-        [](int) { return shown(std::make_unique<sys_gzry>()); },
+        [](int) { return shown(std::make_unique<RecordForm>(sys_gzry())); },
         [&](int) {
             staffRecords();
             firstLevel();
         }));
     figures.append(compare(
         "open the staff form and unfold its whole tree / bare SQL", 1.5,
-        [](int) { return unfolded(shown(std::make_unique<sys_gzry>())); },
+        [](int) { return unfolded(shown(std::make_unique<RecordForm>(sys_gzry()))); },
         [&](int) {
             staffRecords();
             for (const QVariantList &top : firstLevel()) {
@@ -227,7 +225,7 @@ QVector<Figure> masterFigures()
     const QString prices = "select * from yy_bzdj_b where rtrim(cpbh) = ? collate nocase";
     figures.append(compare(
         "open the products form over 50,000 products, 500,000 prices / bare SQL", 1.5,
-        [](int) { return shown(std::make_unique<yy_cpbj>()); },
+        [](int) { return shown(std::make_unique<RecordForm>(yy_cpbj())); },
         [&](int) {
             BareClient::run("select distinct cplb from yy_bzdj");
             BareClient::run("select distinct jldw from sys_jldw where not jldw is null");
@@ -235,7 +233,7 @@ QVector<Figure> masterFigures()
             BareClient::run(prices, {"NB-00000"});
         }));
 
-    const auto form = shown(std::make_unique<yy_cpbj>());
+    const auto form = shown(std::make_unique<RecordForm>(yy_cpbj()));
     auto *filter = form->findChild<QLineEdit *>("Text1");
     const struct {
         const char *what;
@@ -256,7 +254,7 @@ QVector<Figure> masterFigures()
                 BareClient::run(prices, {"NB-00000"});
             }));
 
-    const auto list = shown(std::make_unique<YY_WXHT>());
+    const auto list = shown(std::make_unique<RecordForm>(YY_WXHT()));
     QHeaderView *head = list->findChild<Grid *>("TDBGrid3")->horizontalHeader();
     figures.append(compare(
         "sort the list of 100,000 contracts by pinyin / bare SQL, sorted by code points", 2,

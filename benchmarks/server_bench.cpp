@@ -3,7 +3,7 @@
 #include "server_bench.h"
 
 #include "common/globals.h"
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "data/mariadb_server.h"
 #include "database/description.h"
 #include "figures.h"
@@ -75,9 +75,9 @@ void meetOthers(const char *state)
 }
 
 // A contract typed into a form of its own, ready for OK.
-std::unique_ptr<YY_WXHT> typedContract(const QString &number, bool isPainted)
+std::unique_ptr<RecordForm> typedContract(const QString &number, bool isPainted)
 {
-    auto form = std::make_unique<YY_WXHT>();
+    auto form = std::make_unique<RecordForm>(YY_WXHT());
     const FormDriver drive(*form);
     auto *lines = drive.find<Grid>("TDBGrid1");
     form->setUpdatesEnabled(isPainted);
@@ -98,7 +98,7 @@ std::unique_ptr<YY_WXHT> typedContract(const QString &number, bool isPainted)
 void saveByForm(int desktop, int first, int count, bool isPainted)
 {
     const ScriptedDialogs dialogs;
-    std::vector<std::unique_ptr<YY_WXHT>> forms;
+    std::vector<std::unique_ptr<RecordForm>> forms;
     for (int contract = first; contract < first + count; ++contract)
         forms.push_back(typedContract(numberOf(desktop, contract), isPainted));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -86,7 +86,7 @@ Grid *LinesPanel::addGrid(const LineGridSpec &spec, QWidget *parent)
         return true;
     });
     for (const DropDownSpec &drop : spec.dropDowns)
-        grid->setDropDown(drop.column, drop.name, [this, &drop] { return m_form.offered({drop.statement}); });
+        grid->setDropDown(drop.column, drop.name, [this, &drop] { return m_form.offered(drop.statement); });
     return grid;
 }
 
@@ -258,8 +258,8 @@ void LinesPanel::tellBad(int row, int column)
         if (shown == columns.cend())
             continue;
         dialogs().message(&m_form,
-                          records().columnKind(column) == ColumnKind::Date ? RecordForm::badDate : RecordForm::badNumber,
-                          RecordForm::systemTitle, MessageIcon::Critical);
+                          records().columnKind(column) == ColumnKind::Date ? RecordForm::badDate() : RecordForm::badNumber(),
+                          RecordForm::systemTitle(), MessageIcon::Critical);
         m_form.showLines();
         grid->setFocus();
         grid->editCell(row, shown->column);
@@ -391,7 +391,7 @@ void LinesPanel::typed(Grid *grid, const QString &column, const QString &text)
         if (search.column != column || (!search.needs.isEmpty() && (!hasLine || inLine(search.needs).isEmpty())))
             continue;
         if (!search.ownColumn.isEmpty() && inLine(search.ownColumn) != m_key.trimmed()) {
-            dialogs().message(&m_form, search.notOwn, RecordForm::systemTitle, MessageIcon::Question);
+            dialogs().message(&m_form, search.notOwn, RecordForm::systemTitle(), MessageIcon::Question);
             return;
         }
         Values values = hasLine ? RecordForm::valuesOf(records()) : Values();

@@ -58,7 +58,8 @@ public:
     // Copies columns of that row into a record set; gives whether there was one. Throws DataError.
     bool copyFirst(const char *statement, const Values &values, const Copies &copies, Recordset &to,
                    bool trimmed = false);
-    QStringList offered(const Offer &offer); // an error of the database is told, and nothing offered
+    // The first column of a statement's rows; an error of the database is told, and nothing offered.
+    QStringList offered(const char *statement);
     // The head's columns as its fields show them, under their names in small letters.
     Values headValues();
     static Values valuesOf(Recordset &set);
@@ -129,6 +130,7 @@ private:
     void stepAfterDelete();
     void find();
     void refill();
+    QStringList firstColumn(const char *statement, const Values &values);
 
     bool missesRequiredField();
     bool storeWaiting(); // gives false when the clerk goes back

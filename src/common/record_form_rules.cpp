@@ -104,31 +104,28 @@ bool RecordForm::copyFirst(const char *statement, const Values &values, const Co
     return row.has_value();
 }
 
-QStringList RecordForm::offered(const Offer &offer)
+QStringList RecordForm::firstColumn(const char *statement, const Values &values)
 {
-    QStringList items = offer.items;
-    if (offer.statement)
-        run(Failure::Report, {[&] {
-                connection()->read(
-                    QString::fromUtf8(offer.statement), {}, [](const QStringList &) {},
-                    [&](const QVariantList &row) {
-                        items.append(row.first().toString());
-                        return true;
-                    });
-            }});
+    QStringList items;
+    connection()->read(
+        QString::fromUtf8(statement), values, [](const QStringList &) {},
+        [&](const QVariantList &row) {
+            items.append(row.first().toString());
+            return true;
+        });
+    return items;
+}
+
+QStringList RecordForm::offered(const char *statement)
+{
+    QStringList items;
+    run(Failure::Report, {[&] { items = firstColumn(statement, {}); }});
     return items;
 }
 
 void RecordForm::offer(const QString &combo, const char *statement)
 {
-    QStringList items;
-    connection()->read(
-        QString::fromUtf8(statement), {}, [](const QStringList &) {},
-        [&](const QVariantList &row) {
-            items.append(row.first().toString());
-            return true;
-        });
-    m_panel->offer(combo, items);
+    m_panel->offer(combo, firstColumn(statement, {}));
 }
 
 // A country typed for the first time is offered from the next record on.
@@ -183,6 +180,7 @@ void RecordForm::fieldChosen(const QString &field)
     const auto take = [&](const PickStep &step) {
         Values values = headValues();
         values.insert("text", text(field).trimmed());
+        const QStringList offers = step.offers.isEmpty() ? QStringList() : firstColumn(step.statement, values);
         const auto rows = connection()->rows(QString::fromUtf8(step.statement), values);
         if (rows.isEmpty() && !step.message.isEmpty())
             dialogs().message(this, step.message, systemTitle(), MessageIcon::Critical);
@@ -191,12 +189,8 @@ void RecordForm::fieldChosen(const QString &field)
             return false;
         if (!rows.isEmpty() && !step.copies.isEmpty())
             copyColumns(rows.first(), records(), step.copies, step.trimmed);
-        if (!step.offers.isEmpty()) {
-            QStringList items;
-            for (const Row &row : rows)
-                items.append(row.at(0).toString());
-            m_panel->offer(step.offers, items);
-        }
+        if (!step.offers.isEmpty())
+            m_panel->offer(step.offers, offers);
         if (step.clear && (step.insert || !rows.isEmpty())) {
             writing.append({step.clear, values});
             clears = true;
@@ -206,7 +200,7 @@ void RecordForm::fieldChosen(const QString &field)
             if (!step.insert)
                 break;
             Values line = values;
-            line.insert(valuesOf(row));
+            line.insert(toValues(row));
             line.insert("i", QString::number(++number));
             writing.append({step.insert, line});
         }

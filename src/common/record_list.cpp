@@ -2,6 +2,7 @@
 
 #include "common/combo_field.h"
 #include "common/dialogs.h"
+#include "common/field_panel.h"
 #include "common/record_form.h"
 
 #include <QDateEdit>
@@ -97,7 +98,7 @@ void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)
         }
         m_form.run(Failure::Report, {[&] {
                        if (const auto found = m_form.firstRow(filter.via, values))
-                           m_form.showStatement(filter.statement, RecordForm::valuesOf(*found));
+                           m_form.showStatement(filter.statement, toValues(*found));
                    }});
     });
 }

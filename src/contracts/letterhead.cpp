@@ -24,7 +24,7 @@ PickSpec companyPick(const QString &combo, bool withMail)
     Copies copies{{"gsmc", "gsmc"}, {"e_gsmc", "e_gsmc"}, {"gsdz", "gsdz"}, {"e_gsdz", "e_gsdz"},
                   {"gs_phone", "gs_phone"}};
     if (withMail)
-        copies.append({"gs_email", "gs_email"});
+        copies += Copies{{"gs_email", "gs_email"}};
     copies += Copies{{"gs_fax", "gs_fax"},       {"fpzt", "fpzt"},           {"logo", "logo"},
                      {"bgbm", "bgbm"},           {"sjzch", "sjzch"},         {"bank_en", "bank_en"},
                      {"bank_code", "bank_code"}, {"bank_name", "bank_name"}, {"swdjh", "swdjh"}};

@@ -64,10 +64,8 @@ void attach(RecordForm &form)
 
 void dropCopied(RecordForm &form)
 {
-    if (!form.isAdding() || !form.property(copying).toBool())
-        return;
-    form.connection()->Execute(dropCopies);
-    form.setProperty(copying, false);
+    if (form.isAdding() && form.property(copying).toBool())
+        form.connection()->Execute(dropCopies);
 }
 
 // Grid and combo boxes are locked before the code is looked at: a refused OK leaves them so, until the next one that is

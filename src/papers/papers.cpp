@@ -1,5 +1,7 @@
 #include "papers/papers.h"
 
+#include "common/globals.h"
+
 #include "common/amount_words.h"
 #include "common/dialogs.h"
 #include "common/number_text.h"
@@ -138,6 +140,19 @@ void showDocument(const QString &name, Connection &connection, const QString &nu
     for (const QString &message : filled.messages)
         dialogs().message(parent, message, QStringLiteral("系统提示"), MessageIcon::Critical);
     filled.report->show(parent);
+}
+
+void printRecord(const QString &name, const QString &number, QWidget *parent, const QString &withoutNumber)
+{
+    if (number.trimmed().isEmpty()) {
+        dialogs().message(parent, withoutNumber, QStringLiteral("系统提示"), MessageIcon::Critical);
+        return;
+    }
+    try {
+        showDocument(name, *gConn, number.trimmed(), parent);
+    } catch (const DataError &error) {
+        dialogs().message(parent, error.text(), {}, MessageIcon::None);
+    }
 }
 
 } // namespace tradewick

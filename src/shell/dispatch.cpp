@@ -21,38 +21,47 @@ template <class Form> QWidget *make(QWidget *mainWindow)
     return new Form(mainWindow);
 }
 
-FormEntry form(RecordFormSpec (*spec)(), Placement placement)
-{
-    return {[spec](QWidget *mainWindow) { return new RecordForm(spec(), mainWindow); }, placement};
-}
-
 const QHash<QString, FormEntry> &forms()
 {
-    static const QHash<QString, FormEntry> entries{
-        {"frmAbout", {make<frmAbout>, Placement::Centre}},
-        {"frmODBCLogon", {make<frmODBCLogon>, Placement::Centre}},
-        {"frmSplash", {make<frmSplash>, Placement::Centre}},
-        {"sys_bzsz", form(sys_bzsz, Placement::FreeArea)},
-        {"sys_QXSZ", form(sys_QXSZ, Placement::FreeArea)},
-        {"YY_WXHT", form(YY_WXHT, Placement::ScreenWidth)},
-        {"Sys_CwGs_ZL", form(Sys_CwGs_ZL, Placement::ScreenWidth)},
-        {"Sys_GKSZ", form(Sys_GKSZ, Placement::FreeArea)},
-        {"sys_JLDW", form(sys_JLDW, Placement::FreeArea)},
-        {"Sys_TcGs_Set", form(Sys_TcGs_Set, Placement::ScreenWidth)},
-        {"sys_bmsz", form(sys_bmsz, Placement::FreeArea)},
-        {"sys_fkfs", form(sys_fkfs, Placement::FreeArea)},
-        {"sys_gssz", form(sys_gssz, Placement::ScreenWidth)},
-        {"sys_gzry", form(sys_gzry, Placement::FreeArea)},
-        {"sys_qysz", form(sys_qysz, Placement::FreeArea)},
-        {"sys_zffs", form(sys_zffs, Placement::FreeArea)},
-        {"YY_GWKH_ZL", form(YY_GWKH_ZL, Placement::FreeArea)},
-        {"yy_GYszl", form(yy_GYszl, Placement::FreeArea)},
-        {"yy_cpbj", form(yy_cpbj, Placement::FreeArea)},
-    };
+    static const QHash<QString, FormEntry> entries = [] {
+        QHash<QString, FormEntry> all{
+            {"frmAbout", {make<frmAbout>, Placement::Centre}},
+            {"frmODBCLogon", {make<frmODBCLogon>, Placement::Centre}},
+            {"frmSplash", {make<frmSplash>, Placement::Centre}},
+        };
+        for (const DeclaredForm &form : declaredForms())
+            all.insert(form.name, {[&form](QWidget *mainWindow) { return new RecordForm(form.spec(), mainWindow); },
+                                   form.placement});
+        return all;
+    }();
     return entries;
 }
 
 } // namespace
+
+const QVector<DeclaredForm> &declaredForms()
+{
+    static const QVector<DeclaredForm> all{
+        {"sys_bzsz", sys_bzsz, Placement::FreeArea},
+        {"sys_QXSZ", sys_QXSZ, Placement::FreeArea},
+        {"YY_WXHT", YY_WXHT, Placement::ScreenWidth},
+        {"Sys_CwGs_ZL", Sys_CwGs_ZL, Placement::ScreenWidth},
+        {"Sys_GKSZ", Sys_GKSZ, Placement::FreeArea},
+        {"sys_JLDW", sys_JLDW, Placement::FreeArea},
+        {"Sys_TcGs_Set", Sys_TcGs_Set, Placement::ScreenWidth},
+        {"sys_bmsz", sys_bmsz, Placement::FreeArea},
+        {"sys_fkfs", sys_fkfs, Placement::FreeArea},
+        {"sys_gssz", sys_gssz, Placement::ScreenWidth},
+        {"sys_gzry", sys_gzry, Placement::FreeArea},
+        {"sys_qysz", sys_qysz, Placement::FreeArea},
+        {"sys_SSDZ", sys_SSDZ, Placement::FreeArea},
+        {"sys_zffs", sys_zffs, Placement::FreeArea},
+        {"YY_GWKH_ZL", YY_GWKH_ZL, Placement::FreeArea},
+        {"yy_GYszl", yy_GYszl, Placement::FreeArea},
+        {"yy_cpbj", yy_cpbj, Placement::FreeArea},
+    };
+    return all;
+}
 
 const FormEntry *formEntry(const QString &form)
 {

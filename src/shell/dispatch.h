@@ -1,7 +1,10 @@
 // The forms that commands open, by their names.
 #pragma once
 
+#include "common/record_form_spec.h"
+
 #include <QString>
+#include <QVector>
 
 #include <functional>
 
@@ -22,6 +25,16 @@ struct FormEntry {
     std::function<QWidget *(QWidget *mainWindow)> make;
     Placement placement = Placement::FreeArea;
 };
+
+// An entry form, which is nothing but its declaration.
+struct DeclaredForm {
+    QString name;
+    RecordFormSpec (*spec)();
+    Placement placement;
+};
+
+// All entry forms; some are opened by others, not by a command.
+const QVector<DeclaredForm> &declaredForms();
 
 // The entry of a form, or nullptr for a name that has none.
 const FormEntry *formEntry(const QString &form);

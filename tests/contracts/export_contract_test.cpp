@@ -1,5 +1,5 @@
 // The export contract by its controls, over demonstration data.
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "reporting/report.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
@@ -22,11 +22,11 @@ class Contract : public testing::Test
 protected:
     TestDatabase database{TestDatabase::Demonstration};
     ScriptedDialogs dialogs;
-    std::unique_ptr<YY_WXHT> form;
+    std::unique_ptr<RecordForm> form;
 
     FormDriver open()
     {
-        form = std::make_unique<YY_WXHT>();
+        form = std::make_unique<RecordForm>(YY_WXHT());
         return FormDriver(*form);
     }
     Grid *lines() { return form->findChild<Grid *>("TDBGrid1"); }

@@ -1,7 +1,7 @@
 // The program is killed while it saves contracts, again and again: a contract is there with all its lines or not at
 // all.
 #include "common/globals.h"
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "support/form_driver.h"
 #include "support/test_database.h"
 
@@ -28,7 +28,7 @@ constexpr int kills = 300, linesOfContract = 3;
 {
     gConnStr = connectionString;
     gConn = Connection::shared(connectionString);
-    YY_WXHT form;
+    RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     auto *lines = drive.find<Grid>("TDBGrid1");
     for (int i = 0;; ++i) {

@@ -1,13 +1,6 @@
 // The code forms of one table: what is common to them all, and the few things in which they differ.
 #include "make_form.h"
-#include "masterdata/currencies.h"
-#include "masterdata/departments.h"
-#include "masterdata/payment_methods.h"
-#include "masterdata/ports.h"
-#include "masterdata/settlement_terms.h"
-#include "masterdata/shipping_companies.h"
-#include "masterdata/trucking_companies.h"
-#include "masterdata/units.h"
+#include "masterdata/masterdata.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -35,14 +28,14 @@ struct CodeForm {
 };
 
 const CodeForm codeForms[] = {
-    {declared<Sys_bzsz>, "sys_bzsz", "bzbh", "bizh", "$0001", "$0002", "$0001", false},
-    {declared<Sys_zffs>, "sys_zffs", "fkbh", "zffs", "F0001", "F0002", "F0001", true},
-    {own<sys_fkfs>, "sys_fkfs", "fkbh", "fkfs", "F0001", "F0002", "F0001", false},
-    {declared<Sys_JLDW>, "sys_jldw", "jlbh", "jldw", "J0001", "J0002", "J0001", true},
-    {declared<Sys_GKSZ>, "sys_gksz", "gkbh", "gkmc", "P0001", "P0002", "P1001", false},
-    {own<Sys_CwGs_ZL>, "sys_cwgs", "gsbh", "gsmc", "P0001", "P0002", "P1001", false},
-    {own<Sys_TcGs_Set>, "sys_tcgs", "gsbh", "gsmc", "P0001", "P0002", "P1001", false},
-    {declared<Sys_bmsz>, "sys_bmsz", "bmbh", "bmmc", "B0001", "B0002", "B1001", true},
+    {made<sys_bzsz>, "sys_bzsz", "bzbh", "bizh", "$0001", "$0002", "$0001", false},
+    {made<sys_zffs>, "sys_zffs", "fkbh", "zffs", "F0001", "F0002", "F0001", true},
+    {made<sys_fkfs>, "sys_fkfs", "fkbh", "fkfs", "F0001", "F0002", "F0001", false},
+    {made<sys_JLDW>, "sys_jldw", "jlbh", "jldw", "J0001", "J0002", "J0001", true},
+    {made<Sys_GKSZ>, "sys_gksz", "gkbh", "gkmc", "P0001", "P0002", "P1001", false},
+    {made<Sys_CwGs_ZL>, "sys_cwgs", "gsbh", "gsmc", "P0001", "P0002", "P1001", false},
+    {made<Sys_TcGs_Set>, "sys_tcgs", "gsbh", "gsmc", "P0001", "P0002", "P1001", false},
+    {made<sys_bmsz>, "sys_bmsz", "bmbh", "bmmc", "B0001", "B0002", "B1001", true},
 };
 
 class CodeForms : public testing::TestWithParam<CodeForm>
@@ -172,7 +165,7 @@ TEST(CarrierLogo, FollowsTheRecordAndChangesOnlyWhileItIsEdited)
         database.connection().Execute(QString("insert into %1(gsbh,gsmc,logo) values('P0002','b','{q}')").arg(table),
                                       values);
     }
-    for (auto make : {own<Sys_CwGs_ZL>, own<Sys_TcGs_Set>}) {
+    for (auto make : {made<Sys_CwGs_ZL>, made<Sys_TcGs_Set>}) {
         const auto form = make();
         const FormDriver drive(*form);
         EXPECT_TRUE(showsPicture(drive));

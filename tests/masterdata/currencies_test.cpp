@@ -1,5 +1,4 @@
 // The code form of currencies, and on it what the engine does for every code form.
-#include "masterdata/currencies.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -28,7 +27,7 @@ protected:
     }
     FormDriver open()
     {
-        form = std::make_unique<RecordForm>(Sys_bzsz);
+        form = std::make_unique<RecordForm>(sys_bzsz());
         return FormDriver(*form);
     }
 };

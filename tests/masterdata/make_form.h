@@ -1,4 +1,4 @@
-// Makes forms for tables of them: those that are a declaration, and those with rules of their own.
+// Makes forms for tables of them.
 #pragma once
 
 #include "common/record_form.h"
@@ -10,13 +10,9 @@ namespace tradewick::test
 
 using MakeForm = std::unique_ptr<RecordForm> (*)();
 
-template <const RecordFormSpec &Spec> std::unique_ptr<RecordForm> declared()
+template <RecordFormSpec (*Spec)()> std::unique_ptr<RecordForm> made()
 {
-    return std::make_unique<RecordForm>(Spec);
-}
-template <class Form> std::unique_ptr<RecordForm> own()
-{
-    return std::make_unique<Form>();
+    return std::make_unique<RecordForm>(Spec());
 }
 
 } // namespace tradewick::test

@@ -1,8 +1,6 @@
 // The sheets and lists of the registers: what the print buttons ask and show, and what stands on the paper.
 #include "make_form.h"
-#include "masterdata/customers.h"
-#include "masterdata/products.h"
-#include "masterdata/suppliers.h"
+#include "masterdata/masterdata.h"
 #include "papers/papers.h"
 #include "reporting/painter.h"
 #include "support/form_driver.h"
@@ -200,11 +198,11 @@ TEST_F(MasterReports, PrintButtonsAskWhichReportIsMeant)
         MakeForm make;
         const char *insert, *refusal, *question, *one, *all;
     } forms[] = {
-        {own<YY_GWKH_ZL>, "insert into yy_gwkh_zl(khbh) values('K1')", "没有当前记录，不能打印！",
+        {made<YY_GWKH_ZL>, "insert into yy_gwkh_zl(khbh) values('K1')", "没有当前记录，不能打印！",
          "是否打印当前客户资料？否则打印全部客户简表。", "YY_KhZl_XX_Rpt", "khzl_rpt"},
-        {own<yy_GYszl>, "insert into yy_gyszl(gfbh) values('K1')", "没有当前记录，不能打印！",
+        {made<yy_GYszl>, "insert into yy_gyszl(gfbh) values('K1')", "没有当前记录，不能打印！",
          "是否打印当前厂家资料？否则打印国内厂家简表。", "Yy_Gys_xxZl", "YY_Gys_JMZL"},
-        {own<yy_cpbj>, "insert into yy_bzdj(cpbh) values('K1')", "没有记录，不能打印！", nullptr, "Sys_Cpzlb_rpt",
+        {made<yy_cpbj>, "insert into yy_bzdj(cpbh) values('K1')", "没有记录，不能打印！", nullptr, "Sys_Cpzlb_rpt",
          "Sys_Cpzlb_rpt"},
     };
     for (const auto &form : forms) {

@@ -1,8 +1,7 @@
 // The registers of domestic suppliers and foreign customers: one behaviour, two tables.
 #include "data/date_text.h"
 #include "make_form.h"
-#include "masterdata/customers.h"
-#include "masterdata/suppliers.h"
+#include "masterdata/masterdata.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -25,8 +24,8 @@ struct Partner {
 };
 
 const Partner partners[] = {
-    {own<yy_GYszl>, "yy_gyszl", "gfbh", "zwmc", "sheng", "客户编号，不能重复，请核对！", "所有名称不能为空", false},
-    {own<YY_GWKH_ZL>, "yy_gwkh_zl", "khbh", "khmc", "gb", "客户编码，不能重复，请核对！", "编号不能为空", true},
+    {made<yy_GYszl>, "yy_gyszl", "gfbh", "zwmc", "sheng", "客户编号，不能重复，请核对！", "所有名称不能为空", false},
+    {made<YY_GWKH_ZL>, "yy_gwkh_zl", "khbh", "khmc", "gb", "客户编码，不能重复，请核对！", "编号不能为空", true},
 };
 
 class Partners : public testing::TestWithParam<Partner>
@@ -240,7 +239,7 @@ TEST(PartnerClerks, AreTheStaffWhoseDutyIsDocuments)
     TestDatabase database;
     database.connection().Execute("insert into sys_gzry(zgbh,name,zhwu) values('1','Li','跟单文员')");
     database.connection().Execute("insert into sys_gzry(zgbh,name,zhwu) values('2','Wu','经理')");
-    for (auto make : {own<yy_GYszl>, own<YY_GWKH_ZL>}) {
+    for (auto make : {made<yy_GYszl>, made<YY_GWKH_ZL>}) {
         const auto form = make();
         auto *clerks = form->findChild<QComboBox *>("Combo1(3)");
         ASSERT_EQ(clerks->count(), 1);

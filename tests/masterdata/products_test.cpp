@@ -1,6 +1,5 @@
 // Products and their price rows.
 #include "common/globals.h"
-#include "masterdata/products.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -37,7 +36,7 @@ protected:
     }
     FormDriver open()
     {
-        form = std::make_unique<yy_cpbj>();
+        form = std::make_unique<RecordForm>(yy_cpbj());
         return FormDriver(*form);
     }
     static QString cell(const Grid &grid, int row, const QString &column)
@@ -50,7 +49,7 @@ protected:
 
     TestDatabase database;
     ScriptedDialogs dialogs;
-    std::unique_ptr<yy_cpbj> form;
+    std::unique_ptr<RecordForm> form;
 };
 
 } // namespace

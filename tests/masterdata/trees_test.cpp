@@ -1,9 +1,5 @@
 // The forms with a tree beside the record: departments, staff, regions, delivery addresses.
-#include "masterdata/company_registration.h"
-#include "masterdata/delivery_addresses.h"
-#include "masterdata/departments.h"
-#include "masterdata/regions.h"
-#include "masterdata/staff.h"
+#include "masterdata/masterdata.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -140,7 +136,7 @@ TEST_F(Trees, StaffHangUnderTheirDepartmentByItsKey)
     department("B0001", "Renamed", "无");
     department("B0002", "Export", "Renamed");
     run("insert into sys_gzry(bmmc,bmbh,zgbh,name,zhwu) values('Old name','B0001','001','Li','单证员')");
-    sys_gzry form;
+    RecordForm form(sys_gzry());
     const FormDriver drive(form);
     auto &tree = *drive.find<QTreeView>("TreeView1");
     EXPECT_EQ(tree.model()->index(0, 0).data(), "部门图示");
@@ -189,7 +185,7 @@ TEST_F(Trees, BoxesAndTreeAreReachedByKeys)
     EXPECT_EQ(drive.text("Text(2)"), "First");
     drive.click("Cmdcancel");
 
-    sys_gzry staff;
+    RecordForm staff(sys_gzry());
     const FormDriver keys(staff);
     keys.control("TDBGrid3")->setFocus();
     keys.press("TDBGrid3", Qt::Key_Backtab);
@@ -211,7 +207,7 @@ TEST_F(Trees, ALargeCompanyOpensWithoutAWait)
     });
     QElapsedTimer timer;
     timer.start();
-    sys_gzry staff;
+    RecordForm staff(sys_gzry());
     const FormDriver drive(staff);
     const qint64 elapsed = timer.elapsed();
     RecordProperty("milliseconds", static_cast<int>(elapsed));
@@ -225,7 +221,7 @@ TEST_F(Trees, RegionsStandInThreeLevelsAndCitiesFollowTheRegionsNameAlone)
 {
     for (const char *row : {"'CN','North','Beijing'", "'US','North','Fargo'", "'US','South','Dallas'"})
         run(QString("insert into sys_qysz(sheng,shi,zheng) values(%1)").arg(row));
-    sys_qysz form;
+    RecordForm form(sys_qysz());
     const FormDriver drive(form);
     auto &tree = *drive.find<QTreeView>("TreeView1");
     EXPECT_EQ(tree.model()->index(0, 0).data(), "区域图示");
@@ -260,12 +256,12 @@ TEST_F(Trees, RegionsStandInThreeLevelsAndCitiesFollowTheRegionsNameAlone)
 TEST_F(Trees, AddressesAreReachedFromTheRegionsAndNumberedFromTheirLastRow)
 {
     run("insert into sys_ssdz(dzbh,sslb,ssdz) values('S0007','收货','Dock 1')");
-    sys_qysz regions;
+    RecordForm regions(sys_qysz());
     FormDriver(regions).click("Cmd_ssdz");
-    auto *form = regions.findChild<sys_SSDZ *>();
+    auto *form = regions.findChild<RecordForm *>("sys_SSDZ");
     ASSERT_NE(form, nullptr);
     FormDriver(regions).click("Cmd_ssdz");
-    EXPECT_EQ(regions.findChildren<sys_SSDZ *>().size(), 1);
+    EXPECT_EQ(regions.findChildren<RecordForm *>("sys_SSDZ").size(), 1);
     const FormDriver drive(*form);
     auto &tree = *drive.find<QTreeView>("TreeView1");
     EXPECT_EQ(tree.model()->index(0, 0).data(), "收送地址");
@@ -286,7 +282,7 @@ TEST_F(Trees, AddressesAreReachedFromTheRegionsAndNumberedFromTheirLastRow)
     EXPECT_EQ(drive.text("Text(0)"), "S0008");
     // The tail is of three digits and wraps.
     run("update sys_ssdz set dzbh='S1000' where dzbh='S0008'");
-    sys_SSDZ later;
+    RecordForm later(sys_SSDZ());
     const FormDriver driveLater(later);
     driveLater.click("Cmdadd");
     EXPECT_EQ(driveLater.text("Text(0)"), "S0001");
@@ -296,7 +292,7 @@ TEST_F(Trees, TheCompanysLogoIsChosenByAClickAndEmptiedForGood)
 {
     const QTemporaryDir folder;
     run("insert into sys_gsmc(gsbh,gsmc,e_gsmc) values('1','公司','Company')");
-    sys_gssz form;
+    RecordForm form(sys_gssz());
     const FormDriver drive(form);
     const auto groupOf = [&](const char *name) {
         const auto *group = qobject_cast<QGroupBox *>(drive.control(name)->parentWidget());

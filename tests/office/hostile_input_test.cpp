@@ -1,11 +1,9 @@
 // Text that would be a statement if it were ever read as one, typed into every field of every form: it is stored and
 // found again to the character, and nothing else in the database moves.
 #include "common/record_form.h"
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "database/description.h"
-#include "masterdata/customers.h"
-#include "masterdata/delivery_addresses.h"
-#include "masterdata/products.h"
+#include "masterdata/masterdata.h"
 #include "papers/papers.h"
 #include "shell/commands.h"
 #include "shell/connection_settings.h"
@@ -65,7 +63,7 @@ QVector<FormName> formNames()
 std::unique_ptr<QWidget> make(const QString &form)
 {
     if (form == "sys_SSDZ")
-        return std::make_unique<sys_SSDZ>();
+        return std::make_unique<RecordForm>(sys_SSDZ());
     return std::unique_ptr<QWidget>(formEntry(form)->make(nullptr));
 }
 
@@ -370,7 +368,7 @@ TEST(HostileChoices, AreTakenOverToTheCharacter)
             database.connection().Execute(statement, values);
         const auto count = [&](const char *statement) { return database.value(statement, values).toInt(); };
         {
-            YY_WXHT contracts;
+            RecordForm contracts(YY_WXHT());
             const FormDriver drive(contracts);
             drive.click("Cmdadd");
             for (const char *combo : {"Combo1(0)", "Combo1(1)"}) {
@@ -386,7 +384,7 @@ TEST(HostileChoices, AreTakenOverToTheCharacter)
                       1);
             EXPECT_EQ(drive.find<Grid>("TDBGrid1")->model()->rowCount(), 1);
         }
-        yy_cpbj products;
+        RecordForm products(yy_cpbj());
         const FormDriver drive(products);
         drive.type("Text1", text);
         drive.click("CMd_LC");
@@ -400,7 +398,7 @@ TEST(HostileChoices, AreTakenOverToTheCharacter)
         drive.click("CmdOK");
         EXPECT_EQ(count("select count(*) from yy_bzdj_b where cpbh='{copy}' and khbh='{t}' and khmc='{t}'"), 1);
 
-        YY_GWKH_ZL customers;
+        RecordForm customers(YY_GWKH_ZL());
         const FormDriver clerk(customers);
         clerk.type("Text2", text);
         clerk.click("Cmdedit");
@@ -441,7 +439,7 @@ TEST(HostileLogin, OpensToItsOwnNameAndPasswordAlone)
     EXPECT_EQ(contentOf(database), before);
     const QString &name = hostile[0], &password = hostile[2];
     {
-        sys_QXSZ users;
+        RecordForm users(sys_QXSZ());
         const FormDriver clerk(users);
         clerk.click("Cmdadd");
         clerk.type("Text1(0)", name);

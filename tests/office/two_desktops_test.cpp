@@ -1,9 +1,7 @@
 // Two desktops at one database: what one stored meanwhile is never overwritten unasked, in any form, and nothing that
 // was typed is lost.
-#include "contracts/export_contract.h"
-#include "masterdata/currencies.h"
-#include "masterdata/customers.h"
-#include "masterdata/products.h"
+#include "contracts/contracts.h"
+#include "masterdata/masterdata.h"
 #include "shell/users.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
@@ -53,10 +51,10 @@ TEST_F(TwoDesktops, EveryFormAsksBeforeItWritesOverAnother)
         std::function<std::unique_ptr<RecordForm>()> open;
         QString table, key, control, typed, changed; // the columns that this and the other desktop change
     } cases[] = {
-        {[] { return std::make_unique<RecordForm>(Sys_bzsz); }, "sys_bzsz", "bzbh", "Text(2)", "bzcode", "bizh"},
-        {[] { return std::make_unique<YY_GWKH_ZL>(); }, "yy_gwkh_zl", "khbh", "Text1(9)", "ywmc", "khmc"},
-        {[] { return std::make_unique<yy_cpbj>(); }, "yy_bzdj", "cpbh", "Text(3)", "beizhu", "bacp"},
-        {[] { return std::make_unique<YY_WXHT>(); }, "yy_gw_wxht_h", "htbh", "Text1(1)", "gb", "qydz"},
+        {[] { return std::make_unique<RecordForm>(sys_bzsz()); }, "sys_bzsz", "bzbh", "Text(2)", "bzcode", "bizh"},
+        {[] { return std::make_unique<RecordForm>(YY_GWKH_ZL()); }, "yy_gwkh_zl", "khbh", "Text1(9)", "ywmc", "khmc"},
+        {[] { return std::make_unique<RecordForm>(yy_cpbj()); }, "yy_bzdj", "cpbh", "Text(3)", "beizhu", "bacp"},
+        {[] { return std::make_unique<RecordForm>(YY_WXHT()); }, "yy_gw_wxht_h", "htbh", "Text1(1)", "gb", "qydz"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.table.toStdString());
@@ -102,7 +100,7 @@ TEST_F(TwoDesktops, EveryFormAsksBeforeItWritesOverAnother)
 TEST_F(TwoDesktops, TheUserTakesTheirsOrTheOwn)
 {
     for (const bool own : {false, true}) {
-        RecordForm form(Sys_bzsz);
+        RecordForm form(sys_bzsz());
         const FormDriver drive(form);
         const QString key = form.records().Fields("bzbh").text();
         drive.click("Cmdedit");
@@ -126,7 +124,7 @@ TEST_F(TwoDesktops, ComparesToTheLetter)
 {
     for (const auto &[theirs, asks] : {std::pair("aB", true), {"ab ", true}, {"MINE", false}}) {
         database.elsewhere("update sys_bzsz set bzcode='ab'");
-        RecordForm form(Sys_bzsz);
+        RecordForm form(sys_bzsz());
         const FormDriver drive(form);
         drive.click("Cmdedit");
         drive.type("Text(2)", "MINE");
@@ -139,7 +137,7 @@ TEST_F(TwoDesktops, ComparesToTheLetter)
 
 TEST_F(TwoDesktops, LinesOfADocumentAreAskedForToo)
 {
-    YY_WXHT form;
+    RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     auto *lines = drive.find<Grid>("TDBGrid1");
     drive.click("Cmdedit");
@@ -167,7 +165,7 @@ TEST_F(TwoDesktops, LinesOfADocumentAreAskedForToo)
 TEST_F(TwoDesktops, ADeletedDocumentIsStoredAnewOrGivenUp)
 {
     for (const bool own : {true, false}) {
-        YY_WXHT form;
+        RecordForm form(YY_WXHT());
         const FormDriver drive(form);
         const QString contract = form.records().Fields("htbh").text();
         const qsizetype before = contractLine("beizhu", contract).size();
@@ -193,7 +191,7 @@ TEST_F(TwoDesktops, DeletingWhatAnotherChangedIsAskedAgain)
 {
     database.elsewhere("insert into qb_pass(name,pass) values('新人','1')");
     for (const bool own : {false, true}) {
-        sys_QXSZ form(nullptr);
+        RecordForm form(sys_QXSZ());
         const FormDriver drive(form);
         drive.click("cmdxq"); // not the last, which any move would stay on
         const QString name = form.records().Fields("name").text();
@@ -212,7 +210,7 @@ TEST_F(TwoDesktops, DeletingWhatAnotherChangedIsAskedAgain)
 TEST_F(TwoDesktops, LinesTypedUnderAnotherContractsNumberLeaveItAlone)
 {
     const QStringList before = contractLine("beizhu");
-    YY_WXHT form;
+    RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     auto *lines = drive.find<Grid>("TDBGrid1");
     drive.click("Cmdadd");

@@ -1,10 +1,9 @@
 // A MariaDB server of one's own: who may answer, links that break, answers that are hostile.
 #include "common/globals.h"
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "data/mariadb_server.h"
 #include "database/description.h"
-#include "masterdata/currencies.h"
-#include "masterdata/ports.h"
+#include "masterdata/masterdata.h"
 #include "support/cutting_proxy.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
@@ -211,7 +210,7 @@ TEST(Guard, ClosesWhatIsNotGuarded)
 
 TEST_F(BrokenLink, AServerThatStartedAnewIsNotEvenNoticed)
 {
-    YY_WXHT form;
+    RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     for (int i = 0; i < 3; ++i) {
         server.kill();
@@ -236,7 +235,7 @@ TEST_F(BrokenLink, AServerThatStartedAnewIsNotEvenNoticed)
 // end the program, and no field shows what is another record's.
 TEST_F(BrokenLink, MovingWithoutAServerEndsNothing)
 {
-    YY_WXHT form;
+    RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     server.kill();
     drive.click("cmdmd");
@@ -258,7 +257,7 @@ TEST_F(BrokenLink, MovingWithoutAServerEndsNothing)
 // Forms that report and forms that skip errors: both say it, keep what was typed, and save it later.
 TEST_F(BrokenLink, ASaveWithoutAServerKeepsWhatWasTyped)
 {
-    RecordForm form(Sys_bzsz);
+    RecordForm form(sys_bzsz());
     const FormDriver drive(form);
     drive.click("Cmdadd");
     drive.type("Text(0)", "NEW");
@@ -280,7 +279,7 @@ TEST_F(BrokenLink, ASaveWithoutAServerKeepsWhatWasTyped)
 // The server stored it, its answer was lost: saving again must not store it twice.
 TEST_F(BrokenLink, AnUnansweredCommitIsNotRepeated)
 {
-    YY_WXHT form;
+    RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     auto *lines = drive.find<Grid>("TDBGrid1");
     for (const bool isNew : {true, false}) {
@@ -308,7 +307,7 @@ TEST_F(BrokenLink, AnUnansweredCommitIsNotRepeated)
 // Cut anywhere, in the middle of a row too: a message or nothing, never half a contract and never an end.
 TEST_F(BrokenLink, CutAnywhereStoresAllOrNothing)
 {
-    YY_WXHT form;
+    RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     auto *lines = drive.find<Grid>("TDBGrid1");
     int cuts = 0, saved = 0;

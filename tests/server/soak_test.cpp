@@ -1,7 +1,7 @@
 // An office at work: eight desktops save contracts and count verification returns on one server, which is killed in the
 // middle and started again. What was reported as saved is there, whole, once; what was refused stays on its screen.
 #include "common/globals.h"
-#include "contracts/export_contract.h"
+#include "contracts/contracts.h"
 #include "database/description.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
@@ -46,7 +46,7 @@ public:
 
     void work()
     {
-        YY_WXHT form;
+        RecordForm form(YY_WXHT());
         const FormDriver drive(form);
         auto *lines = drive.find<Grid>("TDBGrid1");
         QElapsedTimer clock;

@@ -21,7 +21,7 @@ class Users : public testing::Test
 protected:
     TestDatabase database;
     ScriptedDialogs dialogs;
-    std::unique_ptr<sys_QXSZ> form;
+    std::unique_ptr<RecordForm> form;
 
     void SetUp() override
     {
@@ -31,7 +31,7 @@ protected:
     }
     FormDriver open()
     {
-        form = std::make_unique<sys_QXSZ>();
+        form = std::make_unique<RecordForm>(sys_QXSZ());
         return FormDriver(*form);
     }
 };

@@ -1,0 +1,89 @@
+// One entry form, by its declaration, over an empty database or the demonstration.
+#pragma once
+
+#include "common/record_form.h"
+#include "shell/dispatch.h"
+#include "support/form_driver.h"
+#include "support/scripted_dialogs.h"
+#include "support/test_database.h"
+
+namespace tradewick
+{
+
+inline void PrintTo(const DeclaredForm &form, std::ostream *out)
+{
+    *out << form.name.toStdString();
+}
+
+namespace test
+{
+
+class EveryForm : public testing::TestWithParam<DeclaredForm>
+{
+protected:
+    explicit EveryForm(TestDatabase::Content content = TestDatabase::Empty) : database(content)
+    {
+        for (const PageSpec &page : spec.pages)
+            fields += page.fields;
+    }
+
+    FormDriver open()
+    {
+        form = std::make_unique<RecordForm>(spec);
+        return FormDriver(*form);
+    }
+    const QString &key() const { return fields.first().name; }
+    // A field beside the key that takes any text.
+    const FieldSpec &nameField() const
+    {
+        for (const FieldSpec &field : fields)
+            if (field.name != key() && field.type.kind == FieldKind::Text && !field.hidden &&
+                kindOf(field) == ColumnKind::Text)
+                return field;
+        return fields.first();
+    }
+    const QString &name() const { return nameField().name; }
+    const QString &nameColumn() const { return nameField().column; }
+    ColumnKind kindOf(const FieldSpec &field) const
+    {
+        return database.connection().kindsOf(table).value(field.column.toLower(), ColumnKind::Unknown);
+    }
+    static bool isTyped(const FieldSpec &field)
+    {
+        return !field.column.isEmpty() && !field.hidden && field.type.kind != FieldKind::Check;
+    }
+
+    // One row with this text in key and name, and in whatever the list is ordered by.
+    void insert(const QString &text)
+    {
+        database.connection().Execute("insert into " + table + "(" + fields.first().column + "," + nameColumn() +
+                                          ") values('{t}','{t}')",
+                                      {{"t", text}});
+    }
+    int count() { return database.count(table); }
+    int count(const QString &column, const QString &value)
+    {
+        return database.value("select count(*) from " + table + " where " + column + "='{v}'", {{"v", value}}).toInt();
+    }
+
+    // What the form has to have said of an error of the database; forgets it.
+    void expectTold(Failure error, const QString &text)
+    {
+        ASSERT_EQ(dialogs.shown.size(), error == Failure::Report ? 1 : 0);
+        for (const Shown &told : std::exchange(dialogs.shown, {})) {
+            EXPECT_TRUE(told.text.contains(text, Qt::CaseInsensitive)) << told.text.toStdString();
+            EXPECT_EQ(told, (Shown{told.text, "", MessageIcon::None}));
+        }
+    }
+
+    mutable TestDatabase database;
+    ScriptedDialogs dialogs;
+    const RecordFormSpec spec = GetParam().spec();
+    const QString table = plainTableOf(spec.statement).toLower();
+    QVector<FieldSpec> fields;
+    std::unique_ptr<RecordForm> form;
+};
+
+} // namespace test
+
+} // namespace tradewick
