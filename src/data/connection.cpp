@@ -413,6 +413,7 @@ void Connection::transaction(const std::function<void()> &work)
             throw errorOf(m_database.lastError());
     });
     m_depth = 1;
+    ++m_transaction;
     std::vector<std::function<void()>> actions;
     try {
         work();

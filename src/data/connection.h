@@ -94,6 +94,8 @@ public:
     // Runs `work` as one transaction: all of it is stored, or, when it throws, nothing. Inside another transaction it
     // joins that one.
     void transaction(const std::function<void()> &work);
+    // The running transaction's number, another for each that this connection runs; 0 outside of one.
+    qint64 runningTransaction() const { return m_depth > 0 ? m_transaction : 0; }
     // Calls `action` when the running transaction is stored, never when it is undone; at once outside of one.
     void onCommit(std::function<void()> action);
 
@@ -143,6 +145,7 @@ private:
     bool m_isLost = false; // the link broke since
     Engine m_engine = Engine::Sqlite;
     int m_depth = 0; // of transactions
+    qint64 m_transaction = 0;
     std::vector<std::function<void()>> m_onCommit;
     QHash<QString, Table> m_tables;
     QHash<QString, QString> m_uniqueColumns; // by table

@@ -9,20 +9,6 @@
 namespace tradewick
 {
 
-namespace
-{
-
-constexpr qsizetype toldOneByOne = 20;
-
-} // namespace
-
-ConflictError::ConflictError(Conflict conflict)
-    : DataError(changedSinceRead,
-                QStringLiteral("该记录在读取之后已被其他用户修改或删除，没有覆盖；所录入的内容仍然保留。")),
-      m_conflict(std::move(conflict))
-{
-}
-
 QVariant Field::value() const
 {
     return m_set.valueAt(m_set.m_position, m_column);
@@ -44,7 +30,7 @@ Recordset::~Recordset() = default;
 
 void Recordset::Open(const QString &statement, const Values &values, const std::shared_ptr<Connection> &connection)
 {
-    auto read = std::make_unique<RecordsetRows>();
+    auto read = std::make_shared<RecordsetRows>();
     const RecordsetRows nothing, &before = m_connection == connection ? *m_impl : nothing;
     m_connection = connection;
     try {
@@ -54,31 +40,55 @@ void Recordset::Open(const QString &statement, const Values &values, const std::
         Close();
         throw;
     }
-    m_afterDelete = false;
     const int first = read->keys.isEmpty() ? -1 : 0;
-    if (read->holdsRowsOf(*m_impl)) {
-        m_impl.swap(read);
-        for (int at = 0; at < RecordCount(); ++at)
-            if (m_impl->rows[m_impl->keys[at]] != read->rows[m_impl->keys[at]])
-                Q_EMIT valueChanged(at, -1);
-        m_position = first;
-    } else {
-        Q_EMIT aboutToReset();
-        m_impl = std::move(read);
-        m_position = first;
-        Q_EMIT reset();
+    if (!read->holdsRowsOf(*m_impl)) {
+        replace(std::move(read), first);
+        return;
     }
+    m_impl.swap(read);
+    m_impl->shownBy = this;
+    for (int at = 0; at < RecordCount(); ++at)
+        if (m_impl->rows[m_impl->keys[at]] != read->rows[m_impl->keys[at]])
+            Q_EMIT valueChanged(at, -1);
+    m_afterDelete = false;
+    m_position = first;
     Q_EMIT currentChanged();
 }
 
 void Recordset::Close()
 {
+    replace(std::make_shared<RecordsetRows>(), -1);
+}
+
+void Recordset::replace(std::shared_ptr<RecordsetRows> rows, int position)
+{
+    const bool othersWait = hasPendingChanges() || !rows->pending.isEmpty();
     Q_EMIT aboutToReset();
-    m_impl = std::make_unique<RecordsetRows>();
-    m_position = -1;
+    m_impl = std::move(rows);
+    m_impl->shownBy = this;
+    m_position = position;
     m_afterDelete = false;
     Q_EMIT reset();
     Q_EMIT currentChanged();
+    if (othersWait)
+        Q_EMIT waitingChanged();
+}
+
+std::unique_ptr<Recordset> Recordset::putAside()
+{
+    auto aside = std::make_unique<Recordset>();
+    aside->m_connection = m_connection;
+    const std::shared_ptr<RecordsetRows> rows = m_impl;
+    const int position = m_position;
+    Close();
+    aside->replace(rows, position);
+    return aside;
+}
+
+void Recordset::takeBack(std::unique_ptr<Recordset> aside)
+{
+    m_connection = aside->m_connection;
+    replace(aside->m_impl, aside->m_position);
 }
 
 bool Recordset::isOpen() const
@@ -93,7 +103,7 @@ int Recordset::RecordCount() const
 
 bool Recordset::BOF() const
 {
-    return m_position < 0;
+    return m_position < 0 || RecordCount() == 0;
 }
 
 bool Recordset::EOF_() const
@@ -177,8 +187,11 @@ void Recordset::setValueAt(int row, int column, const QVariant &value)
         throw DataError(3021, QStringLiteral("没有当前记录"));
     if (m_impl->table.isEmpty())
         throw DataError(3251, QStringLiteral("该记录集不能修改"));
+    const bool waited = isWaiting(row);
     m_impl->pendingRow(*m_connection, row).values[column] = value;
     Q_EMIT valueChanged(row, column);
+    if (!waited)
+        Q_EMIT waitingChanged();
 }
 
 QString Recordset::text(const QVariant &value, ColumnKind kind)
@@ -202,11 +215,12 @@ void Recordset::AddNew()
     Q_EMIT rowAboutToBeInserted(row);
     const qint64 key = m_impl->nextTemporaryKey--;
     m_impl->keys.append(key);
-    m_impl->pending.insert(key, {QVariantList(m_impl->columns.size()), {}, true, 0});
+    m_impl->pending.insert(key, {QVariantList(m_impl->columns.size()), {}, true});
     Q_EMIT rowInserted(row);
     m_afterDelete = false;
     m_position = row;
     Q_EMIT currentChanged();
+    Q_EMIT waitingChanged();
 }
 
 void Recordset::Delete()
@@ -225,50 +239,12 @@ void Recordset::Delete()
 void Recordset::removeRow(int row)
 {
     Q_EMIT rowAboutToBeRemoved(row);
-    m_impl->pending.remove(m_impl->keys[row]);
-    m_impl->keys.removeAt(row);
+    const qint64 key = m_impl->keys.takeAt(row);
+    const bool waited = m_impl->pending.remove(key);
+    m_impl->rows.remove(key);
     Q_EMIT rowRemoved(row);
-}
-
-void Recordset::UpdateBatch()
-{
-    RecordsetRows &set = *m_impl;
-    if (set.pending.isEmpty())
-        return;
-    QHash<qint64, qint64> storedKeys;
-    m_connection->transaction([&] {
-        const QVector<int> waiting = set.waiting();
-        for (const int at : waiting) {
-            const qint64 key = set.keys[at];
-            if (set.pending[key].isNew)
-                storedKeys.insert(key, set.storeNew(*m_connection, key));
-            else
-                set.storeChanged(*m_connection, this, key);
-        }
-        m_connection->onCommit([this, storedKeys] {
-            QVector<int> changed;
-            const QVector<int> stored = m_impl->waiting();
-            for (const int at : stored) {
-                qint64 &key = m_impl->keys[at];
-                const RecordsetRows::Pending row = m_impl->pending.take(key);
-                if (!m_impl->looksAlike(row.values, row.written))
-                    changed.append(at);
-                m_impl->rows.remove(key);
-                if (!m_impl->identity.isEmpty()) {
-                    key = storedKeys.value(key, key);
-                    m_impl->asWritten.insert(key);
-                }
-                m_impl->rows.insert(key, row.written);
-            }
-            if (changed.isEmpty())
-                Q_EMIT storedAsShown();
-            // Views look at one row more quickly than at all.
-            if (changed.size() > toldOneByOne)
-                changed = {-1};
-            for (const int at : std::as_const(changed))
-                Q_EMIT valueChanged(at, -1);
-        });
-    });
+    if (waited)
+        Q_EMIT waitingChanged();
 }
 
 void Recordset::requireCurrent()
@@ -296,93 +272,6 @@ void Recordset::Resync()
         return;
     m_impl->rows.insert(key, now);
     Q_EMIT valueChanged(m_position, -1);
-}
-
-void Recordset::resolve(const Conflict &conflict, const std::optional<QVariantList> &values)
-{
-    const auto row = static_cast<int>(m_impl->keys.indexOf(conflict.key));
-    if (row < 0)
-        return;
-    m_impl->pending.remove(conflict.key);
-    m_impl->rows.remove(conflict.key);
-    if (conflict.now.isEmpty() && !values) {
-        removeRow(row);
-        m_position = std::min(m_position, RecordCount() - 1);
-    } else if (conflict.now.isEmpty()) {
-        const qint64 key = m_impl->nextTemporaryKey--;
-        m_impl->keys[row] = key;
-        m_impl->pending.insert(key, {*values, {}, true, 0});
-    } else {
-        m_impl->rows.insert(conflict.key, conflict.now);
-        if (values)
-            m_impl->pending.insert(conflict.key, {*values, conflict.now, false, 0});
-    }
-    Q_EMIT valueChanged(-1, -1);
-    Q_EMIT currentChanged();
-}
-
-void Recordset::CancelUpdate()
-{
-    if (m_position < 0 || EOF_())
-        return;
-    const qint64 key = m_impl->keys[m_position];
-    const auto pending = m_impl->pending.constFind(key);
-    if (pending == m_impl->pending.constEnd())
-        return;
-    if (!pending->isNew) {
-        m_impl->pending.remove(key);
-        Q_EMIT valueChanged(m_position, -1);
-    } else {
-        const int row = m_position;
-        removeRow(row);
-        m_position = std::min(row, RecordCount() - 1);
-    }
-    Q_EMIT currentChanged();
-}
-
-void Recordset::renewGone()
-{
-    RecordsetRows &set = *m_impl;
-    for (qint64 &key : set.keys) {
-        const auto read = set.rows.constFind(key);
-        if (read == set.rows.constEnd() || set.identity.isEmpty() || !set.now(*m_connection, key).isEmpty())
-            continue;
-        const QVariantList values = set.pending.contains(key) ? set.pending.take(key).values : *read;
-        key = set.nextTemporaryKey--;
-        set.pending.insert(key, {values, {}, true, 0});
-    }
-    Q_EMIT valueChanged(-1, -1);
-}
-
-void Recordset::takeOver(int column, const QVariant &value)
-{
-    for (int row = RecordCount() - 1; row >= 0; --row) {
-        qint64 &key = m_impl->keys[row];
-        if (!m_impl->pending.contains(key)) {
-            removeRow(row);
-            continue;
-        }
-        const RecordsetRows::Pending &waiting = m_impl->pending[key];
-        if (!waiting.isNew && waiting.original[column].toString().isEmpty())
-            continue;
-        QVariantList values = m_impl->pending.take(key).values;
-        values[column] = value;
-        key = m_impl->nextTemporaryKey--;
-        m_impl->pending.insert(key, {values, {}, true, 0});
-    }
-    m_position = std::min(m_position, RecordCount() - 1);
-    Q_EMIT valueChanged(-1, -1);
-    Q_EMIT currentChanged();
-}
-
-bool Recordset::hasPendingChanges() const
-{
-    return !m_impl->pending.isEmpty();
-}
-
-bool Recordset::isNew(int row) const
-{
-    return m_impl->pending.value(m_impl->keys.value(row)).isNew;
 }
 
 void Recordset::Find(const QString &column, const QVariant &value)

@@ -96,9 +96,13 @@ public:
     // already, is just dropped. The next row takes its place, and MoveNext steps onto that one. Behind the last row EOF
     // is true. Throws ConflictError when another desktop changed the row since it was read.
     void Delete();
-    // Stores all waiting rows in one transaction, all or none. Throws DataError when the database refuses one,
-    // ConflictError when another desktop changed or deleted one since it was read; the rows then go on waiting.
+    // Stores all waiting rows in one transaction, all or none. Throws DataError, whose row() it is, when the database
+    // refuses one or a value is none of its column's kind, ConflictError when another desktop changed or deleted one
+    // since it was read; the rows then go on waiting. Inside a running transaction several such calls may follow each
+    // other: what one of them sent is sent again only where it was changed since, and waits until all is stored.
     void UpdateBatch();
+    // The same for one row by its position; one that does not wait stays as it is. Throws DataError for no row.
+    void UpdateRow(int row);
     // Throws ConflictError when the current row, stored and not changed here, is no more in the database: lines must
     // not be stored for it. Keeps it there until the running transaction ends.
     void requireCurrent();
@@ -108,9 +112,27 @@ public:
     // over it; for a row that is no more they are stored as a new one. Without values the row is as it stands now, or
     // gone.
     void resolve(const Conflict &conflict, const std::optional<QVariantList> &values);
-    // Drops the waiting new or changed current row.
+    // Drops the waiting new or changed current row, or that of another position; the current record stays the current
+    // one. Nothing happens where no row waits.
     void CancelUpdate();
+    void CancelUpdate(int row);
     bool hasPendingChanges() const;
+    // Positions of the rows that wait to be stored, in their order, and whether a row is one of them.
+    QVector<int> waitingRows() const;
+    bool isWaiting(int row) const;
+
+    // What a row is told by as long as the set is open, wherever it stands: negative until it is stored (and, where
+    // the engine has no identities, ever after); keyChanged tells when it becomes another. 0 for a position without a
+    // row, and -1 for a key without one.
+    qint64 keyAt(int row) const;
+    int rowOfKey(qint64 key) const;
+
+    // Gives a set that no view shows with all of this one's rows, those that wait included, its statement, values and
+    // position; this one is closed. There the rows can go on waiting, or be stored, while this one shows others.
+    std::unique_ptr<Recordset> putAside();
+    // The reverse: shows the rows of a set that was put aside, as if opened anew, but at that set's position. What
+    // waits here is dropped.
+    void takeBack(std::unique_ptr<Recordset> aside);
 
     // Searches forwards from the current row, that one included, for a row whose column equals the value by the rules
     // of comparison; EOF is true when there is none.
@@ -141,7 +163,9 @@ Q_SIGNALS:
     void reset();          // other rows: opened, closed
     void currentChanged(); // the position moved, or the row under it is another
     void valueChanged(int row, int column);
-    void storedAsShown(); // waiting rows are in the database, where each looks as it was typed
+    void storedAsShown();                       // waiting rows are in the database, where each looks as it was typed
+    void waitingChanged();                      // other rows wait to be stored than before
+    void keyChanged(qint64 before, qint64 now); // the row bears another key
     void rowAboutToBeInserted(int row);
     void rowInserted(int row);
     void rowAboutToBeRemoved(int row);
@@ -149,9 +173,14 @@ Q_SIGNALS:
 
 private:
     friend class Field;
+    void replace(std::shared_ptr<RecordsetRows> rows, int position);
     void removeRow(int row);
+    void dropRow(int row);
+    void renew(int row, QVariantList values);
+    void store(const QVector<int> &positions);
+    void settle(qint64 transaction);
 
-    std::unique_ptr<RecordsetRows> m_impl;
+    std::shared_ptr<RecordsetRows> m_impl; // never null
     std::shared_ptr<Connection> m_connection;
     int m_position = -1;
     bool m_afterDelete = false; // MoveNext from a removed row steps onto the one that took its place

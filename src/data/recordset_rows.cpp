@@ -1,6 +1,8 @@
 #include "data/recordset_rows.h"
 
 #include "data/date_text.h"
+#include "data/number_of.h"
+#include "data/sql_error.h"
 
 #include <algorithm>
 
@@ -14,8 +16,9 @@ namespace
 constexpr int rowsAtOnce = 64;
 constexpr int rowsKept = 1024;
 
-// A value as its column stores it; what no form of the column's kind fits goes to the database, which refuses it.
-QVariant stored(const QVariant &value, ColumnKind kind)
+// A value as its column stores it. Throws DataError, which names the column, for a text that is no number or date where
+// the column takes one.
+QVariant stored(const QVariant &value, ColumnKind kind, const QString &column)
 {
     if (value.isNull())
         return {};
@@ -27,13 +30,15 @@ QVariant stored(const QVariant &value, ColumnKind kind)
             return value;
         if (text.trimmed().isEmpty())
             return {};
-        bool isNumber = false;
-        const double number = text.trimmed().toDouble(&isNumber);
-        return isNumber ? QVariant(number) : value;
+        if (const std::optional<double> number = numberOf(text))
+            return *number;
+        throw refused(Refusal::NotANumber, column);
     }
     case ColumnKind::Date: {
         if (isText && text.trimmed().isEmpty())
             return {};
+        if (isText && !dateFromText(text).isValid())
+            throw refused(Refusal::NotANumber, column);
         return dateText(value);
     }
     case ColumnKind::Flag:
@@ -169,9 +174,10 @@ QVariantList RecordsetRows::now(Connection &connection, qint64 key, bool hold) c
         select.parameters = {key};
     } else if (identity.isEmpty() && uniqueColumn >= 0) {
         const auto waiting = pending.constFind(key);
-        const QVariantList &known = waiting == pending.constEnd() ? rows[key]
-                                    : waiting->isNew              ? waiting->values
-                                                                  : waiting->original;
+        const QVariantList &known = waiting == pending.constEnd()  ? rows[key]
+                                    : isSent(connection, *waiting) ? waiting->written
+                                    : waiting->isNew               ? waiting->values
+                                                                   : waiting->original;
         select = {"select * from " + table + (hold ? " with (repeatableread)" : "") + " where " +
                       columns[uniqueColumn] + " = ?",
                   {known[uniqueColumn]}};
@@ -236,7 +242,7 @@ RecordsetRows::Pending &RecordsetRows::pendingRow(Connection &connection, int at
     const qint64 key = keys[at];
     if (!pending.contains(key)) {
         const QVariantList asRead = rowAsRead(connection, at);
-        pending.insert(key, {asRead, asRead, false, 0});
+        pending.insert(key, {asRead, asRead, false});
     }
     return pending[key];
 }
@@ -251,12 +257,16 @@ QVector<int> RecordsetRows::waiting() const
     return positions;
 }
 
-QVariantList RecordsetRows::storedForm(const QVariantList &values) const
+QVariantList RecordsetRows::storedForm(const Pending &row) const
 {
     QVariantList form;
     form.reserve(columns.size());
-    for (int i = 0; i < columns.size(); ++i)
-        form.append(stored(values[i], kinds[i]));
+    for (int i = 0; i < columns.size(); ++i) {
+        const QVariant &value = row.values[i];
+        const bool isUntouched =
+            !row.isNew && value.isValid() && value.typeId() == row.original[i].typeId() && value == row.original[i];
+        form.append(isUntouched ? value : stored(value, kinds[i], columns[i]));
+    }
     return form;
 }
 
@@ -331,36 +341,59 @@ bool RecordsetRows::changeOneRow(Connection &connection, const QString &verb, co
     return connection.executeBound(statement) > 0;
 }
 
+bool RecordsetRows::isSent(const Connection &connection, const Pending &row) const
+{
+    return row.sentIn != 0 && row.sentIn == connection.runningTransaction();
+}
+
+void RecordsetRows::store(Connection &connection, Recordset *set, qint64 key)
+{
+    Pending &row = pending[key];
+    const QVariantList form = storedForm(row);
+    if (!isSent(connection, row)) {
+        row.written = form;
+        row.storedKey = key;
+        if (row.isNew)
+            row.storedKey = storeNew(connection, key);
+        else
+            storeChanged(connection, set, key, row.original);
+    } else if (form != row.written) {
+        const QVariantList standing = now(connection, row.storedKey);
+        row.written = form;
+        storeChanged(connection, set, key, standing);
+    }
+    row.sent = row.values;
+    row.sentIn = connection.runningTransaction();
+}
+
 qint64 RecordsetRows::storeNew(Connection &connection, qint64 key)
 {
     Pending &row = pending[key];
-    row.written = storedForm(row.values);
     // The save before this one may have been stored although no answer came.
     if (row.attempted && now(connection, row.attempted) == row.written)
         return row.attempted;
     const qint64 written = insert(connection, row);
     if (connection.engine() != Engine::Sqlite) // whose link cannot break
         row.attempted = identity.isEmpty() ? key : written;
-    return written;
+    return identity.isEmpty() ? key : written;
 }
 
-void RecordsetRows::storeChanged(Connection &connection, Recordset *set, qint64 key)
+void RecordsetRows::storeChanged(Connection &connection, Recordset *set, qint64 key, const QVariantList &original)
 {
-    Pending &row = pending[key];
-    row.written = storedForm(row.values);
+    const Pending &row = pending[key];
     const QVariantList &typed = row.written;
     QString assignments;
     QVariantList parameters;
     for (int i = 0; i < typed.size(); ++i) {
-        if (typed[i] == row.original[i] && typed[i].isNull() == row.original[i].isNull())
+        if (typed[i] == original[i] && typed[i].isNull() == original[i].isNull())
             continue;
         assignments += (parameters.isEmpty() ? QString() : QString(", ")) + columns[i] + " = ?";
         parameters.append(typed[i]);
     }
     if (parameters.isEmpty() ||
-        changeOneRow(connection, "update", table + " set " + assignments, parameters, key, row.original))
+        changeOneRow(connection, "update", table + " set " + assignments, parameters, row.storedKey, original))
         return;
-    const Conflict conflict{columns, kinds, row.original, now(connection, key), row.values, set, key};
+    const Conflict conflict{columns, kinds, original, now(connection, row.storedKey), row.values, set, key};
     // What both typed alike, or what was stored when the link broke, stands there already.
     if (conflict.now != typed)
         throw ConflictError(conflict);
@@ -371,14 +404,18 @@ void RecordsetRows::remove(Connection &connection, Recordset *set, int at)
     const qint64 key = keys[at];
     const auto waiting = pending.constFind(key);
     const bool isPending = waiting != pending.constEnd();
-    if (isPending && waiting->isNew)
+    const bool wasSent = isPending && isSent(connection, *waiting);
+    if (isPending && waiting->isNew && !wasSent)
         return;
     if (table.isEmpty())
         throw DataError(3251, QStringLiteral("该记录集不能修改"));
-    const QVariantList asRead = isPending ? waiting->original : rowAsRead(connection, at);
-    if (changeOneRow(connection, "delete", "from " + table, {}, key, asRead))
+    const qint64 storedKey = wasSent ? waiting->storedKey : key;
+    const QVariantList asRead = wasSent     ? now(connection, storedKey)
+                                : isPending ? waiting->original
+                                            : rowAsRead(connection, at);
+    if (changeOneRow(connection, "delete", "from " + table, {}, storedKey, asRead))
         return;
-    const Conflict conflict{columns, kinds, asRead, now(connection, key), {}, set, key};
+    const Conflict conflict{columns, kinds, asRead, now(connection, storedKey), {}, set, key};
     if (!conflict.now.isEmpty()) // another desktop's deletion is what was wanted
         throw ConflictError(conflict);
 }

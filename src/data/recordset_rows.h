@@ -17,7 +17,10 @@ public:
         bool isNew = false;
         // Under which key the row was written when the link broke before the server answered: it may be stored.
         qint64 attempted = 0;
-        QVariantList written{}; // the values as they were last sent
+        // When the row was sent last: the values, the form in which they were, and under which key and in which
+        // transaction it is then stored.
+        QVariantList sent{}, written{};
+        qint64 storedKey = 0, sentIn = 0;
     };
 
     QString table;    // empty: read whole and not writable
@@ -31,6 +34,7 @@ public:
     QHash<qint64, Pending> pending;
     qint64 nextTemporaryKey = -1;
     bool open = false;
+    Recordset *shownBy = nullptr; // whose rows these are
 
     // All throw DataError.
     //   before: what the same connection read last; the same statement is not looked at anew.
@@ -49,13 +53,11 @@ public:
     // Positions of the rows that wait, in their order. New rows stand at the end, so that a register of 100,000 is
     // hardly looked through for one.
     QVector<int> waiting() const;
-    // What an insert or update makes of the values.
-    QVariantList storedForm(const QVariantList &values) const;
     bool looksAlike(const QVariantList &one, const QVariantList &other) const; // on the screen
 
-    // Give the identity of the row that was written, and throw ConflictError through `set`.
-    qint64 storeNew(Connection &connection, qint64 key);
-    void storeChanged(Connection &connection, Recordset *set, qint64 key);
+    // Sends a waiting row, inside of a transaction; one that this transaction sent before only where it was changed
+    // since. Throws ConflictError through `set`.
+    void store(Connection &connection, Recordset *set, qint64 key);
     void remove(Connection &connection, Recordset *set, int at);
 
 private:
@@ -67,7 +69,11 @@ private:
     void examine(Connection &connection);
     bool readFew(Connection &connection);
     void fetchAround(Connection &connection, int row);
+    QVariantList storedForm(const Pending &row) const; // what an insert or update makes of the values
     qint64 insert(Connection &connection, const Pending &row) const;
+    qint64 storeNew(Connection &connection, qint64 key); // gives the identity
+    void storeChanged(Connection &connection, Recordset *set, qint64 key, const QVariantList &original);
+    bool isSent(const Connection &connection, const Pending &row) const;
     void appendWhere(const Connection &connection, BoundStatement &statement, qint64 key,
                      const QVariantList &original) const;
     bool changeOneRow(Connection &connection, const QString &verb, const QString &rest, const QVariantList &parameters,

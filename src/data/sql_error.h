@@ -24,4 +24,7 @@ struct DriverError {
 DataError errorOf(const DriverError &error);
 DataError errorOf(const QSqlError &error);
 
+// The error of a value that the program itself refuses, before the database does.
+DataError refused(Refusal refusal, const QString &column);
+
 } // namespace tradewick
