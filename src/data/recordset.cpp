@@ -247,14 +247,22 @@ void Recordset::removeRow(int row)
         Q_EMIT waitingChanged();
 }
 
-void Recordset::requireCurrent()
+QVariant Recordset::storedValueAt(int row, int column) const
 {
-    if (BOF() || EOF_() || !m_impl->isFindable())
+    const auto waiting = m_impl->pending.constFind(keyAt(row));
+    return waiting == m_impl->pending.constEnd() ? valueAt(row, column)
+           : waiting->isNew                      ? QVariant()
+                                                 : waiting->original.value(column);
+}
+
+void Recordset::requireRow(int row)
+{
+    if (row < 0 || row >= RecordCount() || !m_impl->isFindable())
         return;
-    const qint64 key = m_impl->keys[m_position];
+    const qint64 key = m_impl->keys[row];
     if (m_impl->pending.contains(key))
         return;
-    const QVariantList &read = m_impl->row(*m_connection, m_position);
+    const QVariantList &read = m_impl->row(*m_connection, row);
     if (m_impl->now(*m_connection, key, true).isEmpty())
         throw ConflictError({m_impl->columns, m_impl->kinds, read, {}, read, this, key});
 }

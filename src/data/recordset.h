@@ -103,9 +103,9 @@ public:
     void UpdateBatch();
     // The same for one row by its position; one that does not wait stays as it is. Throws DataError for no row.
     void UpdateRow(int row);
-    // Throws ConflictError when the current row, stored and not changed here, is no more in the database: lines must
+    // Throws ConflictError when the row, stored and not changed here, is no more in the database: lines must
     // not be stored for it. Keeps it there until the running transaction ends.
-    void requireCurrent();
+    void requireRow(int row);
     // Reads the current row again, as the database keeps it, unless it waits to be stored. Throws DataError.
     void Resync();
     // Answers a conflict: what stands there now counts as read, and `values`, one for each column, waits to be stored
@@ -152,6 +152,8 @@ public:
     QVariant valueAt(int row, int column) const;
     void setValueAt(int row, int column, const QVariant &value);
     bool isNew(int row) const; // added and not stored yet
+    // A value as it was read, whatever waits to be stored over it; invalid for a new row.
+    QVariant storedValueAt(int row, int column) const;
     // A column's values in all rows; of a large table in one statement, without reading its rows. Throws DataError.
     QVariantList columnValues(int column) const;
 

@@ -119,8 +119,14 @@ QVariant RecordsetModel::headerData(int section, Qt::Orientation orientation, in
 {
     if (role == Qt::AccessibleDescriptionRole && orientation == Qt::Horizontal && section == m_sortColumn)
         return m_sortOrder == Qt::AscendingOrder ? QStringLiteral("升序排列") : QStringLiteral("降序排列");
+    const bool isMarked =
+        orientation == Qt::Vertical && m_mark && section < m_recordset.RecordCount() && m_mark(recordAt(section));
+    if (isMarked && (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole))
+        return QStringLiteral("未保存");
     if (role != Qt::DisplayRole)
         return {};
+    if (isMarked)
+        return QStringLiteral("●");
     return orientation == Qt::Horizontal ? QVariant(m_columns[section].caption) : QVariant(section + 1);
 }
 
@@ -214,6 +220,12 @@ void RecordsetModel::setFirst(const QString &column, const QString &value)
 {
     m_firstColumn = column;
     m_firstValue = value.trimmed();
+}
+
+void RecordsetModel::markChanged()
+{
+    if (rowCount() > 0)
+        Q_EMIT headerDataChanged(Qt::Vertical, 0, rowCount() - 1);
 }
 
 QModelIndexList RecordsetModel::match(const QModelIndex &start, int role, const QVariant &value, int hits,

@@ -31,6 +31,9 @@ public:
     // Rows with the same value stay in the record set's order; column -1 gives that order back. Holds for what the
     // record set shows later, too; a record added meanwhile stands last until it is stored.
     void sort(int column, Qt::SortOrder order) override;
+    // Rows that bear a mark beside them, asked for by record.
+    void setMark(std::function<bool(int record)> mark) { m_mark = std::move(mark); }
+    void markChanged();
     // Rows whose column holds the value, regardless of case and blanks at the end, stand before all others from the next
     // opening on; for sets that nobody adds to.
     void setFirst(const QString &column, const QString &value);
@@ -64,6 +67,7 @@ private:
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     QString m_firstColumn, m_firstValue;
     QVector<int> m_records, m_rows; // record of each row and row of each record; both empty while they are the same
+    std::function<bool(int record)> m_mark;
     bool m_editable = false;
     std::function<void()> m_newRow;
 };

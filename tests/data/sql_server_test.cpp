@@ -416,7 +416,7 @@ TEST_F(OnSqlServer, AConflictShowsTheRowAsItStandsNow)
         EXPECT_TRUE(error.conflict().now.isEmpty());
     }
     set.CancelUpdate();
-    EXPECT_THROW(set.requireCurrent(), ConflictError);
+    EXPECT_THROW(set.requireRow(set.absolutePosition()), ConflictError);
 }
 
 TEST_F(OnSqlServer, ATransactionIsWholeOrAbsent)
