@@ -2,6 +2,8 @@
 
 #include "common/combo_field.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QInputMethodEvent>
@@ -274,6 +276,9 @@ void FieldPanel::write(const FieldSpec &field, const QVariant &value)
 bool FieldPanel::key(const QString &name, QWidget *widget, int key)
 {
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        // While the list of what fits is open, the focus would move without a word to the field that is left.
+        if (ComboField *combo = control(name).combo())
+            combo->completer()->popup()->hide();
         focusNextChild();
         return true;
     }

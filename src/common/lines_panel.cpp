@@ -24,10 +24,12 @@ namespace
 constexpr int rowsOfLookup = 8, leastRowsOfLookup = 5, leastRowsOfGrid = 5;
 
 // Scrolls the form along with the cell of a grid that has the focus, however the focus came there.
-void keepInSight(const Grid *grid, QWidget *window)
+void keepInSight(const Grid *grid)
 {
-    const auto follow = [grid, window] {
-        auto *scroll = window->findChild<QScrollArea *>();
+    const auto follow = [grid] {
+        QScrollArea *scroll = nullptr;
+        for (QWidget *up = grid->parentWidget(); up && !scroll; up = up->parentWidget())
+            scroll = qobject_cast<QScrollArea *>(up);
         if (!scroll || (!grid->hasFocus() && !grid->isAncestorOf(QApplication::focusWidget())))
             return;
         const QRect cell = grid->visualRect(grid->currentIndex());
@@ -54,7 +56,7 @@ void LinesPanel::addTo(QBoxLayout *layout, QWidget *window)
         layout->addWidget(grid, 1);
         if (!spec.totals.isEmpty())
             layout->addWidget(new LineTotals(grid, spec.totals, layout->parentWidget()));
-        keepInSight(grid, window);
+        keepInSight(grid);
     }
     if (!m_spec.lookup.columns.isEmpty())
         addLookup(window);

@@ -247,8 +247,10 @@ FieldCheck RecordForm::checkOf(const FieldSpec &field)
 // Tells of a text that does not pass, and goes where it is to be mended.
 bool RecordForm::passes(const FieldCheck &check)
 {
+    if (check.field.isEmpty() || (check.onlyAdding && !m_adding))
+        return true;
     const QString typed = text(check.field);
-    if (check.field.isEmpty() || typed.trimmed().isEmpty() || (check.onlyAdding && !m_adding))
+    if (typed.trimmed().isEmpty())
         return true;
     QString message = check.message;
     switch (check.kind) {

@@ -270,9 +270,7 @@ TEST_F(Contract, ChoosingACustomerReplacesTheLinesAtOnce)
     FormDriver drive = open();
     drive.click("Cmdedit");
     const QString contract = drive.text("Text1(0)");
-    auto *combo = drive.find<QComboBox>("Combo1(0)");
-    combo->setCurrentIndex(combo->findText(other));
-    Q_EMIT combo->activated(combo->currentIndex());
+    drive.choose("Combo1(0)", other);
     EXPECT_EQ(drive.text("Text1(8)"), database.value("select bizh from yy_gwkh_zl where khbh='{k}'", {{"k", other}}));
     EXPECT_EQ(drive.text("Text1(20)"), database.value("select zffs from yy_gwkh_zl where khbh='{k}'", {{"k", other}}));
     EXPECT_EQ(storedLines(contract), prices);
@@ -286,8 +284,7 @@ TEST_F(Contract, ChoosingACustomerReplacesTheLinesAtOnce)
     // No prices: the lines go, and nothing is said.
     database.connection().Execute("delete from yy_bzdj_b where khbh='{k}'", {{"k", other}});
     drive.click("Cmdedit");
-    combo->setCurrentIndex(combo->findText(other));
-    Q_EMIT combo->activated(combo->currentIndex());
+    drive.choose("Combo1(0)", other);
     EXPECT_EQ(storedLines(contract), 0);
     EXPECT_TRUE(dialogs.shown.isEmpty());
 }
@@ -298,9 +295,8 @@ TEST_F(Contract, ChoosingACompanyCopiesItsLetterhead)
     drive.click("Cmdadd");
     auto *combo = drive.find<QComboBox>("Combo1(1)");
     ASSERT_GT(combo->count(), 0);
-    combo->setCurrentIndex(0);
-    Q_EMIT combo->activated(0);
-    const Values company = database.connection().rows("select * from sys_gsmc order by gsmc").first();
+    drive.choose("Combo1(1)", combo->itemText(0));
+    const auto company = database.connection().rows("select * from sys_gsmc order by gsmc").first();
     for (const char *column : {"e_gsmc", "gsdz", "e_gsdz", "gs_phone", "gs_email", "gs_fax", "fpzt", "logo", "bgbm",
                                "sjzch", "bank_en", "bank_code", "bank_name", "swdjh"})
         EXPECT_EQ(form->records().Fields(column).text(), company[column].toString()) << column;

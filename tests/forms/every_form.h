@@ -53,11 +53,15 @@ protected:
         return !field.column.isEmpty() && !field.hidden && field.type.kind != FieldKind::Check;
     }
 
-    // One row with this text in key and name, and in whatever the list is ordered by.
+    // One row with this text in every column of the fields that takes text.
     void insert(const QString &text)
     {
-        database.connection().Execute("insert into " + table + "(" + fields.first().column + "," + nameColumn() +
-                                          ") values('{t}','{t}')",
+        QStringList columns;
+        for (const FieldSpec &field : fields)
+            if (kindOf(field) == ColumnKind::Text && !columns.contains(field.column, Qt::CaseInsensitive))
+                columns.append(field.column);
+        database.connection().Execute("insert into " + table + "(" + columns.join(u',') + ") values('{t}'" +
+                                          QString(",'{t}'").repeated(columns.size() - 1) + ")",
                                       {{"t", text}});
     }
     int count() { return database.count(table); }

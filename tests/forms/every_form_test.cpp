@@ -27,8 +27,9 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
                                                                 : QString::number(10000 + typed.size());
         drive.type(field.name, text);
         typed[field.column.toLower()] = text;
-        if (!field.caption.isEmpty() && !field.joined)
+        if (!field.caption.isEmpty() && !field.joined) {
             EXPECT_EQ(labels.value(drive.control(field.name)), field.caption);
+        }
     }
     drive.click("CmdOK");
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
@@ -66,8 +67,9 @@ TEST_P(EveryForm, AsksForWhatIsMissing)
                                      : QVector<Shown>({{required.message, title, MessageIcon::Exclamation}}));
         dialogs.shown.clear();
         EXPECT_TRUE(form->isBusy());
-        if (!required.message.isEmpty())
+        if (!required.message.isEmpty()) {
             EXPECT_EQ(drive.focused(), required.focus.isEmpty() ? required.name : required.focus);
+        }
         EXPECT_FALSE(drive.control(required.name)->property("readOnly").toBool());
         EXPECT_EQ(count(), 0);
     }
@@ -198,6 +200,7 @@ TEST_P(EveryForm, DeletesWhatIsShownAndGoesOn)
 TEST_P(EveryForm, TellsOrPassesOverARefusedSaveAndTheRecordWaits)
 {
     insert("A0001");
+    insert("A0002");
     database.refuse(table, nameColumn(), "never");
     const FormDriver drive = open();
     for (const char *begin : {"Cmdadd", "Cmdedit"}) {
@@ -220,7 +223,7 @@ TEST_P(EveryForm, TellsOrPassesOverARefusedSaveAndTheRecordWaits)
         EXPECT_EQ(dialogs.shown, QVector<Shown>());
         EXPECT_EQ(count(nameColumn(), "taken"), 1);
         EXPECT_EQ(drive.text("state"), "浏览");
-        database.connection().Execute("update " + table + " set " + nameColumn() + "='done'");
+        database.connection().Execute("delete from " + table + " where " + nameColumn() + "='taken'");
         form->refresh();
     }
 }

@@ -22,20 +22,19 @@ struct CodeForm {
     const char *table, *key, *name; // columns
     const char *first, *second;     // numbers of the first records
     const char *afterThousand;      // the number behind 1000: a tail of three digits wraps
-    bool isShown;                   // what the database refuses
 
     friend void PrintTo(const CodeForm &form, std::ostream *out) { *out << form.table; }
 };
 
 const CodeForm codeForms[] = {
-    {made<sys_bzsz>, "sys_bzsz", "bzbh", "bizh", "$0001", "$0002", "$0001", false},
-    {made<sys_zffs>, "sys_zffs", "fkbh", "zffs", "F0001", "F0002", "F0001", true},
-    {made<sys_fkfs>, "sys_fkfs", "fkbh", "fkfs", "F0001", "F0002", "F0001", false},
-    {made<sys_JLDW>, "sys_jldw", "jlbh", "jldw", "J0001", "J0002", "J0001", true},
-    {made<Sys_GKSZ>, "sys_gksz", "gkbh", "gkmc", "P0001", "P0002", "P1001", false},
-    {made<Sys_CwGs_ZL>, "sys_cwgs", "gsbh", "gsmc", "P0001", "P0002", "P1001", false},
-    {made<Sys_TcGs_Set>, "sys_tcgs", "gsbh", "gsmc", "P0001", "P0002", "P1001", false},
-    {made<sys_bmsz>, "sys_bmsz", "bmbh", "bmmc", "B0001", "B0002", "B1001", true},
+    {made<sys_bzsz>, "sys_bzsz", "bzbh", "bizh", "$0001", "$0002", "$0001"},
+    {made<sys_zffs>, "sys_zffs", "fkbh", "zffs", "F0001", "F0002", "F0001"},
+    {made<sys_fkfs>, "sys_fkfs", "fkbh", "fkfs", "F0001", "F0002", "F0001"},
+    {made<sys_JLDW>, "sys_jldw", "jlbh", "jldw", "J0001", "J0002", "J0001"},
+    {made<Sys_GKSZ>, "sys_gksz", "gkbh", "gkmc", "P0001", "P0002", "P1001"},
+    {made<Sys_CwGs_ZL>, "sys_cwgs", "gsbh", "gsmc", "P0001", "P0002", "P1001"},
+    {made<Sys_TcGs_Set>, "sys_tcgs", "gsbh", "gsmc", "P0001", "P0002", "P1001"},
+    {made<sys_bmsz>, "sys_bmsz", "bmbh", "bmmc", "B0001", "B0002", "B1001"},
 };
 
 class CodeForms : public testing::TestWithParam<CodeForm>
@@ -100,33 +99,6 @@ TEST_P(CodeForms, NumbersGoOnBehindTheHighestKeyAsFarAsTheyAreRead)
         drive.click("CmdOK");
         EXPECT_EQ(database.value(statement("select count(*) from TABLE where KEY='{k}'"), {{"k", number}}), 1);
     }
-}
-
-TEST_P(CodeForms, ShowsOrSkipsThatAKeyIsTakenAndTheRowStillWaits)
-{
-    const CodeForm &c = GetParam();
-    insert("A0001", "one");
-    const auto form = c.make();
-    const FormDriver drive(*form);
-    drive.click("Cmdadd");
-    drive.type("Text(0)", "A0001"); // there already
-    drive.type("Text(1)", "twin");
-    drive.click("CmdOK");
-    EXPECT_EQ(dialogs.shown.size(), c.isShown ? 1 : 0);
-    if (c.isShown) {
-        const Shown shown = dialogs.take();
-        EXPECT_FALSE(shown.text.isEmpty());
-        EXPECT_EQ(shown.title, "");
-    }
-    EXPECT_FALSE(form->isBusy());
-    EXPECT_TRUE(form->records().hasPendingChanges());
-    EXPECT_EQ(drive.text("Text(1)"), "twin");
-    EXPECT_EQ(database.count(c.table), 1);
-    // What waits goes through with the next save, once its key is free.
-    drive.click("Cmdedit");
-    drive.type("Text(0)", "B0001");
-    drive.click("CmdOK");
-    EXPECT_EQ(database.value(statement("select NAME from TABLE where KEY='B0001'")), "twin");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CodeForms, testing::ValuesIn(codeForms),

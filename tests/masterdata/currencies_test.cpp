@@ -1,4 +1,5 @@
 // The code form of currencies, and on it what the engine does for every code form.
+#include "masterdata/masterdata.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -33,49 +34,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(Currencies, AnEmptyTableIsNavigatedInSilenceAndNumberedFromOne)
-{
-    const FormDriver drive = open();
-    for (const char *button : {"cmdqd", "cmdxq", "cmdnext", "cmdmd", "Cmdedit"})
-        drive.click(button);
-    EXPECT_TRUE(dialogs.shown.isEmpty());
-    EXPECT_FALSE(form->isBusy());
-    drive.click("Cmdadd");
-    EXPECT_EQ(drive.text("Text(0)"), "$0001");
-    EXPECT_EQ(drive.focused(), "Text(0)");
-    drive.type("Text(1)", "USD");
-    drive.type("Text(3)", "7.1");
-    drive.click("CmdOK");
-    EXPECT_EQ(database.value("select hl from sys_bzsz where bzbh='$0001' and bizh='USD'"), 7.1);
-    EXPECT_EQ(form->windowTitle(), "币制设置 ");
-}
-
-TEST_F(Currencies, ButtonsTellTheState)
-{
-    insert("$0001", "USD");
-    const FormDriver drive = open();
-    const struct {
-        const char *button;
-        bool browse, busy;
-    } cases[] = {{"CmdOK", false, true},   {"Cmdcancel", false, true}, {"Cmdadd", true, false},
-                 {"Cmdedit", true, false}, {"Cmddelete", true, false}, {"Cmdreturn", true, false},
-                 {"cmdqd", true, true},    {"cmdnext", true, true},    {"TDBGrid3", true, false}};
-    for (const char *action : {"Cmdadd", "Cmdedit"}) {
-        for (const auto &c : cases)
-            EXPECT_EQ(drive.enabled(c.button), c.browse) << c.button;
-        EXPECT_TRUE(drive.control("Text(1)")->property("readOnly").toBool());
-        drive.click(action);
-        for (const auto &c : cases)
-            EXPECT_EQ(drive.enabled(c.button), c.busy) << action << c.button;
-        EXPECT_FALSE(drive.control("Text(1)")->property("readOnly").toBool());
-        form->close();
-        EXPECT_TRUE(form->isVisible());
-        drive.click("Cmdcancel");
-    }
-    drive.click("Cmdreturn");
-    EXPECT_FALSE(form->isVisible());
-}
 
 TEST_F(Currencies, EnterAndArrowsMoveAlongTheFields)
 {
@@ -139,11 +97,6 @@ TEST_F(Currencies, TheListShowsItsKeysInFull)
     QApplication::processEvents();
     EXPECT_GE(list->columnWidth(0), list->fontMetrics().horizontalAdvance(key));
     EXPECT_GE(list->columnViewportPosition(1) + list->columnWidth(1), list->viewport()->width());
-}
-
-TEST_F(Currencies, EveryControlHasAnAccessibleName)
-{
-    open().expectAccessibleNames();
 }
 
 } // namespace tradewick

@@ -1,5 +1,6 @@
 // Products and their price rows.
 #include "common/globals.h"
+#include "masterdata/masterdata.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -68,7 +69,6 @@ TEST_F(Products, APriceIsTheSumOfItsPartsAndBelongsToTheProduct)
     } cases[] = {{"jkdj", "12.5", "12.5"},
                  {"jmdj", "7.5", "20"},
                  {"gys_dj", "99", "20"},
-                 {"jkdj", "about 3", "7.5"},
                  {"jkdj", "2", "9.5"}};
     EXPECT_EQ(cell(*grid, 0, "gys_dj"), "0");
     for (const auto &c : cases) {
@@ -276,22 +276,29 @@ TEST_F(Products, DeleteTakesThePricesAlongAndTheFilterNarrows)
     EXPECT_EQ(drive.text("Text(0)"), "");
 }
 
-TEST_F(Products, ASaveThatIsRefusedIsStoredByNoPart)
+TEST_F(Products, ATextInAPriceIsToldAndStaysUntilItIsMended)
 {
+    const Shown told{"数值输入有误，请重新核对！", "系统提示", MessageIcon::Critical};
     const FormDriver drive = open();
     auto *grid = drive.find<Grid>("TDBGrid1");
     drive.click("Cmdedit");
     drive.type("Text(1)", "changed");
     drive.typeCell(grid, 0, "jkdj", "about 3");
-    drive.click("CmdOK");
-    EXPECT_TRUE(dialogs.shown.isEmpty());
+    QApplication::processEvents();
+    EXPECT_EQ(dialogs.take(), told);
+    ASSERT_NE(grid->cellEditor(), nullptr); // there it is mended
+    EXPECT_EQ(grid->cellEditor()->text(), "about 3");
+    EXPECT_EQ(grid->currentColumn(), "jkdj");
+    QTest::keyClick(form.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(dialogs.take(), told);
+    EXPECT_TRUE(form->isBusy());
     EXPECT_EQ(database.value("select cpmc from yy_bzdj where cpbh='A1'"), "Mirror");
-    EXPECT_EQ(cell(*grid, 0, "jkdj"), "about 3");
-    drive.click("Cmdedit");
-    drive.typeCell(grid, 0, "jkdj", "3");
+    drive.typeCell(grid, 0, "jkdj", "１,003.５"); // as people write it
+    EXPECT_EQ(cell(*grid, 0, "gys_dj"), "1006");
     drive.click("CmdOK");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
     EXPECT_EQ(database.value("select cpmc from yy_bzdj where cpbh='A1'"), "changed");
-    EXPECT_EQ(database.value("select gys_dj from yy_bzdj_b where cpbh='A1' and gg='10x10'"), 5.5);
+    EXPECT_EQ(database.value("select gys_dj from yy_bzdj_b where cpbh='A1' and gg='10x10'"), 1006);
 }
 
 } // namespace tradewick

@@ -73,7 +73,7 @@ TEST_F(Trees, DepartmentsStandInTwoLevels)
     department("B0001", "Sales", "无");
     department("B0002", "Export", "Sales");
     department("B0003", "Third level", "Export");
-    RecordForm form(Sys_bmsz);
+    RecordForm form(sys_bmsz());
     const FormDriver drive(form);
     auto &tree = *drive.find<QTreeView>("TreeView1");
     const QModelIndex root = tree.model()->index(0, 0);
@@ -94,7 +94,7 @@ TEST_F(Trees, DepartmentsStandInTwoLevels)
 TEST_F(Trees, ADepartmentIsCheckedAndTakesTheChosenParent)
 {
     department("B0001", "Sales", "无");
-    RecordForm form(Sys_bmsz);
+    RecordForm form(sys_bmsz());
     const FormDriver drive(form);
     auto *above = drive.find<QComboBox>("Combo1");
     EXPECT_EQ(above->itemText(0), "Sales|B0001");
@@ -173,7 +173,7 @@ TEST_F(Trees, BoxesAndTreeAreReachedByKeys)
 {
     department("B0001", "First", "无");
     department("B0002", "Second", "无");
-    RecordForm departments(Sys_bmsz);
+    RecordForm departments(sys_bmsz());
     const FormDriver drive(departments);
     auto *parents = drive.find<QComboBox>("Combo1");
     parents->setFocus();

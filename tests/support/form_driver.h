@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/grid.h"
+#include "common/record_form.h"
 
 #include <gtest/gtest.h>
 
@@ -74,6 +75,19 @@ public:
     {
         QInputMethodEvent event(value, {});
         QApplication::sendEvent(widget, &event);
+    }
+
+    // Types a combo box's item in full and goes on, as the keyboard does.
+    void choose(const QString &name, const QString &item) const
+    {
+        type(name, item);
+        leave(name);
+    }
+    // Leaves a field by the keyboard, and what follows from that.
+    void leave(const QString &name) const
+    {
+        press(name, Qt::Key_Return);
+        QApplication::processEvents();
     }
 
     void press(const QString &name, int key) const { QTest::keyClick(control(name), static_cast<Qt::Key>(key)); }
