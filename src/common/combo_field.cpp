@@ -73,7 +73,8 @@ void ComboField::choose(int item)
     if (item < 0 || m_readOnly)
         return;
     setCurrentIndex(item);
-    setEditText(itemText(item));
+    if (currentText() != itemText(item)) // typed over an item that is the current one
+        setEditText(itemText(item));
     m_shown = currentText();
     Q_EMIT chosen();
 }

@@ -298,7 +298,9 @@ void RecordForm::fieldLeft(const QString &field)
         // Lines are found by the key as it stands; blanks around it would part them from their head.
         if (const QString key = text(field); key != key.trimmed())
             setText(field, key.trimmed());
-        if (tellTakenKey())
+        const bool ownCheck = std::any_of(m_spec.checks.cbegin(), m_spec.checks.cend(),
+                                          [](const FieldCheck &check) { return check.kind == FieldCheck::NotTaken; });
+        if (!ownCheck && tellTakenKey())
             return;
     }
     if (!passes(checkOf(m_panel->field(field))))

@@ -48,6 +48,8 @@ RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *pa
     m_grid->recordsetModel()->setMark([this](int record) { return m_form.waits(record); });
     layout->addWidget(m_grid, 1);
     m_ways.append(m_grid);
+    if (m_tree)
+        setTabOrder(m_tree, m_grid);
 }
 
 void RecordList::setWaysOpen(bool open)

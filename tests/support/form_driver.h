@@ -82,6 +82,8 @@ public:
     {
         type(name, item);
         leave(name);
+        m_form.activateWindow(); // without a window manager the list that closed has taken that along
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_form));
     }
     // Leaves a field by the keyboard, and what follows from that.
     void leave(const QString &name) const
