@@ -144,7 +144,7 @@ LineAmounts lineAmounts(double framePrice, double mirrorPrice, double quantity)
 
 bool takeCustomer(Connection &connection, Recordset &head, const QString &customer, const QString &contract)
 {
-    const QVector<Values> found = connection.rows(customerStatement, {{"khbh", customer}});
+    const QVector<Row> found = connection.rows(customerStatement, {{"khbh", customer}});
     if (found.isEmpty())
         return false;
     for (const auto &[column, source] : customerColumns)
@@ -152,11 +152,12 @@ bool takeCustomer(Connection &connection, Recordset &head, const QString &custom
 
     // A count of rows is never negative: the message that there is no quote, told for a count below zero, never comes,
     // and a customer without prices leaves the contract without lines.
-    const QVector<Values> quote = connection.rows(quoteOfCustomer, {{"khbh", customer}});
+    const QVector<Row> quote = connection.rows(quoteOfCustomer, {{"khbh", customer}});
     connection.transaction([&] {
         connection.Execute(removeLines, {{"htbh", contract}});
         int number = 0;
-        for (Values line : quote) {
+        for (const Row &priced : quote) {
+            Values line = priced.named();
             line["htbh"] = contract;
             line["i"] = QString::number(++number);
             connection.Execute(insertLine, line);
@@ -167,7 +168,7 @@ bool takeCustomer(Connection &connection, Recordset &head, const QString &custom
 
 void takeCompany(Connection &connection, Recordset &head, const QString &company)
 {
-    const QVector<Values> found = connection.rows(companyStatement, {{"gsmc", company}});
+    const QVector<Row> found = connection.rows(companyStatement, {{"gsmc", company}});
     if (found.isEmpty())
         return;
     for (const QString &column : companyColumns)

@@ -8,12 +8,12 @@ namespace tradewick
 
 Report &proformaInvoice(const QString &reportName, Connection &connection, const QString &contract)
 {
-    const QVector<Values> heads =
+    const QVector<Row> heads =
         connection.rows("select bizh,fstk,logo from yy_gw_wxht_h where htbh='{htbh}'", {{"htbh", contract}});
     if (heads.isEmpty())
         throw DataError(0, QStringLiteral("没有编号为“%1”的外销合同").arg(contract));
-    const Values &head = heads.first();
-    const QVector<Values> totals =
+    const Row &head = heads.first();
+    const QVector<Row> totals =
         connection.rows("select sum(isnull(je,0)) as zjje from yy_wxht_rpt where htbh='{htbh}'", {{"htbh", contract}});
     QString amount = numberText(totals.first()["zjje"].toDouble());
 

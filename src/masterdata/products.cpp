@@ -84,7 +84,7 @@ void yy_cpbj::bodyCellEdited(const QString &column)
         const auto number = [this](const char *price) { return numberFromText(body().Fields(price).text()); };
         body().Fields("gys_dj").setValue(number("jmdj") + number("jkdj"));
     } else if (column == "khbh") {
-        const QVector<Values> found = gConn->rows(customerName, {{"khbh", body().Fields("khbh").value()}});
+        const QVector<Row> found = gConn->rows(customerName, {{"khbh", body().Fields("khbh").value()}});
         if (!found.isEmpty())
             body().Fields("khmc").setValue(found.first()["khmc"]);
     }

@@ -66,7 +66,7 @@ void TradePartnerForm::comboChosen(const QString &name)
     if (name != "Combo1(1)")
         return;
     run(Failure::Report, {[this, name] {
-            const QVector<Values> found = gConn->rows(currencyOf, {{"bizh", fieldText(name).trimmed()}});
+            const QVector<Row> found = gConn->rows(currencyOf, {{"bizh", fieldText(name).trimmed()}});
             if (found.isEmpty())
                 return;
             records().Fields("hl").setValue(found.first()["hl"]);

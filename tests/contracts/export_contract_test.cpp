@@ -84,7 +84,7 @@ TEST_F(Contract, AddProposesTheNextNumberOfTheMonth)
 TEST_F(Contract, TenLinesAreEnteredByKeyboardAlone)
 {
     clearMonth();
-    const QVector<Values> products = database.connection().rows(
+    const QVector<Row> products = database.connection().rows(
         "select cpbh, khbh, jkdj, jmdj from yy_bzdj_b where khbh='{k}' order by cpbh", {{"k", "K001"}});
     ASSERT_GE(products.size(), 10);
     const FormDriver drive = open();
@@ -300,7 +300,7 @@ TEST_F(Contract, ChoosingACompanyCopiesItsLetterhead)
     ASSERT_GT(combo->count(), 0);
     combo->setCurrentIndex(0);
     Q_EMIT combo->activated(0);
-    const Values company = database.connection().rows("select * from sys_gsmc order by gsmc").first();
+    const Row company = database.connection().rows("select * from sys_gsmc order by gsmc").first();
     for (const char *column : {"e_gsmc", "gsdz", "e_gsdz", "gs_phone", "gs_email", "gs_fax", "fpzt", "logo", "bgbm",
                                "sjzch", "bank_en", "bank_code", "bank_name", "swdjh"})
         EXPECT_EQ(form->records().Fields(column).text(), company[column].toString()) << column;

@@ -259,11 +259,11 @@ protected:
                                           QString(",'{t}'").repeated(names.size() - 1) + ")",
                                       {{"t", text}});
     }
-    Values row(const QString &column, const QString &value)
+    Row row(const QString &column, const QString &value)
     {
-        const QVector<Values> rows = database.connection().rows(
+        const QVector<Row> rows = database.connection().rows(
             "select * from " + QString(c.table) + " where " + column + "='{v}'", {{"v", value}});
-        return rows.size() == 1 ? rows.first() : Values();
+        return rows.size() == 1 ? rows.first() : Row();
     }
     QString name() const { return columns[1]; }
     int count() { return database.count(c.table); }
@@ -299,7 +299,7 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
     drive.click("CmdOK");
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
     ASSERT_EQ(count(), 1);
-    const Values stored = row(name(), typed[name()]);
+    const Row stored = row(name(), typed[name()]);
     for (const auto &[column, text] : typed)
         EXPECT_EQ(stored[column].toString(), text) << column.toStdString();
 
@@ -348,7 +348,7 @@ TEST_P(EveryForm, AsksForWhatIsMissingAndFillsTheRest)
     fillRequired();
     drive.click("CmdOK");
     EXPECT_FALSE(form->isBusy());
-    const Values stored = row(columns[0], key);
+    const Values stored = row(columns[0], key).named();
     ASSERT_FALSE(stored.isEmpty());
     for (auto value = stored.cbegin(); value != stored.cend(); ++value) {
         const bool isRequired =
