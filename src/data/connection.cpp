@@ -318,7 +318,8 @@ const Connection::Table &Connection::table(const QString &name)
     if (const auto found = m_tables.constFind(key); found != m_tables.constEnd())
         return *found;
     Table table;
-    readBound({QLatin1String(dialect().columns), {key}}, 3, [&table](const QVariantList &row) {
+    const QString statement = QLatin1String(dialect().columns);
+    readBound({statement, QVariantList(statement.count(u'?'), key)}, 3, [&table](const QVariantList &row) {
         const QString column = row[0].toString().toLower();
         table.columns.append(column);
         table.kinds.insert(column, kindOfDeclaredType(row[1].toString()));

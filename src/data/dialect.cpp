@@ -27,10 +27,10 @@ constexpr Dialect sqlite{
 
 constexpr Dialect mariaDb{
     .identity = "tradewick_id",
-    .columns = "select c.column_name, c.data_type, t.table_type = 'BASE TABLE' from information_schema.columns c join "
-               "information_schema.tables t on t.table_schema = c.table_schema and t.table_name = c.table_name where "
-               "c.table_schema = database() and c.table_name = ? and c.extra not like '%INVISIBLE%' order by "
-               "c.ordinal_position",
+    // As a join it would take the server twenty times as long.
+    .columns = "select column_name, data_type, (select table_type = 'BASE TABLE' from information_schema.tables where "
+               "table_schema = database() and table_name = ?) from information_schema.columns where table_schema = "
+               "database() and table_name = ? and extra not like '%INVISIBLE%' order by ordinal_position",
     .uniqueColumn = "",
     .begin = "begin",
     .isOdbc = false,

@@ -9,8 +9,8 @@ namespace tradewick
 struct Dialect {
     // The column, out of sight of "select *", that tells a row of a table from all others; empty where there is none.
     const char *identity;
-    // Statements of one parameter, the lower-case table: names and types of its columns in their order, each with 1
-    // where it is a base table; and its first column that is unique by itself.
+    // Statements whose parameters all are the table, in lower case: names and types of its columns in their order, each
+    // with 1 where it is a base table; and its first column that is unique by itself.
     const char *columns, *uniqueColumn;
     // What a transaction begins with.
     const char *begin;

@@ -399,7 +399,7 @@ TEST_P(EveryForm, WalksToTheEndsAndBackToTheFirstOnCancel)
         EXPECT_FALSE(form->records().hasPendingChanges());
     }
     EXPECT_EQ(count(), 4);
-    EXPECT_TRUE(row(name(), "lost").isEmpty());
+    EXPECT_TRUE(row(name(), "lost").columns().isEmpty());
     drive.click("cmdmd");
     drive.click("Cmdedit");
     drive.type(control(1), "kept");
@@ -434,11 +434,11 @@ TEST_P(EveryForm, DeletesWhatIsShownAndGoesOn)
     drive.click("cmdqd");
     drive.click("cmdnext");
     drive.click("Cmddelete");
-    EXPECT_TRUE(row(name(), "B0001").isEmpty());
+    EXPECT_TRUE(row(name(), "B0001").columns().isEmpty());
     EXPECT_EQ(drive.text(control(0)), c.afterDelete == After::Last ? "D0001" : "C0001");
     drive.click("cmdmd");
     drive.click("Cmddelete");
-    EXPECT_TRUE(row(name(), "D0001").isEmpty());
+    EXPECT_TRUE(row(name(), "D0001").columns().isEmpty());
     EXPECT_EQ(drive.text(control(0)), c.lastAfterLast ? "C0001" : "A0001");
     drive.click("Cmddelete");
     drive.click("Cmddelete");
@@ -466,7 +466,7 @@ TEST_P(EveryForm, TellsOrPassesOverARefusedSaveAndTheRowStillWaits)
         EXPECT_FALSE(form->isBusy());
         EXPECT_TRUE(form->records().hasPendingChanges());
         EXPECT_EQ(drive.text(control(1)), "never");
-        EXPECT_TRUE(row(name(), "never").isEmpty());
+        EXPECT_TRUE(row(name(), "never").columns().isEmpty());
         // What waits goes through with the next save that the database takes.
         drive.click("Cmdedit");
         drive.type(control(1), "taken");
