@@ -138,10 +138,10 @@ struct ViewText {
 };
 
 constexpr ViewText viewTexts[] = {
-    // Products without a price belong in the whole price list.
+    // Products without a price belong in the whole price list; a contract without lines prints its head.
     {"yy_bzdj_rpt", "yy_bzdj", "yy_bzdj_b", "cpbh", true, "*", "*", ""},
-    {"yy_wxht_rpt", "yy_gw_wxht_h", "yy_gw_wxht_b", "htbh", false, "*", "*", ""},
-    {"yy_cght_rpt", "yy_gn_cght_h", "yy_gn_cght_b", "htbh", false, "*", "*", ""},
+    {"yy_wxht_rpt", "yy_gw_wxht_h", "yy_gw_wxht_b", "htbh", true, "*", "*", ""},
+    {"yy_cght_rpt", "yy_gn_cght_h", "yy_gn_cght_b", "htbh", true, "*", "*", ""},
     {"yy_xyz_bd_rpt", "yy_xyz_h", "yy_xyz_b", "xyzh", false, "*", "*", ""},
     // The goods and units of the lines; the head's goods in general under a name of its own. There is no post code of
     // the company anywhere, documents leave its place empty.

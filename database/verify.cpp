@@ -1,5 +1,6 @@
 #include "database/verify.h"
 
+#include "data/row_cursor.h"
 #include "database/description.h"
 #include "database/source.h"
 

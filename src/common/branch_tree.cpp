@@ -112,7 +112,7 @@ public:
     // Rows that the statement counts.
     int count(const char *statement)
     {
-        const QVector<Values> rows = m_connection()->rows(statement);
+        const QVector<Row> rows = m_connection()->rows(statement);
         return rows.isEmpty() ? 0 : rows.first()["ccc"].toInt();
     }
 

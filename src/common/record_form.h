@@ -5,6 +5,7 @@
 #include "common/lines_panel.h"
 #include "common/record_form_spec.h"
 #include "data/data_control.h"
+#include "data/row.h"
 
 #include <QWidget>
 

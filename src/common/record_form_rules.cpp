@@ -4,6 +4,7 @@
 #include "common/field_panel.h"
 #include "common/record_form.h"
 #include "common/record_list.h"
+#include "data/copies.h"
 #include "data/date_text.h"
 #include "data/number_of.h"
 
@@ -200,7 +201,7 @@ void RecordForm::fieldChosen(const QString &field)
             if (!step.insert)
                 break;
             Values line = values;
-            line.insert(toValues(row));
+            line.insert(row.named());
             line.insert("i", QString::number(++number));
             writing.append({step.insert, line});
         }

@@ -6,7 +6,7 @@
 
 #include "common/message_icon.h"
 #include "common/numbering.h"
-#include "data/copies.h"
+#include "data/column_pairs.h"
 #include "data/grid_column.h"
 
 #include <QString>

@@ -100,7 +100,7 @@ void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)
         }
         m_form.run(Failure::Report, {[&] {
                        if (const auto found = m_form.firstRow(filter.via, values))
-                           m_form.showStatement(filter.statement, toValues(*found));
+                           m_form.showStatement(filter.statement, found->named());
                    }});
     });
 }

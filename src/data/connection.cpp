@@ -1,9 +1,10 @@
 #include "data/connection.h"
 
-#include "data/collation.h"
-#include "data/date_text.h"
+#include "data/connection_string.h"
+#include "data/dialect.h"
 #include "data/mariadb_server.h"
 #include "data/odbc_statement.h"
+#include "data/row_cursor.h"
 #include "data/sql_error.h"
 #include "data/sql_server.h"
 #include "data/sqlite_functions.h"
@@ -13,10 +14,7 @@
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QSqlRecord>
 #include <QUuid>
-
-#include <algorithm>
 
 namespace tradewick
 {
@@ -45,165 +43,14 @@ QList<std::weak_ptr<Connection>> &sharedConnections()
 
 } // namespace
 
-ConnectionParts connectionParts(const QString &connectionString)
-{
-    static const QStringList keys{
-        "provider=", "persist security info=", "password=", "user id=", "initial catalog=", "data source="};
-    QStringList found(keys.size());
-    qsizetype open = -1; // key whose value is being read
-    qsizetype start = 0;
-    const auto keyAt = [&](qsizetype at) -> qsizetype {
-        for (qsizetype key = 0; key < keys.size(); ++key)
-            if (QStringView(connectionString).mid(at).startsWith(keys[key], Qt::CaseInsensitive))
-                return key;
-        return -1;
-    };
-    for (qsizetype at = 0; at <= connectionString.size(); ++at) {
-        const bool end = at == connectionString.size();
-        const bool boundary = at == 0 || end || connectionString[at - 1] == u';';
-        const qsizetype key = boundary && !end ? keyAt(at) : -1;
-        if (key < 0 && !end)
-            continue;
-        if (open >= 0)
-            found[open] = connectionString.mid(start, at - start - (end ? 0 : 1));
-        if (key < 0)
-            break;
-        open = key;
-        start = at + keys[key].size();
-    }
-    return {found[0], found[5], found[3], found[2], found[4]};
-}
-
-namespace
-{
-
-// What a value is ordered by, made ready once: nulls first, numbers by value, texts by the one order.
-struct OrderKey {
-    enum Kind { Null, Number, Text } kind = Null;
-    double number = 0;
-    QString text;
-
-    explicit OrderKey(const QVariant &value)
-    {
-        if (value.isNull())
-            return;
-        kind = value.typeId() == QMetaType::QString ? Text : Number;
-        if (kind == Text)
-            text = foldedForOrder(value.toString());
-        else
-            number = value.toDouble();
-    }
+struct Connection::Link {
+    QSqlDatabase database;
+    PreparedStatements statements;
 };
 
-int compare(const OrderKey &a, const OrderKey &b)
+Connection::Connection() : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces)), m_link(std::make_unique<Link>())
 {
-    if (a.kind != b.kind)
-        return a.kind < b.kind ? -1 : 1;
-    return a.kind == OrderKey::Text ? compareFolded(a.text, b.text) : a.number < b.number ? -1 : a.number > b.number;
 }
-
-} // namespace
-
-RowCursor::RowCursor(const QSqlDatabase &database, const BoundStatement &statement, PreparedStatements &statements)
-    : m_hiddenColumns(statement.hiddenColumns)
-{
-    if (database.driverName() == QLatin1String("QODBC")) {
-        OdbcResult result = runOdbc(database, statement);
-        m_columns = std::move(result.columns);
-        m_fetched = std::move(result.rows);
-        m_isFetched = true;
-        return;
-    }
-    m_query = statements.run(database, statement);
-    if (!statement.order.isEmpty())
-        sort(statement);
-}
-
-const QStringList &RowCursor::columns()
-{
-    if (m_columns.isEmpty() && m_query) {
-        const QSqlRecord record = m_query->record();
-        for (int i = 0; i < record.count() - m_hiddenColumns; ++i)
-            m_columns.append(record.fieldName(i));
-    }
-    return m_columns;
-}
-
-void RowCursor::sort(const BoundStatement &statement)
-{
-    struct Row {
-        QVariantList values;
-        std::vector<OrderKey> keys;
-    };
-    const qsizetype count = columns().size() + m_hiddenColumns;
-    std::vector<Row> rows;
-    while (m_query->next()) {
-        Row &row = rows.emplace_back();
-        for (int i = 0; i < count; ++i)
-            row.values.append(read(i));
-        for (const OrderItem &item : statement.order)
-            row.keys.emplace_back(row.values[item.column < 0 ? count + item.column : item.column]);
-    }
-    std::stable_sort(rows.begin(), rows.end(), [&](const Row &a, const Row &b) {
-        for (size_t i = 0; i < a.keys.size(); ++i)
-            if (const int order = compare(a.keys[i], b.keys[i]))
-                return (order < 0) != statement.order[static_cast<qsizetype>(i)].descending;
-        return false;
-    });
-    m_fetched.reserve(rows.size());
-    for (Row &row : rows)
-        m_fetched.push_back(std::move(row.values));
-    m_isFetched = true;
-}
-
-void RowCursor::readAll(qsizetype columns, const std::function<bool(const QVariantList &)> &row)
-{
-    QVariantList line(columns);
-    while (next()) {
-        for (int i = 0; i < line.size(); ++i)
-            line[i] = value(i);
-        if (!row(line))
-            return;
-    }
-}
-
-bool RowCursor::next()
-{
-    if (m_isFetched)
-        return ++m_at < static_cast<qsizetype>(m_fetched.size());
-    if (m_query->next())
-        return true;
-    if (m_query->lastError().isValid())
-        throw errorOf(m_query->lastError());
-    return false;
-}
-
-QVariant RowCursor::value(int column) const
-{
-    return m_isFetched ? m_fetched[m_at][column] : read(column);
-}
-
-QVariant RowCursor::read(int column) const
-{
-    if (m_query->isNull(column))
-        return {};
-    QVariant value = m_query->value(column);
-    switch (value.typeId()) {
-    case QMetaType::QDate:
-    case QMetaType::QDateTime:
-        return dateText(value);
-    case QMetaType::Bool:
-    case QMetaType::Char:
-    case QMetaType::SChar:
-    case QMetaType::UChar:
-    case QMetaType::Short:
-        return value.toInt();
-    default:
-        return value;
-    }
-}
-
-Connection::Connection() : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces)) {}
 
 Connection::~Connection()
 {
@@ -215,11 +62,14 @@ bool Connection::isOpen() const
     return m_isOpen;
 }
 
+const Dialect &Connection::dialect() const
+{
+    return dialectOf(m_engine);
+}
+
 QString Connection::identityColumn() const
 {
-    return m_engine == Engine::Sqlite    ? QStringLiteral("rowid")
-           : m_engine == Engine::MariaDb ? QStringLiteral("tradewick_id")
-                                         : QString();
+    return QLatin1String(dialect().identity);
 }
 
 void Connection::Open(const QString &connectionString, const QString &, const QString &, int)
@@ -246,24 +96,24 @@ void Connection::openDatabase()
         if (!QFileInfo(path).isFile())
             throw DataError(0, QStringLiteral("数据库文件“%1”不存在").arg(path));
         m_engine = Engine::Sqlite;
-        m_database = QSqlDatabase::addDatabase("QSQLITE", m_name);
-        m_database.setDatabaseName(path);
-        m_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=10000");
-        if (!m_database.open())
-            throw errorOf(m_database.lastError());
-        addSqliteFunctions(m_database.driver()->handle());
+        m_link->database = QSqlDatabase::addDatabase("QSQLITE", m_name);
+        m_link->database.setDatabaseName(path);
+        m_link->database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=10000");
+        if (!m_link->database.open())
+            throw errorOf(m_link->database.lastError());
+        addSqliteFunctions(m_link->database.driver()->handle());
     } else if (isMariaDb) {
         const MariaDbSource source = mariaDbSource(parts);
         m_engine = Engine::MariaDb;
-        m_database = QSqlDatabase::addDatabase("QMYSQL", m_name);
-        openMariaDb(m_database, source);
+        m_link->database = QSqlDatabase::addDatabase("QMYSQL", m_name);
+        openMariaDb(m_link->database, source);
     } else {
         const SqlServerSource source = sqlServerSource(parts);
         if (!QSqlDatabase::isDriverAvailable("QODBC"))
             throw DataError(0, QStringLiteral("无法连接“%1”：请安装软件包 libqt6sql6-odbc。").arg(parts.dataSource));
         m_engine = Engine::SqlServer;
-        m_database = QSqlDatabase::addDatabase("QODBC", m_name);
-        openSqlServer(m_database, source);
+        m_link->database = QSqlDatabase::addDatabase("QODBC", m_name);
+        openSqlServer(m_link->database, source);
     }
 }
 
@@ -276,9 +126,9 @@ void Connection::overLink(bool repeatable, const std::function<void()> &action)
     for (bool again = false;; again = true) {
         try {
             if (m_isLost) {
-                m_statements.clear();
-                m_database.close();
-                m_database = QSqlDatabase();
+                m_link->statements.clear();
+                m_link->database.close();
+                m_link->database = QSqlDatabase();
                 QSqlDatabase::removeDatabase(m_name);
                 openDatabase();
                 m_isLost = false;
@@ -297,10 +147,10 @@ void Connection::overLink(bool repeatable, const std::function<void()> &action)
 
 void Connection::Close()
 {
-    m_statements.clear();
-    if (m_database.isValid()) {
-        m_database.close();
-        m_database = QSqlDatabase();
+    m_link->statements.clear();
+    if (m_link->database.isValid()) {
+        m_link->database.close();
+        m_link->database = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_name);
     }
     m_tables.clear();
@@ -324,11 +174,11 @@ qint64 Connection::executeBound(const BoundStatement &statement)
 {
     qint64 rows = 0;
     overLink(false, [&] {
-        if (m_engine == Engine::SqlServer) {
-            rows = runOdbc(m_database, statement).changed;
+        if (dialect().isOdbc) {
+            rows = runOdbc(m_link->database, statement).changed;
             return;
         }
-        rows = m_statements.run(m_database, statement)->numRowsAffected();
+        rows = m_link->statements.run(m_link->database, statement)->numRowsAffected();
     });
     return rows;
 }
@@ -339,7 +189,8 @@ qint64 Connection::insertBound(const BoundStatement &statement)
     if (identityColumn().isEmpty())
         executeBound(statement);
     else
-        overLink(false, [&] { identity = m_statements.run(m_database, statement)->lastInsertId().toLongLong(); });
+        overLink(false,
+                 [&] { identity = m_link->statements.run(m_link->database, statement)->lastInsertId().toLongLong(); });
     return identity;
 }
 
@@ -374,13 +225,13 @@ std::unique_ptr<RowCursor> Connection::cursor(const QString &statement, const Va
 std::unique_ptr<RowCursor> Connection::cursorBound(const BoundStatement &statement)
 {
     std::unique_ptr<RowCursor> cursor;
-    overLink(true, [&] { cursor = std::make_unique<RowCursor>(m_database, statement, m_statements); });
+    overLink(true, [&] { cursor = std::make_unique<RowCursor>(m_link->database, statement, m_link->statements); });
     return cursor;
 }
 
-QVector<Values> Connection::rows(const QString &statement, const Values &values)
+QVector<Row> Connection::rows(const QString &statement, const Values &values)
 {
-    QVector<Values> rows;
+    QVector<Row> rows;
     QStringList names;
     read(
         statement, values,
@@ -389,10 +240,7 @@ QVector<Values> Connection::rows(const QString &statement, const Values &values)
                 names.append(column.toLower());
         },
         [&](const QVariantList &line) {
-            Values row;
-            for (int i = 0; i < names.size(); ++i)
-                row.insert(names[i], line[i]);
-            rows.append(row);
+            rows.append(Row(names, line));
             return true;
         });
     return rows;
@@ -404,23 +252,21 @@ void Connection::transaction(const std::function<void()> &work)
         work();
         return;
     }
-    // Immediate: two desktops that both mean to write wait for each other here, not in the middle. A link that broke
-    // while nothing was asked of it is made anew here; in the middle it ends the work. A driver of ODBC has
-    // transactions of its own, which start without a word to the server: it is asked something first.
+    // A link that broke while nothing was asked of it is made anew here; in the middle it ends the work.
     overLink(true, [&] {
-        control(m_engine == Engine::Sqlite ? "begin immediate" : m_engine == Engine::SqlServer ? "select 1" : "begin");
-        if (m_engine == Engine::SqlServer && !m_database.transaction())
-            throw errorOf(m_database.lastError());
+        control(dialect().begin);
+        if (dialect().isOdbc && !m_link->database.transaction())
+            throw errorOf(m_link->database.lastError());
     });
     m_depth = 1;
     ++m_transaction;
     std::vector<std::function<void()>> actions;
     try {
         work();
-        if (m_engine != Engine::SqlServer)
+        if (!dialect().isOdbc)
             control("commit");
-        else if (!m_database.commit())
-            throw errorOf(m_database.lastError());
+        else if (!m_link->database.commit())
+            throw errorOf(m_link->database.lastError());
         m_depth = 0;
         actions.swap(m_onCommit);
     } catch (const DataError &error) {
@@ -441,19 +287,19 @@ void Connection::undo()
     m_onCommit.clear();
     if (m_isLost)
         return;
-    if (m_engine == Engine::SqlServer)
-        m_database.rollback();
+    if (dialect().isOdbc)
+        m_link->database.rollback();
     else
-        QSqlQuery(m_database).exec("rollback");
+        QSqlQuery(m_link->database).exec("rollback");
 }
 
 void Connection::control(const char *word)
 {
-    if (m_engine == Engine::SqlServer) {
-        runOdbc(m_database, {QLatin1String(word), {}});
+    if (dialect().isOdbc) {
+        runOdbc(m_link->database, {QLatin1String(word), {}});
         return;
     }
-    QSqlQuery query(m_database);
+    QSqlQuery query(m_link->database);
     if (!query.exec(QLatin1String(word)))
         throw errorOf(query.lastError());
 }
@@ -471,32 +317,32 @@ const Connection::Table &Connection::table(const QString &name)
     const QString key = name.toLower();
     if (const auto found = m_tables.constFind(key); found != m_tables.constEnd())
         return *found;
-    static const QHash<Engine, QString> columnsOfEngine{
-        {Engine::Sqlite, "select name, type from pragma_table_info(?)"},
-        {Engine::MariaDb,
-         "select column_name, data_type from information_schema.columns where table_schema = database() "
-         "and table_name = ? and extra not like '%INVISIBLE%' order by ordinal_position"},
-        {Engine::SqlServer, columnsOfSqlServer},
-    };
     Table table;
-    readBound({columnsOfEngine[m_engine], {key}}, 2, [&table](const QVariantList &row) {
+    const QString statement = QLatin1String(dialect().columns);
+    readBound({statement, QVariantList(statement.count(u'?'), key)}, 3, [&table](const QVariantList &row) {
         const QString column = row[0].toString().toLower();
         table.columns.append(column);
         table.kinds.insert(column, kindOfDeclaredType(row[1].toString()));
+        table.isBase = row[2].toInt() == 1;
         return true;
     });
     return *m_tables.insert(key, table);
 }
 
+bool Connection::isBaseTable(const QString &name)
+{
+    return table(name).isBase;
+}
+
 QString Connection::uniqueColumnOf(const QString &name)
 {
-    if (m_engine != Engine::SqlServer)
+    const QString key = name.toLower(), statement = QLatin1String(dialect().uniqueColumn);
+    if (statement.isEmpty())
         return {};
-    const QString key = name.toLower();
     if (const auto found = m_uniqueColumns.constFind(key); found != m_uniqueColumns.constEnd())
         return *found;
     QString column;
-    readBound({uniqueColumnOfSqlServer, {key}}, 1, [&column](const QVariantList &row) {
+    readBound({statement, {key}}, 1, [&column](const QVariantList &row) {
         column = row[0].toString().toLower();
         return false;
     });

@@ -2,12 +2,8 @@
 #pragma once
 
 #include "data/data_error.h"
-#include "data/prepared_statements.h"
+#include "data/row.h"
 #include "data/statement.h"
-
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QString>
 
 #include <functional>
 #include <memory>
@@ -16,40 +12,8 @@
 namespace tradewick
 {
 
-// The parts of a connection string that count.
-struct ConnectionParts {
-    QString provider, dataSource, userId, password, catalog;
-};
-
-// Reads "Provider=...;password=...;User ID=...;Initial Catalog=...;Data Source=...", keys without regard to case. A
-// value may hold semicolons and equal signs as long as no known key follows them.
-ConnectionParts connectionParts(const QString &connectionString);
-
-// The rows of a select, read forwards once as they are asked for. Lives no longer than its connection is open.
-// Whatever the engine, a date is ISO text, a flag a whole number, and texts that the statement orders by are ordered.
-class RowCursor
-{
-public:
-    // Throws DataError.
-    RowCursor(const QSqlDatabase &database, const BoundStatement &statement, PreparedStatements &statements);
-    const QStringList &columns(); // asked for only where they are wanted: the driver describes each at length
-    // Steps onto the next row; false behind the last. Throws DataError when the rows break off.
-    bool next();
-    QVariant value(int column) const; // Null is an invalid QVariant
-    // Hands the first `columns` values of each row that is left to `row` until it gives false.
-    void readAll(qsizetype columns, const std::function<bool(const QVariantList &values)> &row);
-
-private:
-    QVariant read(int column) const;
-    void sort(const BoundStatement &statement);
-
-    PreparedStatements::Query m_query; // none over ODBC
-    QStringList m_columns;
-    int m_hiddenColumns;
-    std::vector<QVariantList> m_fetched; // all rows, where they are not read as they are asked for
-    qsizetype m_at = -1;                 // in m_fetched
-    bool m_isFetched = false;
-};
+struct Dialect;
+class RowCursor;
 
 class Connection
 {
@@ -72,6 +36,7 @@ public:
     void Close();
     bool isOpen() const;
     Engine engine() const { return m_engine; }
+    const Dialect &dialect() const;
     // The column, out of sight of "select *", that tells a row of a table from all others; empty where there is none.
     QString identityColumn() const;
     const QString &connectionString() const { return m_connectionString; }
@@ -85,11 +50,11 @@ public:
               const std::function<void(const QStringList &columns)> &columns,
               const std::function<bool(const QVariantList &values)> &row);
 
-    // The rows of a select, pulled instead of handed over. Throws DataError.
+    // The rows of a select, pulled instead of handed over (data/row_cursor.h). Throws DataError.
     std::unique_ptr<RowCursor> cursor(const QString &statement, const Values &values);
 
-    // The rows of a select, whole, each by lower-case column name; for lookups of a few rows. Throws DataError.
-    QVector<Values> rows(const QString &statement, const Values &values = {});
+    // The rows of a select, whole; for lookups of a few rows. Throws DataError.
+    QVector<Row> rows(const QString &statement, const Values &values = {});
 
     // Runs `work` as one transaction: all of it is stored, or, when it throws, nothing. Inside another transaction it
     // joins that one.
@@ -101,10 +66,13 @@ public:
 
     // Kinds of a table's or view's columns, read from the database once.
     ColumnKinds kindsOf(const QString &table);
-    // The key column, lower case, that tells rows apart where there is no identity; empty where there is none either.
-    QString uniqueColumnOf(const QString &table);
     // Column names of a table or view in their order, lower case.
     QStringList columnsOf(const QString &table);
+    // Whether rows can be written there: no view, and none of another name.
+    bool isBaseTable(const QString &name);
+    // The key column, lower case, that tells a record from another where the engine has no identities or gives one
+    // away again; empty where there is none.
+    QString uniqueColumnOf(const QString &table);
 
     // The statement as this engine gets it, and the same actions on statements that are bound already.
     BoundStatement bound(const QString &statement, const Values &values);
@@ -134,13 +102,14 @@ private:
     struct Table {
         QStringList columns;
         ColumnKinds kinds;
+        bool isBase = false;
     };
+    struct Link;
     const Table &table(const QString &name);
 
     QString m_name; // Qt's name of the connection
     QString m_connectionString;
-    QSqlDatabase m_database;
-    PreparedStatements m_statements;
+    std::unique_ptr<Link> m_link;
     bool m_isOpen = false;
     bool m_isLost = false; // the link broke since
     Engine m_engine = Engine::Sqlite;

@@ -25,6 +25,8 @@ class DataError : public std::runtime_error
 public:
     // The number of "invalid use of Null": a Null met where a value is wanted.
     static constexpr int invalidUseOfNull = 94;
+    // A column that a record set or a row does not have was asked for.
+    static constexpr int noSuchColumn = 3265;
     // Another desktop changed or deleted the row since it was read: the number that OLE DB has for it.
     static constexpr int changedSinceRead = -2147217864;
     // The connection to the server broke, or could not be made again.

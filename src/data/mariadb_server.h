@@ -1,8 +1,10 @@
 // Where a MariaDB server is, how a connection to it is guarded, and what a session on it has to be told first.
 #pragma once
 
-#include "data/connection.h"
+#include "data/connection_string.h"
 #include "data/server_source.h"
+
+class QSqlDatabase;
 
 namespace tradewick
 {

@@ -152,7 +152,7 @@ Field Recordset::Fields(const QString &column)
 {
     const int index = columnIndex(column);
     if (index < 0)
-        throw DataError(3265, QStringLiteral("记录集中没有“%1”列").arg(column));
+        throw DataError(DataError::noSuchColumn, QStringLiteral("记录集中没有“%1”列").arg(column));
     return {*this, index};
 }
 
@@ -286,7 +286,7 @@ void Recordset::Find(const QString &column, const QVariant &value)
 {
     const int index = columnIndex(column);
     if (index < 0)
-        throw DataError(3265, QStringLiteral("记录集中没有“%1”列").arg(column));
+        throw DataError(DataError::noSuchColumn, QStringLiteral("记录集中没有“%1”列").arg(column));
     QVector<qint64> found;
     if (!m_impl->identity.isEmpty()) {
         m_connection->readKeys(m_connection->bound("select " + m_impl->identity + " from " + m_impl->table + " where " +

@@ -1,6 +1,8 @@
 #include "data/recordset_rows.h"
 
+#include "data/collation.h"
 #include "data/date_text.h"
+#include "data/dialect.h"
 #include "data/number_of.h"
 #include "data/sql_error.h"
 
@@ -53,16 +55,18 @@ QVariant stored(const QVariant &value, ColumnKind kind, const QString &column)
 void RecordsetRows::examine(Connection &connection)
 {
     table = plainTableOf(m_statement);
-    const ColumnKinds kindsOfTable = table.isEmpty() ? ColumnKinds() : connection.kindsOf(table);
-    if (kindsOfTable.isEmpty())
+    if (table.isEmpty() || !connection.isBaseTable(table)) {
         table.clear();
-    else
-        identity = connection.identityColumn();
+        return;
+    }
+    identity = connection.identityColumn();
     if (identity.isEmpty())
         return;
+    const ColumnKinds kindsOfTable = connection.kindsOf(table);
     columns = connection.columnsOf(table);
     for (const QString &column : std::as_const(columns))
         kinds.append(kindsOfTable.value(column));
+    uniqueColumn = static_cast<int>(columns.indexOf(connection.uniqueColumnOf(table)));
     if (m_values.isEmpty())
         return;
     QString whole = m_statement;
@@ -82,6 +86,7 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
         before.m_statement == m_statement && before.m_values == m_values) {
         table = before.table;
         identity = before.identity;
+        uniqueColumn = before.uniqueColumn;
         columns = before.columns;
         kinds = before.kinds;
         m_few = before.m_few;
@@ -96,7 +101,8 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
         connection.readKeys(connection.bound(identities, m_values), keys);
         return;
     }
-    const ColumnKinds kindsOfTable = table.isEmpty() ? ColumnKinds() : connection.kindsOf(table);
+    const QString source = table.isEmpty() ? plainTableOf(m_statement) : table; // a view has kinds, too
+    const ColumnKinds kindsOfTable = source.isEmpty() ? ColumnKinds() : connection.kindsOf(source);
     connection.read(
         m_statement, m_values,
         [&](const QStringList &names) {
@@ -144,6 +150,8 @@ void RecordsetRows::fetchAround(Connection &connection, int row)
     BoundStatement select = selectRows();
     select.text += " in (";
     if (rows.size() > rowsKept) {
+        for (auto read = rows.cbegin(); uniqueColumn >= 0 && read != rows.cend(); ++read)
+            letGo.insert(read.key(), (*read)[uniqueColumn]);
         rows.clear();
         asWritten.clear();
     }
@@ -155,7 +163,9 @@ void RecordsetRows::fetchAround(Connection &connection, int row)
     }
     select.text += ")";
     connection.readBound(select, columns.size() + 1, [&](const QVariantList &line) {
-        rows.insert(line[0].toLongLong(), line.mid(1));
+        const QVariantList values = line.mid(1);
+        if (isRecord(letGo.value(line[0].toLongLong()), values))
+            rows.insert(line[0].toLongLong(), values);
         return true;
     });
     // A row that someone deleted meanwhile stands empty until the next refresh.
@@ -164,23 +174,39 @@ void RecordsetRows::fetchAround(Connection &connection, int row)
             rows.insert(keys[i], QVariantList(columns.size()));
 }
 
+QVariant RecordsetRows::knownKey(const Connection &connection, qint64 key) const
+{
+    if (uniqueColumn < 0)
+        return {};
+    if (const auto waiting = pending.constFind(key); waiting != pending.constEnd())
+        return (isSent(connection, *waiting) ? waiting->written
+                : waiting->isNew             ? waiting->values
+                                             : waiting->original)[uniqueColumn];
+    const auto read = rows.constFind(key);
+    return read == rows.constEnd() ? letGo.value(key) : (*read)[uniqueColumn];
+}
+
+// An identity that was given away again belongs to another record, which has another key.
+bool RecordsetRows::isRecord(const QVariant &knownKey, const QVariantList &row) const
+{
+    return uniqueColumn < 0 || knownKey.isNull() ||
+           compareFolded(foldedForOrder(knownKey.toString()), foldedForOrder(row[uniqueColumn].toString())) == 0;
+}
+
 // Without an identity a row is found by its key as it was read.
 QVariantList RecordsetRows::now(Connection &connection, qint64 key, bool hold) const
 {
+    const Dialect &dialect = connection.dialect();
+    const QVariant known = knownKey(connection, key);
     BoundStatement select;
     if (!identity.isEmpty() && key >= 0) {
         select = selectRows();
-        select.text += connection.engine() == Engine::MariaDb && hold ? " = ? lock in share mode" : " = ?";
+        select.text += QLatin1String(" = ?") + QLatin1String(hold ? dialect.holdRow : "");
         select.parameters = {key};
     } else if (identity.isEmpty() && uniqueColumn >= 0) {
-        const auto waiting = pending.constFind(key);
-        const QVariantList &known = waiting == pending.constEnd()  ? rows[key]
-                                    : isSent(connection, *waiting) ? waiting->written
-                                    : waiting->isNew               ? waiting->values
-                                                                   : waiting->original;
-        select = {"select * from " + table + (hold ? " with (repeatableread)" : "") + " where " +
+        select = {"select * from " + table + QLatin1String(hold ? dialect.holdTable : "") + " where " +
                       columns[uniqueColumn] + " = ?",
-                  {known[uniqueColumn]}};
+                  {known}};
     } else {
         return {};
     }
@@ -190,7 +216,7 @@ QVariantList RecordsetRows::now(Connection &connection, qint64 key, bool hold) c
         found = line.mid(before);
         return true;
     });
-    return found;
+    return found.isEmpty() || isRecord(known, found) ? found : QVariantList();
 }
 
 const QVariantList &RecordsetRows::row(Connection &connection, int at)
@@ -296,11 +322,10 @@ qint64 RecordsetRows::insert(Connection &connection, const Pending &row) const
         marks += u'?';
         parameters.append(row.written[i]);
     }
-    const bool emptyList = names.isEmpty() && connection.engine() != Engine::MariaDb;
-    return connection.insertBound(
-        {"insert into " + table +
-             (emptyList ? QStringLiteral(" default values") : "(" + names + ") values(" + marks + ")"),
-         parameters});
+    return connection.insertBound({"insert into " + table +
+                                       (names.isEmpty() ? QString(QLatin1String(connection.dialect().emptyRow))
+                                                        : "(" + names + ") values(" + marks + ")"),
+                                   parameters});
 }
 
 // The row as it was read, whole: what another desktop changed in it no longer fits. To the letter, the case and the
@@ -321,11 +346,7 @@ void RecordsetRows::appendWhere(const Connection &connection, BoundStatement &st
             statement.text += columns[i] + " is null";
             continue;
         }
-        const bool text = kinds[i] == ColumnKind::Text && connection.engine() != Engine::Sqlite;
-        const char *exact = !text ? "%1 = ?"
-                            : connection.engine() == Engine::MariaDb
-                                ? "binary %1 = binary ?"
-                                : "cast(%1 as varbinary(max)) = cast(cast(? as nvarchar(max)) as varbinary(max))";
+        const char *exact = kinds[i] == ColumnKind::Text ? connection.dialect().exactText : "%1 = ?";
         statement.text += QString(QLatin1String(exact)).arg(columns[i]);
         statement.parameters.append(original[i]);
     }
@@ -336,7 +357,7 @@ void RecordsetRows::appendWhere(const Connection &connection, BoundStatement &st
 bool RecordsetRows::changeOneRow(Connection &connection, const QString &verb, const QString &rest,
                                  const QVariantList &parameters, qint64 key, const QVariantList &original) const
 {
-    BoundStatement statement{verb + (identity.isEmpty() ? " top (1) " : " ") + rest, parameters};
+    BoundStatement statement{verb + QLatin1String(connection.dialect().oneRow) + u' ' + rest, parameters};
     appendWhere(connection, statement, key, original);
     return connection.executeBound(statement) > 0;
 }
@@ -373,7 +394,7 @@ qint64 RecordsetRows::storeNew(Connection &connection, qint64 key)
     if (row.attempted && now(connection, row.attempted) == row.written)
         return row.attempted;
     const qint64 written = insert(connection, row);
-    if (connection.engine() != Engine::Sqlite) // whose link cannot break
+    if (connection.dialect().canBreak)
         row.attempted = identity.isEmpty() ? key : written;
     return identity.isEmpty() ? key : written;
 }

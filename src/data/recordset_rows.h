@@ -25,12 +25,15 @@ public:
 
     QString table;    // empty: read whole and not writable
     QString identity; // column; empty where the engine has none: rows are read whole and told apart by their values
-    int uniqueColumn = -1; // by which a row without identity is found again; none: it counts as gone when it differs
+    // By which a row without identity is found again (none: it counts as gone when it differs), and an identity that
+    // was given away again is noticed.
+    int uniqueColumn = -1;
     QStringList columns;
     QVector<ColumnKind> kinds;
     QVector<qint64> keys; // identity of each row; rows not stored yet and rows read whole have negative ones
     QHash<qint64, QVariantList> rows;
-    QSet<qint64> asWritten; // rows that stand as they were sent; the database may keep them rounded or cut
+    QHash<qint64, QVariant> letGo; // keys in the unique column of rows that were read and not kept
+    QSet<qint64> asWritten;        // rows that stand as they were sent; the database may keep them rounded or cut
     QHash<qint64, Pending> pending;
     qint64 nextTemporaryKey = -1;
     bool open = false;
@@ -66,6 +69,8 @@ private:
     BoundStatement m_few; // identities and rows of the statement in one; empty where they come apart
 
     BoundStatement selectRows() const;
+    QVariant knownKey(const Connection &connection, qint64 key) const; // in the unique column; Null: not read yet
+    bool isRecord(const QVariant &knownKey, const QVariantList &row) const;
     void examine(Connection &connection);
     bool readFew(Connection &connection);
     void fetchAround(Connection &connection, int row);

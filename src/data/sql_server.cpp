@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QTemporaryFile>
@@ -15,14 +16,6 @@
 
 namespace tradewick
 {
-
-const char *const columnsOfSqlServer =
-    "select column_name, data_type from information_schema.columns where table_name = ? order by ordinal_position";
-const char *const uniqueColumnOfSqlServer =
-    "select max(c.name) from sys.indexes i inner join sys.index_columns p on p.object_id = i.object_id and "
-    "p.index_id = i.index_id inner join sys.columns c on c.object_id = p.object_id and c.column_id = p.column_id "
-    "where i.object_id = object_id(?) and i.is_unique = 1 and p.is_included_column = 0 "
-    "group by i.index_id having count(*) = 1 order by i.index_id";
 
 namespace
 {

@@ -1,10 +1,12 @@
 // Where an SQL Server is, what its ODBC driver has to be told to reach it, and what a session on it is told first.
 #pragma once
 
-#include "data/connection.h"
+#include "data/connection_string.h"
 #include "data/server_source.h"
 
 #include <QStringList>
+
+class QSqlDatabase;
 
 namespace tradewick
 {
@@ -40,11 +42,6 @@ OdbcText odbcText(const SqlServerSource &source, const QString &driver);
 
 // A value in braces, in which no character ends it. Throws DataError where the driver has no way to say that.
 QString odbcValue(const QString &value, const QString &driver);
-
-// Names and types of a table's columns in their order, and its first column that is unique by itself; the one parameter
-// is the table.
-extern const char *const columnsOfSqlServer;
-extern const char *const uniqueColumnOfSqlServer;
 
 // Opens the database, which is of the driver QODBC, and readies its session: quoting, form of dates, waiting for locks.
 // Throws DataError; the caller then closes the database.

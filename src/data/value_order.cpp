@@ -9,54 +9,49 @@
 namespace tradewick
 {
 
-namespace
-{
-
-struct Key {
-    enum Class { Null, EmptyText, Number, Text } kind = Null;
-    double number = 0;
-    QString text; // folded
-};
-
-Key keyOf(const QVariant &value, ColumnKind kind)
+OrderKey::OrderKey(const QVariant &value, ColumnKind kind)
 {
     if (value.isNull())
-        return {};
-    const bool isText = value.typeId() == QMetaType::QString || kind == ColumnKind::Date;
-    if (!isText)
-        return {Key::Number, value.toDouble(), {}};
+        return;
+    if (value.typeId() != QMetaType::QString && kind != ColumnKind::Date) {
+        m_class = Number;
+        m_number = value.toDouble();
+        return;
+    }
     const QString text = kind == ColumnKind::Date ? dateText(value) : value.toString();
-    if (QStringView(text).trimmed().isEmpty())
-        return {Key::EmptyText, 0, {}};
+    if (QStringView(text).trimmed().isEmpty()) {
+        m_class = EmptyText;
+        return;
+    }
     bool isNumber = kind == ColumnKind::Number;
-    const double number = isNumber ? text.trimmed().toDouble(&isNumber) : 0;
-    return isNumber ? Key{Key::Number, number, {}} : Key{Key::Text, 0, foldedForOrder(text)};
+    m_number = isNumber ? text.trimmed().toDouble(&isNumber) : 0;
+    m_class = isNumber ? Number : Text;
+    if (!isNumber)
+        m_text = foldedForOrder(text);
 }
 
-int compare(const Key &a, const Key &b)
+int OrderKey::compare(const OrderKey &other) const
 {
-    if (a.kind != b.kind)
-        return a.kind < b.kind ? -1 : 1;
-    if (a.kind == Key::Number)
-        return a.number < b.number ? -1 : a.number > b.number ? 1 : 0;
-    return a.kind == Key::Text ? compareFolded(a.text, b.text) : 0;
+    if (m_class != other.m_class)
+        return m_class < other.m_class ? -1 : 1;
+    if (m_class == Number)
+        return m_number < other.m_number ? -1 : m_number > other.m_number;
+    return m_class == Text ? compareFolded(m_text, other.m_text) : 0;
 }
-
-} // namespace
 
 QVector<int> sortedPositions(const QVariantList &values, ColumnKind kind, Qt::SortOrder order)
 {
-    std::vector<Key> keys;
+    std::vector<OrderKey> keys;
     keys.reserve(static_cast<size_t>(values.size()));
     for (const QVariant &value : values)
-        keys.push_back(keyOf(value, kind));
+        keys.emplace_back(value, kind);
     QVector<int> positions(values.size());
     std::iota(positions.begin(), positions.end(), 0);
     const bool upwards = order == Qt::AscendingOrder;
     std::stable_sort(positions.begin(), positions.end(), [&](int a, int b) {
-        const Key &first = keys[static_cast<size_t>(upwards ? a : b)],
-                  &second = keys[static_cast<size_t>(upwards ? b : a)];
-        return compare(first, second) < 0;
+        const OrderKey &first = keys[static_cast<size_t>(upwards ? a : b)],
+                       &second = keys[static_cast<size_t>(upwards ? b : a)];
+        return first.compare(second) < 0;
     });
     return positions;
 }

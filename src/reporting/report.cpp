@@ -1,6 +1,7 @@
 #include "reporting/report.h"
 
 #include "data/connection.h"
+#include "data/row_cursor.h"
 #include "reporting/preview.h"
 
 #include <utility>

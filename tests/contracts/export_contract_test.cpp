@@ -84,7 +84,7 @@ TEST_F(Contract, AddProposesTheNextNumberOfTheMonth)
 TEST_F(Contract, TenLinesAreEnteredByKeyboardAlone)
 {
     clearMonth();
-    const QVector<Values> products = database.connection().rows(
+    const QVector<Row> products = database.connection().rows(
         "select cpbh, khbh, jkdj, jmdj from yy_bzdj_b where khbh='{k}' order by cpbh", {{"k", "K001"}});
     ASSERT_GE(products.size(), 10);
     const FormDriver drive = open();

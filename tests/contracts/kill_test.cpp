@@ -83,12 +83,12 @@ TEST(KillDeathTest, ABatchIsWholeOrAbsent)
         EXPECT_EQ(connection.rows("select integrity_check as n from pragma_integrity_check").first()["n"], "ok");
     }
     QSet<QString> stored;
-    for (const Values &head : connection.rows("select htbh from yy_gw_wxht_h"))
+    for (const Row &head : connection.rows("select htbh from yy_gw_wxht_h"))
         stored.insert(head["htbh"].toString());
     EXPECT_GE(reported.size(), kills);
     EXPECT_TRUE((reported - stored).isEmpty());
     EXPECT_EQ(connection.rows("select htbh, count(*) as n from yy_wxht_rpt group by htbh").size(), stored.size());
-    for (const Values &contract : connection.rows("select htbh, count(*) as n from yy_gw_wxht_b group by htbh")) {
+    for (const Row &contract : connection.rows("select htbh, count(*) as n from yy_gw_wxht_b group by htbh")) {
         EXPECT_EQ(contract["n"].toInt(), linesOfContract);
         EXPECT_TRUE(stored.contains(contract["htbh"].toString()));
     }

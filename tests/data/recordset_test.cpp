@@ -307,7 +307,7 @@ TEST_F(Records, AStatementRunsAgainWithOtherValuesWhereverItIs)
         [&](const QVariantList &row) {
             outer.append(row.first());
             inner.append(QVector<QVariant>());
-            for (const Values &found : connection.rows(names, {{"k", "P0005"}}))
+            for (const Row &found : connection.rows(names, {{"k", "P0005"}}))
                 inner.last().append(found["gkmc"]);
             return true;
         });

@@ -180,7 +180,8 @@ class Session:
         if not self.is_set_up:
             raise sqlite3.OperationalError("the session has no settings")
         if "information_schema.columns" in text:
-            text = "select name as column_name, type as data_type from pragma_table_info(?)"
+            text = ("select c.name as column_name, c.type as data_type, t.type = 'table' from sqlite_master t "
+                    "join pragma_table_info(t.name) c where t.name = ?")
         elif "sys.indexes" in text:
             text = ("select substr(name, length(tbl_name) + 5) from sqlite_master where type = 'index' and "
                     "sql like 'create unique%' and tbl_name = ?")

@@ -258,16 +258,12 @@ TEST_F(ThroughOdbc, ValuesOfEveryKindComeBackAsTheyWere)
         EXPECT_EQ(connection.Execute(
                       "insert into kinds(text,number,date,flag,words) values('{t}','{n}','{d}','{f}','{w}')", row),
                   1);
-    const QVector<Values> found = connection.rows("select * from kinds");
+    const QVector<Row> found = connection.rows("select * from kinds");
     ASSERT_EQ(found.size(), 3);
-    EXPECT_EQ(
-        found[0],
-        (Values{
-            {"text", rows[0]["t"]}, {"number", -6.25}, {"date", "2026-03-05"}, {"flag", 1}, {"words", rows[0]["w"]}}));
-    EXPECT_EQ(found[1],
-              (Values{{"text", ""}, {"number", 0.0}, {"date", "2000-02-29"}, {"flag", 0}, {"words", rows[1]["w"]}}));
-    for (const QVariant &value : found[2])
-        EXPECT_FALSE(value.isValid());
+    EXPECT_EQ(found[0].columns(), QStringList({"text", "number", "date", "flag", "words"}));
+    EXPECT_EQ(found[0].values(), QVariantList({rows[0]["t"], -6.25, "2026-03-05", 1, rows[0]["w"]}));
+    EXPECT_EQ(found[1].values(), QVariantList({"", 0.0, "2000-02-29", 0, rows[1]["w"]}));
+    EXPECT_EQ(found[2].values(), QVariantList(5));
     EXPECT_EQ(connection.kindsOf("kinds"), (ColumnKinds{{"text", ColumnKind::Text},
                                                         {"number", ColumnKind::Number},
                                                         {"date", ColumnKind::Date},
@@ -341,8 +337,8 @@ protected:
     QStringList column(const QString &statement)
     {
         QStringList values;
-        for (const Values &row : theirs.rows(statement))
-            values.append(row.begin()->toString());
+        for (const Row &row : theirs.rows(statement))
+            values.append(row.values().first().toString());
         return values;
     }
 
@@ -385,7 +381,7 @@ TEST_F(OnSqlServer, EveryKindOfColumnComesBackAsItWasTyped)
     contracts.Fields("hl").setValue(" 6.50 ");
     contracts.Fields("qttk").setValue(QString(5000, u'汉'));
     contracts.UpdateBatch();
-    const Values row = theirs.rows("select * from yy_gw_wxht_h where djrq>='{d}'", {{"d", "3-5-2026"}}).value(0);
+    const Row row = theirs.rows("select * from yy_gw_wxht_h where djrq>='{d}'", {{"d", "3-5-2026"}}).value(0);
     EXPECT_EQ(row["djrq"], "2026-03-05");
     EXPECT_EQ(row["hl"], 6.5);
     EXPECT_EQ(row["qttk"], QString(5000, u'汉'));

@@ -1,4 +1,5 @@
 // Statements on a real database: what they select is what the server's comparison would.
+#include "data/connection_string.h"
 #include "support/test_database.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +20,8 @@ protected:
     QStringList names(const QString &statement, const Values &values = {})
     {
         QStringList found;
-        for (const Values &row : database.connection().rows(statement, values))
-            found.append(row.begin().value().toString());
+        for (const Row &row : database.connection().rows(statement, values))
+            found.append(row.values().first().toString());
         return found;
     }
 

@@ -35,7 +35,7 @@ protected:
     QStringList contractLine(const QString &column, const QString &contract = "X260800001")
     {
         QStringList texts;
-        for (const Values &row :
+        for (const Row &row :
              database.connection().rows("select * from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}}))
             texts.append(row[column].toString());
         return texts;

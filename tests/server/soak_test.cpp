@@ -202,7 +202,7 @@ TEST(OfficeDeathTest, EightDesktopsLoseNothingWhileTheServerIsKilled)
     Connection connection;
     connection.Open(connectionStringOf(server.source("office")));
     QHash<QString, QString> stored;
-    for (const Values &head : connection.rows("select htbh,gb from yy_gw_wxht_h"))
+    for (const Row &head : connection.rows("select htbh,gb from yy_gw_wxht_h"))
         stored.insert(head["htbh"].toString(), head["gb"].toString());
     for (auto i = stored.constBegin(); i != stored.constEnd(); ++i)
         EXPECT_EQ(reported.value(i.key(), "not reported"), i.value()) << i.key().toStdString();
@@ -210,7 +210,7 @@ TEST(OfficeDeathTest, EightDesktopsLoseNothingWhileTheServerIsKilled)
         EXPECT_EQ(stored.value(i.key(), "not stored"), i.value()) << i.key().toStdString();
     EXPECT_GT(stored.size(), desktops * 2);
     EXPECT_GT(refused, 0);
-    for (const Values &contract : connection.rows("select htbh, count(*) as n from yy_gw_wxht_b group by htbh")) {
+    for (const Row &contract : connection.rows("select htbh, count(*) as n from yy_gw_wxht_b group by htbh")) {
         EXPECT_EQ(contract["n"].toInt(), linesOfContract) << contract["htbh"].toString().toStdString();
         EXPECT_TRUE(stored.contains(contract["htbh"].toString()));
     }

@@ -66,7 +66,7 @@ TEST_F(Users, ANewUserHasNoRightsAndNeedsNoName)
     drive.click("CmdOK");
     EXPECT_TRUE(dialogs.shown.isEmpty());
     EXPECT_EQ(database.count("qb_pass"), 4);
-    const Values user = database.connection().rows("select * from qb_pass where name is null").value(0);
+    const Row user = database.connection().rows("select * from qb_pass where name is null").value(0);
     for (int flag = 1; flag <= 28; ++flag)
         EXPECT_EQ(user.value(QString("t%1").arg(flag)).toString(), "0") << "off, and not Null, which would leave it on";
 }

@@ -117,7 +117,7 @@ void TestDatabase::useServer(Content content)
         EXPECT_TRUE(takeLock(*m_reservation, m_serverDatabase, 0));
     }
     makeSchema(*m_reservation, m_serverDatabase);
-    for (const Values &trigger :
+    for (const Row &trigger :
          m_reservation->rows("select trigger_name as name from information_schema.triggers where "
                              "trigger_schema='{n}'",
                              {{"n", m_serverDatabase}}))
