@@ -1,5 +1,7 @@
 #include "reporting/template.h"
 
+#include "reporting/ruled_form.h"
+
 #include <QFile>
 #include <QMap>
 #include <QSet>
@@ -134,10 +136,10 @@ private:
             m_attributes.insert(attribute.name().toString(), attribute.value().toString());
     }
 
-    void end()
+    void end(const QString &element)
     {
         if (!m_attributes.isEmpty())
-            fail(QStringLiteral("<%1> has no attribute %2").arg(m_xml.name(), m_attributes.firstKey()));
+            fail(QStringLiteral("<%1> has no attribute %2").arg(element, m_attributes.firstKey()));
     }
 
     void readReport()
@@ -153,7 +155,8 @@ private:
         m_report->bottomMargin = number("bottomMargin", 0, maxBand);
         if (m_report->name.isEmpty())
             fail(QStringLiteral("the report has no name"));
-        end();
+        m_report->except = take("except");
+        end(QStringLiteral("report"));
         while (m_xml.readNextStartElement())
             readSection();
         checkBands();
@@ -174,25 +177,35 @@ private:
             section.level = number("level", 1, 3);
         if (section.kind == SectionKind::GroupHeader)
             section.groupField = take("groupField").trimmed();
-        end();
+        end(m_xml.name().toString());
         if (!m_report->sections.isEmpty() && rankOf(section) <= rankOf(m_report->sections.constLast()))
             fail(QStringLiteral("<%1> does not stand in the order of the bands").arg(m_xml.name()));
-        while (m_xml.readNextStartElement())
-            readObject(section);
+        while (m_xml.readNextStartElement()) {
+            if (m_xml.name() != QLatin1String("ruled")) {
+                readObject(section);
+                continue;
+            }
+            for (const ObjectElement &made : ruledForm(m_xml))
+                readObject(section, &made);
+        }
         m_report->sections.append(std::move(section));
     }
 
-    void readObject(Section &section)
+    // Of the element that the reader stands on, or of one that a ruled form has made.
+    void readObject(Section &section, const ObjectElement *made = nullptr)
     {
         ReportObject object;
-        const auto *kind = std::find_if(std::begin(objectKinds), std::end(objectKinds), [this](const auto &known) {
-            return m_xml.name() == QLatin1String(known.word);
-        });
+        const QString element = made ? made->kind : m_xml.name().toString();
+        const auto *kind = std::find_if(std::begin(objectKinds), std::end(objectKinds),
+                                        [&](const auto &known) { return element == QLatin1String(known.word); });
         if (kind == std::end(objectKinds))
-            return fail(QStringLiteral("no object is called <%1>").arg(m_xml.name()));
+            return fail(QStringLiteral("no object is called <%1>").arg(element));
         if (m_names.size() >= maxObjects)
             return fail(QStringLiteral("more than %1 objects").arg(maxObjects));
-        begin();
+        if (made)
+            m_attributes = made->attributes;
+        else
+            begin();
         object.kind = kind->value;
         object.name = take("name");
         if (object.name.isEmpty() || m_names.contains(object.name.toLower()))
@@ -221,8 +234,9 @@ private:
             readField(object);
         if (object.kind == ObjectKind::Label || object.kind == ObjectKind::Field)
             readText(object);
-        end();
-        const QString text = m_xml.readElementText();
+        object.except = take("except");
+        end(element);
+        const QString text = made ? made->text : m_xml.readElementText();
         if (text.size() > maxText)
             fail(QStringLiteral("a text of more than %1 characters").arg(maxText));
         if (!text.trimmed().isEmpty()) { // white space alone is the indentation of the file

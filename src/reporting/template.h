@@ -50,6 +50,8 @@ struct ReportObject {
     int weight = 1; // 1 to 3
     int shape = 1;  // 1 rectangle, 2 ellipse, 3 rounded rectangle
 
+    QString except; // "rule: reason; ...": what the check of layouts passes over
+
     // A free label has no text of its own: its text comes from the caller or from the report's code.
     bool isFree() const { return kind == ObjectKind::Label && text.isEmpty(); }
 };
@@ -68,6 +70,7 @@ struct ReportTemplate {
     int leftMargin = 0, rightMargin = 0, topMargin = 0, bottomMargin = 0;
     QVector<FontSpec> fonts;   // each face, size and weight once
     QVector<Section> sections; // in their order on the page
+    QString except;            // of the report as a whole, as of an object
 
     // Width of paper that the print width and both margins take.
     int paperWidth() const { return leftMargin + printWidth + rightMargin; }
