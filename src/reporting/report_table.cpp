@@ -83,6 +83,8 @@ const ReportEntry entries[] = {
     {u"YY_Gys_JMZL", reportFamilyC},
     {u"Yy_Gys_xxZl", reportFamilyD},
     {u"Sys_Cpzlb_rpt", {true, &priceListStamp}},
+    {u"YY_FormA_rpt", reportFamilyA},
+    {u"yy_BgD_rPt", reportFamilyA},
 };
 
 } // namespace
