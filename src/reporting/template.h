@@ -54,6 +54,7 @@ struct ReportObject {
 
     // A free label has no text of its own: its text comes from the caller or from the report's code.
     bool isFree() const { return kind == ObjectKind::Label && text.isEmpty(); }
+    bool operator==(const ReportObject &) const = default;
 };
 
 struct Section {
