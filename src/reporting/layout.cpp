@@ -1,5 +1,6 @@
 #include "reporting/layout.h"
 
+#include "common/number_text.h"
 #include "data/date_text.h"
 
 #include <QLocale>
@@ -31,21 +32,13 @@ bool isNumber(const QVariant &value)
     }
 }
 
-// Two decimal places as a reader of the number's decimal form rounds it: 1.005 is 1.01, whatever the double below it.
-double twoPlaces(double number)
-{
-    if (std::abs(number) >= 1e12)
-        return number;
-    return std::round(QString::number(number * 100, 'g', 15).toDouble()) / 100 + 0.0;
-}
-
-QString numberText(double number, const QString &format)
+QString printedNumber(double number, const QString &format)
 {
     static const QLocale grouped(QLocale::English, QLocale::UnitedStates);
     if (format == QLatin1String("0.00"))
-        return QString::number(twoPlaces(number), 'f', 2);
+        return QString::number(roundHalfEven(number, 2), 'f', 2);
     if (format == QLatin1String("#,##0.00"))
-        return grouped.toString(twoPlaces(number), 'f', 2);
+        return grouped.toString(roundHalfEven(number, 2), 'f', 2);
     const QString text = QString::number(number, 'g', 15);
     return text.contains(u'e') ? QString::number(number, 'f', QLocale::FloatingPointShortest) : text;
 }
@@ -62,12 +55,12 @@ void warnOnce(const QString &report, const QString &field)
 
 } // namespace
 
-QString fieldText(const QVariant &value, const QString &format)
+QString printedText(const QVariant &value, const QString &format)
 {
     if (value.isNull())
         return {};
     if (isNumber(value))
-        return numberText(value.toDouble(), format);
+        return printedNumber(value.toDouble(), format);
     const bool dateFormat = format == QLatin1String("mmmm d, yyyy");
     if (dateFormat) {
         const QDate date = value.typeId() == QMetaType::QString ? dateFromText(value.toString()) : value.toDate();
@@ -81,7 +74,7 @@ QString fieldText(const QVariant &value, const QString &format)
         bool ok = false;
         const double number = text.toDouble(&ok);
         if (ok)
-            return numberText(number, format);
+            return printedNumber(number, format);
     }
     return text;
 }
@@ -351,11 +344,11 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
             return {};
         const Total &total = m_totals[source.total].total;
         const double number = of.summary == Summary::Sum ? total.sum + total.rest : static_cast<double>(total.count);
-        return {numberText(number, of.format), number};
+        return {printedNumber(number, of.format), number};
     }
     if (source.column >= 0) {
         const QVariant &value = m_row[source.column];
-        QString text = fieldText(value, of.format);
+        QString text = printedText(value, of.format);
         return {text, isNumber(value) ? value.toDouble() : FormattedBand::Content().number};
     }
     return {of.dataField.isEmpty() ? of.text : QString()};

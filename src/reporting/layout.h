@@ -80,8 +80,9 @@ struct TextLines {
 };
 TextLines arrange(const Page &page, const PageItem &item);
 
-// A value as a field prints it: by its format, without one numbers in their shortest decimal form and dates as ISO.
-QString fieldText(const QVariant &value, const QString &format);
+// A value as a field prints it: by its format, without one numbers in their shortest decimal form and dates as ISO. Two
+// places are rounded as the words of an amount are, an exact half to the even neighbour.
+QString printedText(const QVariant &value, const QString &format);
 
 // A band about to be placed, for the code of a report.
 class FormattedBand

@@ -14,14 +14,15 @@ bool isWide(QChar character)
 
 bool closes(QChar character)
 {
-    static const QString closing = QStringLiteral("，。、；：？！）》」』】〕”’%,.;:?!)");
+    static const QString closing = QStringLiteral("，。、；：？！）》」』】〕”’%,.;:?!)]");
     return closing.contains(character);
 }
 
 bool breaksBetween(QChar left, QChar right)
 {
     return !closes(right) && !right.isSpace() &&
-           (left.isSpace() || left == u'-' || isWide(left) || (isWide(right) && left != u'('));
+           (left.isSpace() || left == u'-' || left == u')' || left == u']' || isWide(left) ||
+            (isWide(right) && left != u'('));
 }
 
 // Appends the lines of a text without line ends, each at most `width` wide; a word wider than that is divided.
