@@ -1,10 +1,8 @@
 #include "reporting/layout.h"
 
-#include "common/number_text.h"
-#include "data/date_text.h"
 #include "reporting/band_parts.h"
+#include "reporting/printed_text.h"
 
-#include <QLocale>
 #include <QSet>
 
 #include <algorithm>
@@ -16,34 +14,6 @@ namespace tradewick
 
 namespace
 {
-
-bool isNumber(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
-QString printedNumber(double number, const QString &format)
-{
-    static const QLocale grouped(QLocale::English, QLocale::UnitedStates);
-    if (format == QLatin1String("0.00"))
-        return QString::number(roundHalfEven(number, 2), 'f', 2);
-    if (format == QLatin1String("#,##0.00"))
-        return grouped.toString(roundHalfEven(number, 2), 'f', 2);
-    const QString text = QString::number(number, 'g', 15);
-    return text.contains(u'e') ? QString::number(number, 'f', QLocale::FloatingPointShortest) : text;
-}
 
 void warnOnce(const QString &report, const QString &field)
 {
@@ -58,30 +28,6 @@ void warnOnce(const QString &report, const QString &field)
 constexpr int leastMargin = 238; // 4.2 mm, what office printers leave white
 
 } // namespace
-
-QString printedText(const QVariant &value, const QString &format)
-{
-    if (value.isNull())
-        return {};
-    if (isNumber(value))
-        return printedNumber(value.toDouble(), format);
-    const bool dateFormat = format == QLatin1String("mmmm d, yyyy");
-    if (dateFormat) {
-        const QDate date = value.typeId() == QMetaType::QString ? dateFromText(value.toString()) : value.toDate();
-        if (date.isValid())
-            return QLocale::c().toString(date, QStringLiteral("MMMM d, yyyy"));
-    }
-    if (value.typeId() == QMetaType::QDate || value.typeId() == QMetaType::QDateTime)
-        return dateText(value);
-    const QString text = value.toString();
-    if (!format.isEmpty() && !dateFormat) {
-        bool ok = false;
-        const double number = text.toDouble(&ok);
-        if (ok)
-            return printedNumber(number, format);
-    }
-    return text;
-}
 
 QString FormattedBand::text(const QString &name) const
 {
@@ -241,7 +187,7 @@ void Layout::step()
             summing.total.add(m_row[summing.column]);
         place(m_detail, 0);
         if (m_footerShowsRows)
-            m_placedRow = m_row;
+            m_rowBefore = std::exchange(m_placedRow, m_row);
     } else {
         close(1);
         finishPage();
@@ -296,13 +242,45 @@ void Layout::place(const Band &band, int behind)
     const bool divides = !m_growth.isEmpty() && m_height > page;
     // one that fills a page and more may as well begin here, where there is some room
     if (!m_empty && !fits() && !(divides && footerTop() - m_y > page / 3)) {
-        finishPage();
-        startPage(m_height);
+        breakBefore(band);
         prepare(band);
     }
+    m_lastRow = {};
+    if (&band == &m_detail && m_lastBand == &m_detail) // not the one that its group's heads stand over
+        m_lastRow = {m_page->items.size(), m_page->characters.size(), m_page->overflows.size(), m_y};
+    m_lastBand = &band;
     if (!m_growth.isEmpty() && m_y + m_height > footerTop())
         return placeDivided(band);
     put(band, m_y);
+    m_y += m_height;
+    m_empty = false;
+}
+
+// Goes on to a new page for the band that was prepared. A total takes the last row with it, under the heads of its
+// columns, where both fit there.
+void Layout::breakBefore(const Band &band)
+{
+    const int need = m_height;
+    int together = m_y - m_lastRow.y + need;
+    for (const Band &header : std::as_const(m_headers))
+        together += header.height();
+    const bool takesRow = band.section->kind == SectionKind::GroupFooter && m_lastRow.items >= 0 &&
+                          m_top + m_pageHeader.height() + together <= footerTop();
+    if (!takesRow) {
+        finishPage();
+        return startPage(need);
+    }
+    m_page->items.resize(m_lastRow.items);
+    m_page->characters.truncate(m_lastRow.characters);
+    m_page->overflows.resize(m_lastRow.overflows);
+    m_placedRow.swap(m_rowBefore);
+    finishPage();
+    m_placedRow.swap(m_rowBefore);
+    const int open = std::exchange(m_openGroups, static_cast<int>(m_headers.size()));
+    startPage(together);
+    m_openGroups = open;
+    prepare(m_detail);
+    put(m_detail, m_y);
     m_y += m_height;
     m_empty = false;
 }
@@ -333,6 +311,8 @@ void Layout::startPage(int need)
     m_page->context = m_context;
     m_page->number = ++m_pages;
     m_y = m_top;
+    m_lastRow = {};
+    m_lastBand = nullptr;
     prepare(m_pageHeader);
     put(m_pageHeader, m_y);
     m_y += m_pageHeader.height();
@@ -381,7 +361,7 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
     if (source.column >= 0) {
         const QVariant &value = m_row[source.column];
         QString text = printedText(value, of.format);
-        return {text, isNumber(value) ? value.toDouble() : FormattedBand::Content().number};
+        return {text, isNumberValue(value) ? value.toDouble() : FormattedBand::Content().number};
     }
     return {of.dataField.isEmpty() ? of.text : QString()};
 }
@@ -437,7 +417,8 @@ void Layout::prepare(const Band &band)
         m_height = m_growth.at(m_height);
         m_reach = m_growth.at(m_reach);
     }
-    m_reach = qMin(m_reach, m_height);
+    // what is white below the last total needs no page of its own
+    m_reach = band.section->kind == SectionKind::GroupFooter ? qMin(m_reach, m_height) : m_height;
 }
 
 // Puts the band that was prepared.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reporting/growth.h"
+#include "reporting/printed_text.h"
 #include "reporting/row_source.h"
 #include "reporting/text_lines.h"
 
@@ -13,10 +14,6 @@
 
 namespace tradewick
 {
-
-// A value as a field prints it: by its format, without one numbers in their shortest decimal form and dates as ISO. Two
-// places are rounded as the words of an amount are, an exact half to the even neighbour.
-QString printedText(const QVariant &value, const QString &format);
 
 // A band about to be placed, for the code of a report.
 class FormattedBand
@@ -47,7 +44,8 @@ using FormatHook = void (*)(FormattedBand &band);
 // Lays a report out while its rows are read, forwards and once. Rules beyond the bands' order:
 //   a group field that is empty or that the source lacks makes one group of all rows;
 //   a group's headers stand together with the first row, and again on each page that its rows go on to;
-//   a band that does not fit above the page footer goes on to a new page, one without objects adds none;
+//   a total that goes on to a new page takes the last row with it, or stands there without heads;
+//   a band that does not fit above the page footer goes on to a new page, a group footer for its objects only;
 //   a band that can grow becomes higher for its texts; grown beyond a page, it is divided between lines of text;
 //   a template that fills its sheet but for less than its margins has them narrowed;
 //   without rows there is one page, with the group bands and their fields empty, without detail;
@@ -82,6 +80,11 @@ private:
         QVector<Source> sources; // of each object
         int height() const { return section ? section->height : 0; }
     };
+    // Where the last row stands on the page, if nothing stands below it and another row above.
+    struct LastRow {
+        qsizetype items = -1, characters = 0, overflows = 0;
+        int y = 0;
+    };
     struct Summing {
         const ReportObject *object;
         int column;
@@ -95,6 +98,7 @@ private:
     void close(int fromLevel);
     int changedLevel() const;
     void place(const Band &band, int behind);
+    void breakBefore(const Band &band);
     void placeDivided(const Band &band);
     void prepare(const Band &band);
     void put(const Band &band, int y);
@@ -117,12 +121,15 @@ private:
     QVector<int> m_used;           // columns that the template shows or groups by
     QVariantList m_row, m_nextRow; // the row that bands show, and the one just read
     QVariantList m_placedRow;      // the last row with its detail on the page; kept for a page footer with fields
+    QVariantList m_rowBefore;      // and the one before it
     // of the band being placed
     QVector<FormattedBand::Content> m_contents;
     QVector<TextFit> m_fits;
     Growth m_growth;
-    int m_height = 0, m_reach = 0; // of the band, and of its objects
+    int m_height = 0, m_reach = 0; // of the band, and what of it needs room on the page
 
+    LastRow m_lastRow;
+    const Band *m_lastBand = nullptr; // placed on the page
     std::deque<PagePtr> m_ready;
     std::shared_ptr<Page> m_page;
     int m_pages = 0;
