@@ -14,9 +14,10 @@ namespace tradewick
 namespace
 {
 
-constexpr int fewTwips = 60;     // by which a box may fall short of a line without anybody seeing it
-constexpr int belowBand = 15;    // that a box may reach below its band
-constexpr double inkedOver = 20; // twips in both directions from which on two texts touch
+constexpr int fewTwips = 60;             // by which a box may fall short of a line without anybody seeing it
+constexpr double toleratedOfLine = 0.15; // that the layout lets a line reach below its box
+constexpr int belowBand = 15;            // that a box may reach below its band
+constexpr double inkedOver = 20;         // twips in both directions from which on two texts touch
 constexpr int fewRows = 12, manyRows = 40;
 
 qsizetype letters(QStringView text)
@@ -24,26 +25,23 @@ qsizetype letters(QStringView text)
     return std::count_if(text.cbegin(), text.cend(), [](QChar letter) { return !letter.isSpace(); });
 }
 
-// Whether some of an item's letters are beyond its box, below or beside it.
-bool losesText(const Page &page, const PageItem &item)
+// Whether a text that does not fit its box would have a line more in one a few twips higher.
+bool isShort(const Page &page, const PageItem &item)
 {
-    const TextLines arranged = arrange(page, item);
-    qsizetype shown = 0;
-    for (const TextLine &line : arranged.lines)
-        shown += letters(line.text);
-    return shown < letters(page.text(item)) || (arranged.overflows && std::isnan(item.number));
+    const TextFont &font = *page.context->fonts[item.object->font];
+    const int height = item.y2 - item.y1;
+    double line = 0;
+    const qsizetype needed = linesOfGrown(page.text(item), font, item.x2 - item.x1, &line).size();
+    const double next = std::ceil(height / line);
+    const double missing = next * line - height;
+    return static_cast<double>(needed) >= next && missing > toleratedOfLine * line && missing <= fewTwips;
 }
 
-qsizetype linesOf(const Page &page, const PageItem &item)
-{
-    return arrange(page, item).lines.size();
-}
-
-// Where its letters are, by lines; what is set narrower or cut stays within its box.
+// Where its letters are, by lines.
 QVector<QRectF> ink(const Page &page, const PageItem &item)
 {
-    const double size = page.context->report->fonts[item.object->font].points * 20;
     const TextLines arranged = arrange(page, item);
+    const double size = page.context->report->fonts[item.object->font].points * 20 * arranged.size;
     QVector<QRectF> lines;
     for (const TextLine &line : arranged.lines) {
         if (letters(line.text) == 0)
@@ -51,8 +49,6 @@ QVector<QRectF> ink(const Page &page, const PageItem &item)
         // the right half of these is blank
         const bool halfBlank = QStringLiteral("：，。；、）】》").contains(line.text.back());
         QRectF box(line.x, line.baseline - 0.72 * size, line.width - (halfBlank ? size / 2 : 0), 0.85 * size);
-        if (arranged.overflows)
-            box &= QRectF(item.x1, box.top(), item.x2 - item.x1, box.height());
         lines.append(box);
     }
     return lines;
@@ -214,17 +210,15 @@ private:
             const QStringView text = page.text(item);
             const ReportObject &object = *item.object;
             const bool label = object.kind == ObjectKind::Label, fixed = label && !object.isFree();
-            const bool lost = losesText(page, item);
-            if (fixed && lost) {
+            const TextLines arranged = arrange(page, item);
+            if (!arranged.overflows && arranged.size == 1.0)
+                ; // as it is drawn
+            else if (fixed)
                 add({"cut", {object.name}, QStringLiteral("“%1” does not fit").arg(object.text.left(40))});
-            } else if (lost) {
-                PageItem higher = item;
-                higher.y2 += fewTwips;
-                if (linesOf(page, higher) > linesOf(page, item))
-                    add({"short",
-                         {object.name},
-                         QStringLiteral("loses a line for want of less than %1 twips").arg(fewTwips)});
-            }
+            else if (std::isnan(item.number) && isShort(page, item))
+                add({"short",
+                     {object.name},
+                     QStringLiteral("loses a line for want of less than %1 twips").arg(fewTwips)});
             const double width = page.context->fonts[object.font]->width(text);
             if ((!std::isnan(item.number) || (label && showsNumber(object.name))) && width > item.x2 - item.x1 + 1)
                 add({"narrow",

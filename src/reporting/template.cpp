@@ -7,6 +7,10 @@
 #include <QSet>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+#include <limits>
+#include <optional>
+
 namespace tradewick
 {
 
@@ -35,6 +39,8 @@ constexpr Word<SectionKind> sectionKinds[] = {{"pageHeader", SectionKind::PageHe
 constexpr Word<TextAlign> aligns[] = {
     {"left", TextAlign::Left}, {"right", TextAlign::Right}, {"center", TextAlign::Centre}};
 constexpr Word<bool> flags[] = {{"true", true}, {"false", false}, {"1", true}, {"0", false}};
+constexpr Word<Overlay> overlays[] = {
+    {"never", Overlay::Never}, {"choice", Overlay::Choice}, {"always", Overlay::Always}};
 constexpr Word<Summary> summaries[] = {{"sum", Summary::Sum}, {"count", Summary::Count}};
 constexpr Word<bool> runnings[] = {{"group", false}, {"report", true}};
 constexpr Word<int> summaryGroups[] = {{"GroupHeader1", 1}, {"GroupHeader2", 2}, {"GroupHeader3", 3}};
@@ -148,6 +154,7 @@ private:
         m_report->name = take("name");
         m_report->caption = take("caption");
         m_report->documentName = take("documentName");
+        m_report->overlay = word("overlay", overlays, Overlay::Never);
         m_report->printWidth = number("printWidth", 1, maxTwips);
         m_report->leftMargin = number("leftMargin", 0, maxBand);
         m_report->rightMargin = number("rightMargin", 0, maxBand);
@@ -177,6 +184,8 @@ private:
             section.level = number("level", 1, 3);
         if (section.kind == SectionKind::GroupHeader)
             section.groupField = take("groupField").trimmed();
+        if (section.kind != SectionKind::PageHeader && section.kind != SectionKind::PageFooter)
+            section.canGrow = word("canGrow", flags, false);
         end(m_xml.name().toString());
         if (!m_report->sections.isEmpty() && rankOf(section) <= rankOf(m_report->sections.constLast()))
             fail(QStringLiteral("<%1> does not stand in the order of the bands").arg(m_xml.name()));
@@ -326,6 +335,20 @@ int ReportTemplate::groups() const
     while (section(SectionKind::GroupHeader, count + 1))
         ++count;
     return count;
+}
+
+std::pair<int, int> ReportTemplate::extent() const
+{
+    int left = std::numeric_limits<int>::max(), right = std::numeric_limits<int>::min();
+    for (const Section &section : sections) {
+        for (const ReportObject &object : section.objects) {
+            if (section.height == 0 || !object.visible)
+                continue;
+            left = std::min({left, object.x1, object.x2});
+            right = std::max({right, object.x1, object.x2});
+        }
+    }
+    return right < left ? std::pair(0, 0) : std::pair(leftMargin + left, leftMargin + right);
 }
 
 const ReportObject *ReportTemplate::object(const QString &objectName) const

@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <memory>
+#include <utility>
 
 namespace tradewick
 {
@@ -13,6 +14,8 @@ namespace tradewick
 enum class SectionKind { PageHeader = 2, PageFooter = 3, GroupHeader = 4, GroupFooter = 5, Detail = 6 };
 enum class ObjectKind : quint8 { Label, Field, Line, Shape, Image };
 enum class TextAlign : quint8 { Left = 0, Right = 1, Centre = 2 };
+// Whether a report is printed onto paper that has its lines and fixed texts already.
+enum class Overlay : quint8 { Never, Choice, Always };
 enum class Summary : quint8 { None, Sum, Count };
 
 // A face as the template names it; what the machine draws it with is the font table's matter.
@@ -62,6 +65,7 @@ struct Section {
     int level = 0; // of a group band, 1 the outermost
     int height = 0;
     QString groupField;
+    bool canGrow = false;          // becomes higher for texts longer than their boxes
     QVector<ReportObject> objects; // in drawing order
 };
 
@@ -73,8 +77,10 @@ struct ReportTemplate {
     QVector<Section> sections; // in their order on the page
     QString except;            // of the report as a whole, as of an object
 
-    // Width of paper that the print width and both margins take.
-    int paperWidth() const { return leftMargin + printWidth + rightMargin; }
+    Overlay overlay = Overlay::Never;
+
+    // From where to where its objects reach across a sheet, the left margin included; nothing for one without.
+    std::pair<int, int> extent() const;
     // The band, or nullptr when the template has none such.
     const Section *section(SectionKind kind, int level = 0) const;
     // Number of nested groups, 0 to 3.

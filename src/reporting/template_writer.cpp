@@ -46,6 +46,8 @@ public:
         number("topMargin", m_report.topMargin);
         number("bottomMargin", m_report.bottomMargin);
         text("documentName", m_report.documentName);
+        static constexpr const char *overlays[] = {"never", "choice", "always"};
+        textUnless("overlay", overlays[int(m_report.overlay)], overlays[0]);
         for (const Section &section : m_report.sections) {
             m_xml.writeStartElement(bandElement(section.kind));
             if (section.level > 0)
@@ -53,6 +55,8 @@ public:
             number("height", section.height);
             if (section.kind == SectionKind::GroupHeader)
                 text("groupField", section.groupField);
+            if (section.canGrow)
+                text("canGrow", "true");
             for (const ReportObject &object : section.objects)
                 write(object);
             m_xml.writeEndElement();
