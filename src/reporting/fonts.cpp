@@ -13,6 +13,7 @@ namespace
 
 struct Mapping {
     QLatin1String latin, chinese;
+    bool chineseFace = false; // the template's own face is a Chinese one
 };
 
 const Mapping &mappingOf(const QString &face)
@@ -20,10 +21,10 @@ const Mapping &mappingOf(const QString &face)
     static const QLatin1String ming("AR PL UMing CN"), kai("AR PL UKai CN"), hei("WenQuanYi Zen Hei");
     static const QLatin1String sans("Liberation Sans"), serif("Liberation Serif");
     static const QHash<QString, Mapping> table = {
-        {QStringLiteral("宋体"), {serif, ming}},
-        {QStringLiteral("細明體"), {serif, ming}},
-        {QStringLiteral("隶书"), {serif, kai}},
-        {QStringLiteral("黑体"), {sans, hei}},
+        {QStringLiteral("宋体"), {serif, ming, true}},
+        {QStringLiteral("細明體"), {serif, ming, true}},
+        {QStringLiteral("隶书"), {serif, kai, true}},
+        {QStringLiteral("黑体"), {sans, hei, true}},
         {QStringLiteral("Arial"), {sans, hei}},
         {QStringLiteral("Arial Black"), {sans, hei}},
         {QStringLiteral("Small Fonts"), {sans, hei}},
@@ -44,6 +45,9 @@ QFont twipFont(const FontSpec &spec)
     font.setBold(spec.bold || spec.face == QLatin1String("Arial Black"));
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setKerning(false);
+    // Fixed texts make their gaps with blanks, which are half an em wide in the Chinese faces they were drawn in.
+    if (mappingOf(spec.face).chineseFace)
+        font.setWordSpacing(font.pixelSize() / 2.0 - QFontMetricsF(font).horizontalAdvance(u' '));
     // no ligatures, so that text copied from a PDF has the letters that were printed
     font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferNoShaping | QFont::PreferQuality));
     return font;
@@ -101,7 +105,7 @@ float TextFont::advance(char16_t character) const
     }
     float &width = (*block)[character & 0xff];
     if (std::isnan(width))
-        width = static_cast<float>(m_metrics.horizontalAdvance(QChar(character)));
+        width = static_cast<float>(m_metrics.horizontalAdvance(QString(QChar(character))));
     return width;
 }
 

@@ -40,7 +40,7 @@ protected:
             database.connection().Execute("insert into yy_gw_wxht_b(htbh,cpbh,je) values('{h}','P','{a}')",
                                           {{"h", number}, {"a", amount}});
     }
-    static qsizetype picturesOf(const Report &of) { return of.layout()->next()->pictures.size(); }
+    static qsizetype picturesOf(const Report &of) { return of.layout()->next()->images.size(); }
 
     TestDatabase database;
     QTemporaryDir folder;

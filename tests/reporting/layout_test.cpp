@@ -44,7 +44,10 @@ TEST(Layout, PrintsValuesByTheirFormat)
         {{}, "0.00", ""},
         {1234.5, "#,##0.00", "1,234.50"},
         {-1234567.891, "#,##0.00", "-1,234,567.89"},
-        {1.005, "0.00", "1.01"},
+        {1.005, "0.00", "1.00"},
+        {3.125, "0.00", "3.12"},
+        {1234.375, "#,##0.00", "1,234.38"},
+        {1.1 + 2.035, "0.00", "3.14"}, // 3.1349999999999998
         {2.675, "0.00", "2.68"},
         {-0.001, "0.00", "0.00"},
         {"12.5", "0.00", "12.50"},
@@ -61,7 +64,7 @@ TEST(Layout, PrintsValuesByTheirFormat)
         {"NB-1 木框", "", "NB-1 木框"},
     };
     for (const auto &of : cases)
-        EXPECT_EQ(fieldText(of.value, of.format).toStdString(), of.text.toStdString());
+        EXPECT_EQ(printedText(of.value, of.format).toStdString(), of.text.toStdString());
 }
 
 TEST(Layout, BandsStandInTheirOrderWithinTheMargins)

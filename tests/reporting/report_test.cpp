@@ -43,7 +43,7 @@ TEST(Report, InvoicesComeBackFromTheirPdfToTheCharacter)
         ASSERT_EQ(pages.size(), of.pages);
         const QString all = text.simplified();
         const int triangle = of.lines * (of.lines + 1) / 2, quantity = triangle * 10;
-        const QString amount = fieldText(triangle * 17.5, "#,##0.00");
+        const QString amount = printedText(triangle * 17.5, "#,##0.00");
         for (const QString &part :
              {QStringLiteral("WOODEN FRAMES, MIRRORS AND PICTURES 木制"), QStringLiteral("DATE: March 5, 2006"),
               QStringLiteral("%1 PCS USD %2").arg(quantity).arg(amount), QStringLiteral("USD SAY ONE THOUSAND ONLY"),
@@ -59,7 +59,7 @@ TEST(Report, InvoicesComeBackFromTheirPdfToTheCharacter)
                 QStringLiteral("NB-%1 12X16X2.5CM 木框 PCS %2 1.50 %3%4")
                     .arg(line, 4, 10, QLatin1Char('0'))
                     .arg(line * 10)
-                    .arg(of.perPart && line % 2 == 0 ? "0.25 " : "", fieldText(line * 17.5, "#,##0.00"));
+                    .arg(of.perPart && line % 2 == 0 ? "0.25 " : "", printedText(line * 17.5, "#,##0.00"));
             EXPECT_EQ(all.count(row), 1) << row.toStdString();
         }
         const QStringList fonts = QString::fromUtf8(output("pdffonts", {path})).split('\n', Qt::SkipEmptyParts).mid(2);
@@ -232,7 +232,7 @@ TEST(Report, RowsComeFromTheDataControl)
         EXPECT_TRUE(texts.contains(row["cpbh"].toString()));
         amount += row["je"].toDouble();
     }
-    EXPECT_TRUE(texts.contains(fieldText(amount, "#,##0.00")));
+    EXPECT_TRUE(texts.contains(printedText(amount, "#,##0.00")));
     invoice.DataControl1.Source = "select * from no_such_table";
     EXPECT_THROW(invoice.layout(), DataError);
     invoice.DataControl1.Source.clear();
