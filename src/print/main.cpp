@@ -68,7 +68,10 @@ int print(const QCommandLineParser &options)
                 status = WrittenWithRemarks;
             }
             bookmarks.append({title, pages.size()});
-            pages += filled.report->layout()->all();
+            const QVector<PagePtr> laidOut = filled.report->layout()->all();
+            for (const Overflow &overflow : overflowsOf(laidOut))
+                tell(title + QStringLiteral(": ") + wordsFor(overflow));
+            pages += laidOut;
         }
     }
     const auto writeBookmarkedPdf = [&](const QString &path, QString *error) {
