@@ -45,9 +45,6 @@ QFont twipFont(const FontSpec &spec)
     font.setBold(spec.bold || spec.face == QLatin1String("Arial Black"));
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setKerning(false);
-    // Fixed texts make their gaps with blanks, which are half an em wide in the Chinese faces they were drawn in.
-    if (mappingOf(spec.face).chineseFace)
-        font.setWordSpacing(font.pixelSize() / 2.0 - QFontMetricsF(font).horizontalAdvance(u' '));
     // no ligatures, so that text copied from a PDF has the letters that were printed
     font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferNoShaping | QFont::PreferQuality));
     return font;
@@ -85,7 +82,7 @@ QStringList missingFamilies()
 
 TextFont::TextFont(const FontSpec &spec)
     : m_font(twipFont(spec)), m_metrics(m_font), m_ascent(m_metrics.ascent()),
-      m_lineHeight(m_metrics.ascent() + m_metrics.descent())
+      m_lineHeight(m_metrics.ascent() + m_metrics.descent()), m_wideBlanks(mappingOf(spec.face).chineseFace)
 {
 }
 
@@ -104,8 +101,10 @@ float TextFont::advance(char16_t character) const
         block->fill(NAN);
     }
     float &width = (*block)[character & 0xff];
-    if (std::isnan(width))
-        width = static_cast<float>(m_metrics.horizontalAdvance(QString(QChar(character))));
+    if (std::isnan(width) && character == u' ' && m_wideBlanks)
+        width = static_cast<float>(m_font.pixelSize()) / 2;
+    else if (std::isnan(width))
+        width = static_cast<float>(m_metrics.horizontalAdvance(QChar(character)));
     return width;
 }
 

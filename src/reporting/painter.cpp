@@ -95,14 +95,27 @@ private:
 
     void draw(const TextLine &line, double x, double baseline)
     {
+        const TextFont &font = *m_page.context->fonts[m_font];
         const QString text =
             line.cut ? line.text.toString() + QChar(cutSign) : QString::fromRawData(line.text.data(), line.text.size());
-        const bool shaped = !TextFont::addsUp(line.text);
-        if (shaped)
-            m_painter.setFont(m_page.context->fonts[m_font]->shapingFont());
-        m_painter.drawText(QPointF(x, baseline), text);
-        if (shaped)
-            m_painter.setFont(m_page.context->fonts[m_font]->font());
+        if (!TextFont::addsUp(line.text)) {
+            m_painter.setFont(font.shapingFont());
+            m_painter.drawText(QPointF(x, baseline), text);
+            m_painter.setFont(font.font());
+            return;
+        }
+        qsizetype end = font.wideBlanks() ? text.indexOf(u' ') : -1;
+        if (end < 0)
+            return m_painter.drawText(QPointF(x, baseline), text);
+        for (qsizetype start = 0; start < text.size(); start = end) { // a word and the blanks behind it
+            end = text.indexOf(u' ', start);
+            while (end >= 0 && end < text.size() && text[end] == u' ')
+                ++end;
+            end = end < 0 ? text.size() : end;
+            const QString piece = QString::fromRawData(text.data() + start, end - start);
+            m_painter.drawText(QPointF(x, baseline), piece);
+            x += font.width(piece);
+        }
     }
 
     void line(const PageItem &item)
