@@ -218,12 +218,13 @@ TEST_F(TemplateTools, TheGalleryMarksWhatDiffersFromTheOneBefore)
 }
 
 // The templates that are told to the twip, read back from their PDF: each text's first line from pdftotext's boxes, in
-// points; each line from the operators of the page, whose unit is the twip.
+// points; each line, and a text that pdftotext joins to its neighbour, from the operators of the page, whose unit is
+// the twip.
 TEST_F(TemplateTools, WhatAFormPrintsStandsWhereItsTemplateSaysToTheTwip)
 {
-    static const QString lineReader = R"(
+    static const QString operators = R"(
 import json, re, sys, zlib
-data, found, weight, at = open(sys.argv[1], 'rb').read(), [], 0, (0, 0)
+data, lines, texts, weight, at = open(sys.argv[1], 'rb').read(), [], [], 0, (0, 0)
 for start in re.finditer(rb'stream\r?\n', data):
     try: text = zlib.decompress(data[start.end():data.find(b'endstream', start.end())]).decode('latin1')
     except Exception: continue
@@ -231,8 +232,10 @@ for start in re.finditer(rb'stream\r?\n', data):
     for words in (row.split() for row in text.split('\n')):
         if len(words) > 1 and words[1] == 'w': weight = float(words[0])
         if words[-1:] == ['m']: at = tuple(map(float, words[:2]))
-        if words[-1:] == ['l']: found.append([*at, *map(float, words[:2]), weight])
-json.dump(found, sys.stdout))";
+        if words[-1:] == ['l']: lines.append([*at, *map(float, words[:2]), weight])
+        if words[-1:] == ['Tm']: first = True
+        if words[2:3] == ['Td'] and first: first = texts.append([float(words[0]), -float(words[1])])
+json.dump([lines, texts], sys.stdout))";
     struct Word {
         double left, right, top;
         QString text;
@@ -256,7 +259,8 @@ json.dump(found, sys.stdout))";
             words.append({of.captured(1).toDouble() * 20, of.captured(3).toDouble() * 20,
                           of.captured(2).toDouble() * 20, of.captured(4)});
         }
-        const QJsonArray lines = QJsonDocument::fromJson(outputOf("python3", {"-c", lineReader, pdf}).toUtf8()).array();
+        const QJsonArray drawn = QJsonDocument::fromJson(outputOf("python3", {"-c", operators, pdf}).toUtf8()).array();
+        const QJsonArray lines = drawn[0].toArray(), starts = drawn[1].toArray();
         QString error;
         const auto report = loadTemplate(path, &error);
         ASSERT_TRUE(report) << error.toStdString();
@@ -275,8 +279,12 @@ json.dump(found, sys.stdout))";
                 for (const Word &word : words)
                     if (qAbs(word.top - top) < 70 && word.left > left - 2 && word.right < right + 2)
                         line.append(word);
-                if (line.isEmpty()) {
-                    EXPECT_TRUE(object.isFree()) << "nothing printed";
+                if (line.isEmpty()) { // nothing to fill it with, or so near another that both are read as one word
+                    const bool begins = std::any_of(starts.begin(), starts.end(), [&](const QJsonValue &start) {
+                        return qAbs(start[0].toDouble() - left) < 1 && start[1].toDouble() > top &&
+                               start[1].toDouble() < y + object.y2;
+                    });
+                    EXPECT_TRUE(object.isFree() || begins) << "nothing printed";
                     continue;
                 }
                 ++texts;
