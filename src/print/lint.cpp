@@ -211,11 +211,10 @@ private:
             const ReportObject &object = *item.object;
             const bool label = object.kind == ObjectKind::Label, fixed = label && !object.isFree();
             const TextLines arranged = arrange(page, item);
-            if (!arranged.overflows && arranged.size == 1.0)
-                ; // as it is drawn
-            else if (fixed)
+            const bool fits = !arranged.overflows && arranged.size == 1.0;
+            if (!fits && fixed)
                 add({"cut", {object.name}, QStringLiteral("“%1” does not fit").arg(object.text.left(40))});
-            else if (std::isnan(item.number) && isShort(page, item))
+            else if (!fits && std::isnan(item.number) && isShort(page, item))
                 add({"short",
                      {object.name},
                      QStringLiteral("loses a line for want of less than %1 twips").arg(fewTwips)});

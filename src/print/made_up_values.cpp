@@ -107,7 +107,7 @@ constexpr Known table[] = {
     {"l_talau", "TWENTY FOUR THOUSAND PCS ONLY", "NINE HUNDRED AND EIGHTY SEVEN THOUSAND SEVEN HUNDRED AND SEVENTY SEVEN PCS ONLY"},
     {"l_hzje l_zwje jshj_dx sj_sjjedx", "壹万贰仟柒佰零伍元伍角整", "玖亿捌仟柒佰柒拾柒万柒仟柒佰柒拾柒元柒角柒分"},
     {"l_qsrq l_jzrq l_djrq l_nyr l_bjrq l_dcrq lbl_date", "2026-11-24", ""},
-    {"qyrq qzrq kzrq bgrq hgfxrq xyzyxq", "2026-11-24", ""},
+    {"qyrq qzrq kzrq bgrq hgfxrq xyzyxq djrq jhrq zyqx yxqsrq yxjzrq htrq zhsj", "2026-11-24", ""},
     {"l_year p_year", "2026", ""}, {"l_month p_month l_day p_day", "11", ""},
     {"p_week", "星期二", ""}, {"p_time", "16:42:09", ""},
     {"l_gc", "P", ""}, {"l_dw", "PCS", ""}, {"l_slzj", "24000 PCS", "987654 PCS / 987654.32 KGS"},

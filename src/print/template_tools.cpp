@@ -66,26 +66,30 @@ int draw(const QCommandLineParser &options)
     const QVector<TemplateFile> files = readTemplates(from, &error);
     if (files.isEmpty())
         return fail(error);
-    const auto target = [&](const char *option, const QString &name, const QString &ending) {
-        const QString given = options.value(option);
-        if (many || qstrcmp(option, "into") == 0)
-            QDir().mkpath(given);
-        return many || qstrcmp(option, "into") == 0 ? given + u'/' + name + ending : given;
-    };
+    const bool pdf = options.isSet("pdf"), png = options.isSet("png"), into = options.isSet("into");
+    for (const QString &folder : QStringList{many ? options.value("pdf") : QString(),
+                                             many ? options.value("png") : QString(), options.value("into")})
+        if (!folder.isEmpty())
+            QDir().mkpath(folder); // writing fails and tells where it could not be made
     for (const TemplateFile &of : files) {
         const QString name = of.report->name;
+        const auto target = [&](const char *option, const char *ending) {
+            return options.value(option) + u'/' + name + QLatin1String(ending);
+        };
         if (toScreen)
             QTextStream(stdout) << QString::fromUtf8(templateXml(*of.report));
-        else if (options.isSet("expand") && !writeText(templateXml(*of.report), target("into", name, ".xml"), &error))
-            return fail(target("into", name, ".xml") + ": " + error);
-        if (!options.isSet("pdf") && !options.isSet("png"))
+        const QString xmlPath = target("into", ".xml");
+        if (options.isSet("expand") && into && !writeText(templateXml(*of.report), xmlPath, &error))
+            return fail(xmlPath + ": " + error);
+        if (!pdf && !png)
             continue;
         const QVector<PagePtr> pages = madeUpPages(of, choice->count, choice->how);
-        const QString pdf = target("pdf", name, ".pdf"), png = target("png", name, ".png");
-        if (options.isSet("pdf") && !writePdf(pages, of.report->caption, pdf, &error))
-            return fail(pdf + ": " + error);
-        if (options.isSet("png") && !writePictures(pages, png, dotsPerInch, &error))
-            return fail(png + ": " + error);
+        const QString pdfPath = many ? target("pdf", ".pdf") : options.value("pdf");
+        const QString pngPath = many ? target("png", ".png") : options.value("png");
+        if (pdf && !writePdf(pages, of.report->caption, pdfPath, &error))
+            return fail(pdfPath + ": " + error);
+        if (png && !writePictures(pages, pngPath, dotsPerInch, &error))
+            return fail(pngPath + ": " + error);
     }
     return 0;
 }

@@ -318,7 +318,7 @@ private:
             valueBox = upright(inner, own, "size");
         }
         if (own.contains("caption"))
-            m_contents.append(caption(own, place, captionBox));
+            m_contents.append(caption(own, place, captionBox, !value));
         if (value)
             m_contents.append(valueOf(own, place + u'V', valueBox));
         for (ObjectElement &object : cell.inside)
@@ -363,14 +363,16 @@ private:
         return {kind, further, {}};
     }
 
-    static ObjectElement caption(const Attributes &own, const QString &place, const QRect &box)
+    // A caption alone is the text of its cell; above a value it is neither bold nor set as that is.
+    static ObjectElement caption(const Attributes &own, const QString &place, const QRect &box, bool alone)
     {
         Attributes text;
         for (const QString &name : textAttributes) {
             const QString ofCaption = "caption" + name.left(1).toUpper() + name.mid(1);
+            const bool ofValue = !alone && (name == QLatin1String("bold") || name == QLatin1String("align"));
             if (own.contains(ofCaption))
                 text.insert(name, own.value(ofCaption));
-            else if (own.contains(name) && name != QLatin1String("bold") && name != QLatin1String("align"))
+            else if (own.contains(name) && !ofValue)
                 text.insert(name, own.value(name));
         }
         if (own.contains("except"))

@@ -26,7 +26,8 @@ QString described(const ReportTemplate &of, const ReportObject &object)
     if (object.kind == ObjectKind::Line)
         return text + QStringLiteral(" w%1").arg(object.weight);
     if (object.kind == ObjectKind::Label || object.kind == ObjectKind::Field)
-        text += QStringLiteral(" %1 %2").arg(of.fonts[object.font].face).arg(of.fonts[object.font].points);
+        text += QStringLiteral(" %1 %2").arg(of.fonts[object.font].face).arg(of.fonts[object.font].points) +
+                (of.fonts[object.font].bold ? " bold" : "");
     return text + u' ' + (object.kind == ObjectKind::Field ? object.dataField : object.text);
 }
 
@@ -37,7 +38,7 @@ TEST(RuledForm, CellsBecomeTextsAndEachBorderOneLine)
         <ruled name="F" left="100" top="200" columns="1000 2000" light="bottom" captionFont="Arial" captionSize="8">
           <row height="600"><cell rows="2" caption="Shipper" field="shr" size="10"/><cell label="L_No"/></row>
           <row height="400" columns="1000 500 1500"><cell open="right"/><cell heavy="bottom"/></row>
-          <row height="300"><cell fill="#eeeeee" caption="TOTAL"/><cell><label name="In" left="50" top="20">in</label>
+          <row height="300" bold="true"><cell fill="#eeeeee" caption="TOTAL"/><cell><label name="In" left="50" top="20">in</label>
             <line name="Rule" x1="0" y1="250" x2="900" y2="250"/></cell></row>
         </ruled></detail>)");
     ASSERT_TRUE(report);
@@ -52,7 +53,7 @@ TEST(RuledForm, CellsBecomeTextsAndEachBorderOneLine)
         // room for two lines of 9.75 points: the whole inner box
         "L_No 1160,215 3040,785 宋体 9.75 ",
         // one line in the middle of 270
-        "F_R3C1 160,1258 1040,1442 Arial 8 TOTAL",
+        "F_R3C1 160,1258 1040,1442 Arial 8 bold TOTAL",
         "In 1150,1220 3040,1485 宋体 9.75 in",
         "Rule 1100,1450 2000,1450 w1",
         "F_H0 100,200 3100,200 w3",
