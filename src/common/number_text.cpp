@@ -98,7 +98,7 @@ double roundHalfEven(double number, int places)
 {
     if (number == 0 || !std::isfinite(number))
         return number;
-    auto [negative, digits, point] = decimalOf(number, QLocale::FloatingPointShortest);
+    auto [negative, digits, point] = decimalOf(number, significantDigits - 1);
     const qsizetype kept = point + places;
     if (kept >= digits.size())
         return number;

@@ -32,8 +32,18 @@ const QVector<ReportEntry> &reportEntries()
         {"YY_Gys_JMZL", reportFamilyC()},
         {"Yy_Gys_xxZl", reportFamilyD()},
         {"Sys_Cpzlb_rpt", {true, {&stampPriceList}}},
+        {"YY_FormA_rpt", reportFamilyA()},
+        {"yy_BgD_rPt", reportFamilyA()},
     };
     return entries;
+}
+
+const ReportEntry *reportEntry(const QString &name)
+{
+    const QVector<ReportEntry> &all = reportEntries();
+    const auto found =
+        std::find_if(all.cbegin(), all.cend(), [&name](const ReportEntry &one) { return one.name == name; });
+    return found == all.cend() ? nullptr : &*found;
 }
 
 QStringList reportNames()
@@ -49,10 +59,8 @@ Report &report(const QString &name)
     static std::map<QString, std::unique_ptr<Report>> reports;
     std::unique_ptr<Report> &found = reports[name];
     if (!found) {
-        const QVector<ReportEntry> &all = reportEntries();
-        const auto entry =
-            std::find_if(all.cbegin(), all.cend(), [&name](const ReportEntry &one) { return one.name == name; });
-        if (entry == all.cend())
+        const ReportEntry *entry = reportEntry(name);
+        if (!entry)
             throw DataError(0, QStringLiteral("没有名为“%1”的报表").arg(name));
         QString error;
         auto model = loadTemplate(QStringLiteral(":/templates/%1.xml").arg(name), &error);

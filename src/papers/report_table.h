@@ -14,6 +14,8 @@ struct ReportEntry {
 };
 
 const QVector<ReportEntry> &reportEntries();
+// The report of that name, to the letter; nullptr when there is none.
+const ReportEntry *reportEntry(const QString &name);
 // The names of all reports.
 QStringList reportNames();
 

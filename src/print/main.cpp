@@ -3,6 +3,7 @@
 #include "papers/papers.h"
 #include "print/bookmarks.h"
 #include "print/pictures.h"
+#include "print/template_tools.h"
 #include "reporting/excel_export.h"
 #include "reporting/painter.h"
 
@@ -67,7 +68,10 @@ int print(const QCommandLineParser &options)
                 status = WrittenWithRemarks;
             }
             bookmarks.append({title, pages.size()});
-            pages += filled.report->layout()->all();
+            const QVector<PagePtr> laidOut = filled.report->layout()->all();
+            for (const Overflow &overflow : overflowsOf(laidOut))
+                tell(title + QStringLiteral(": ") + wordsFor(overflow));
+            pages += laidOut;
         }
     }
     const auto writeBookmarkedPdf = [&](const QString &path, QString *error) {
@@ -108,8 +112,8 @@ int main(int argc, char **argv)
                        {"number", "Number of a record; may be repeated. A list of all records takes none.", "number"},
                        {"pdf", "The PDF to write, with a bookmark for each document and number.", "file"},
                        {"xls", "The workbook to write, of one document.", "file"},
-                       {"png", "Name of the pictures to write; the page's number is put in.", "file"},
-                       {"gallery", "Writes all reports with made-up rows as a page of pictures.", "folder"}});
+                       {"png", "Name of the pictures to write; the page's number is put in.", "file"}});
+    parser.addOptions(templateOptions());
     parser.process(application);
     if (parser.isSet("list")) {
         QTextStream out(stdout);
@@ -117,10 +121,8 @@ int main(int argc, char **argv)
             out << one.name << "\n";
         return 0;
     }
-    if (parser.isSet("gallery")) {
-        QString error;
-        return writeGallery(parser.value("gallery"), &error) ? 0 : fail(parser.value("gallery") + ": " + error);
-    }
+    if (const auto status = runTemplateTools(parser))
+        return *status;
     for (const char *option : {"database", "document"})
         if (!parser.isSet(option))
             return fail(QStringLiteral("--%1 is missing; see --help").arg(option));

@@ -13,6 +13,7 @@ namespace
 
 struct Mapping {
     QLatin1String latin, chinese;
+    bool chineseFace = false; // the template's own face is a Chinese one
 };
 
 const Mapping &mappingOf(const QString &face)
@@ -20,10 +21,10 @@ const Mapping &mappingOf(const QString &face)
     static const QLatin1String ming("AR PL UMing CN"), kai("AR PL UKai CN"), hei("WenQuanYi Zen Hei");
     static const QLatin1String sans("Liberation Sans"), serif("Liberation Serif");
     static const QHash<QString, Mapping> table = {
-        {QStringLiteral("宋体"), {serif, ming}},
-        {QStringLiteral("細明體"), {serif, ming}},
-        {QStringLiteral("隶书"), {serif, kai}},
-        {QStringLiteral("黑体"), {sans, hei}},
+        {QStringLiteral("宋体"), {serif, ming, true}},
+        {QStringLiteral("細明體"), {serif, ming, true}},
+        {QStringLiteral("隶书"), {serif, kai, true}},
+        {QStringLiteral("黑体"), {sans, hei, true}},
         {QStringLiteral("Arial"), {sans, hei}},
         {QStringLiteral("Arial Black"), {sans, hei}},
         {QStringLiteral("Small Fonts"), {sans, hei}},
@@ -81,7 +82,7 @@ QStringList missingFamilies()
 
 TextFont::TextFont(const FontSpec &spec)
     : m_font(twipFont(spec)), m_metrics(m_font), m_ascent(m_metrics.ascent()),
-      m_lineHeight(m_metrics.ascent() + m_metrics.descent())
+      m_lineHeight(m_metrics.ascent() + m_metrics.descent()), m_wideBlanks(mappingOf(spec.face).chineseFace)
 {
 }
 
@@ -100,7 +101,9 @@ float TextFont::advance(char16_t character) const
         block->fill(NAN);
     }
     float &width = (*block)[character & 0xff];
-    if (std::isnan(width))
+    if (std::isnan(width) && character == u' ' && m_wideBlanks)
+        width = static_cast<float>(m_font.pixelSize()) / 2;
+    else if (std::isnan(width))
         width = static_cast<float>(m_metrics.horizontalAdvance(QChar(character)));
     return width;
 }

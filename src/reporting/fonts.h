@@ -32,6 +32,9 @@ public:
     static bool addsUp(QStringView text);
     double ascent() const { return m_ascent; }
     double lineHeight() const { return m_lineHeight; }
+    // In the Chinese faces a blank is half an em wide, and fixed texts make their gaps with it. The Latin glyph that
+    // stands for it is narrower: a text is painted in pieces that each begin where width() has it.
+    bool wideBlanks() const { return m_wideBlanks; }
     // Width of one line of text in twips.
     double width(QStringView text) const;
 
@@ -44,6 +47,7 @@ private:
     QFont m_font;
     QFontMetricsF m_metrics;
     double m_ascent, m_lineHeight;
+    bool m_wideBlanks;
     using Block = std::array<float, 256>;
     mutable std::array<std::unique_ptr<Block>, 256> m_advances; // by character, a block once it is met
 };

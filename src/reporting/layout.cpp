@@ -1,57 +1,20 @@
 #include "reporting/layout.h"
 
 #include "data/data_error.h"
-#include "data/date_text.h"
+#include "reporting/band_parts.h"
+#include "reporting/printed_text.h"
 
-#include <QLocale>
 #include <QSet>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tradewick
 {
 
 namespace
 {
-
-constexpr int noSuchColumn = 3265;
-
-bool isNumber(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Two decimal places as a reader of the number's decimal form rounds it: 1.005 is 1.01, whatever the double below it.
-double twoPlaces(double number)
-{
-    if (std::abs(number) >= 1e12)
-        return number;
-    return std::round(QString::number(number * 100, 'g', 15).toDouble()) / 100 + 0.0;
-}
-
-QString numberText(double number, const QString &format)
-{
-    static const QLocale grouped(QLocale::English, QLocale::UnitedStates);
-    if (format == QLatin1String("0.00"))
-        return QString::number(twoPlaces(number), 'f', 2);
-    if (format == QLatin1String("#,##0.00"))
-        return grouped.toString(twoPlaces(number), 'f', 2);
-    const QString text = QString::number(number, 'g', 15);
-    return text.contains(u'e') ? QString::number(number, 'f', QLocale::FloatingPointShortest) : text;
-}
 
 void warnOnce(const QString &report, const QString &field)
 {
@@ -63,55 +26,10 @@ void warnOnce(const QString &report, const QString &field)
     }
 }
 
+constexpr int noSuchColumn = 3265;
+constexpr int leastMargin = 238; // 4.2 mm, what office printers leave white
+
 } // namespace
-
-QString fieldText(const QVariant &value, const QString &format)
-{
-    if (value.isNull())
-        return {};
-    if (isNumber(value))
-        return numberText(value.toDouble(), format);
-    const bool dateFormat = format == QLatin1String("mmmm d, yyyy");
-    if (dateFormat) {
-        const QDate date = value.typeId() == QMetaType::QString ? dateFromText(value.toString()) : value.toDate();
-        if (date.isValid())
-            return QLocale::c().toString(date, QStringLiteral("MMMM d, yyyy"));
-    }
-    if (value.typeId() == QMetaType::QDate || value.typeId() == QMetaType::QDateTime)
-        return dateText(value);
-    const QString text = value.toString();
-    if (!format.isEmpty() && !dateFormat) {
-        bool ok = false;
-        const double number = text.toDouble(&ok);
-        if (ok)
-            return numberText(number, format);
-    }
-    return text;
-}
-
-Paper paperFor(const ReportTemplate &report, int width, int height, bool fit)
-{
-    const int needed = report.paperWidth();
-    if (!fit || needed <= width)
-        return {width, height};
-    const double scale = static_cast<double>(width) / needed;
-    return {needed, qRound(height / scale), scale};
-}
-
-Paper paperFor(const ReportTemplate &report)
-{
-    const Paper a4;
-    return report.paperWidth() <= a4.width ? a4 : paperFor(report, a4.height, a4.width, true);
-}
-
-QStringView Page::text(const PageItem &item) const
-{
-    if (item.object->pageTotal)
-        return context->pageTotal;
-    if (item.object->kind == ObjectKind::Image)
-        return {};
-    return QStringView(characters).mid(item.start, item.length);
-}
 
 QString FormattedBand::text(const QString &name) const
 {
@@ -138,7 +56,11 @@ QVariant FormattedBand::value(const QString &column) const
 
 void FormattedBand::setPicture(const QString &name, const QString &path)
 {
-    m_layout.m_bandImages[name] = path.isEmpty() ? QImage() : QImage(path);
+    const QImage picture = path.isEmpty() ? QImage() : QImage(path);
+    if (picture.isNull())
+        m_layout.m_page->images.remove(name);
+    else
+        m_layout.m_page->images[name] = picture;
 }
 
 // Neumaier's summation: sums of thousands of amounts stay those of the decimal figures.
@@ -184,6 +106,7 @@ Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<Row
     }
     for (const QString &column : m_rule.columns)
         use(columnOf(column));
+    setMargins();
 }
 
 void Layout::use(int column)
@@ -221,9 +144,27 @@ Layout::Band Layout::bandOf(SectionKind kind, int level)
     return band;
 }
 
+// The template's own, but no more than leaves room for each band once: a form that fills its sheet stays one page.
+void Layout::setMargins()
+{
+    const Paper &paper = m_context->paper;
+    const ReportTemplate &report = *m_context->report;
+    m_top = qMax(report.topMargin, paper.edge);
+    m_bottom = qMax(report.bottomMargin, paper.edge);
+    int spare = paper.height - m_top - m_bottom;
+    for (const Section &section : report.sections)
+        spare -= section.height;
+    const auto given = [](int margin) { return qMax(0, margin - leastMargin); };
+    if (spare >= 0 || -spare > given(m_bottom) + given(m_top))
+        return;
+    const int below = qMin(-spare, given(m_bottom));
+    m_bottom -= below;
+    m_top -= -spare - below;
+}
+
 int Layout::footerTop() const
 {
-    return m_context->paper.height - m_context->report->bottomMargin - m_pageFooter.height();
+    return m_context->paper.height - m_bottom - m_pageFooter.height();
 }
 
 PagePtr Layout::next()
@@ -270,9 +211,9 @@ void Layout::step()
         m_anyRow = true;
         for (Summing &summing : m_totals)
             summing.total.add(m_row[summing.column]);
-        place(m_detail, m_detail.height());
+        place(m_detail, 0);
         if (m_footerShowsRows)
-            m_placedRow = m_row;
+            m_rowBefore = std::exchange(m_placedRow, m_row);
     } else {
         close(1);
         finishPage();
@@ -295,47 +236,111 @@ int Layout::changedLevel() const
 
 void Layout::open(int fromLevel)
 {
-    int together = m_detail.height();
+    prepare(m_detail);
+    int behind = m_height;
     for (qsizetype level = fromLevel; level <= m_headers.size(); ++level)
-        together += m_headers[level - 1].height();
+        behind += m_headers[level - 1].height();
     for (Summing &summing : m_totals)
         if (!summing.object->overReport && summing.object->summaryLevel >= fromLevel)
             summing.total = {};
     for (int level = fromLevel; level <= m_headers.size(); ++level) {
-        place(m_headers[level - 1], together);
-        together -= m_headers[level - 1].height();
+        behind -= m_headers[level - 1].height();
+        place(m_headers[level - 1], behind);
         m_openGroups = level;
     }
 }
 
 void Layout::close(int fromLevel)
 {
-    for (int level = static_cast<int>(m_footers.size()); level >= fromLevel; --level) {
-        place(m_footers[level - 1], m_footers[level - 1].height());
-        m_openGroups = level - 1;
-    }
+    m_openGroups = fromLevel - 1; // no heads over a total that stands on a page of its own
+    for (int level = static_cast<int>(m_footers.size()); level >= fromLevel; --level)
+        place(m_footers[level - 1], 0);
 }
 
-// Puts a band below the last one, on a new page when it and what has to stand with it, `together` high, do not fit.
-void Layout::place(const Band &band, int together)
+// Puts a band below the last one, on a new page when it does not fit together with what stands `behind` high below it.
+void Layout::place(const Band &band, int behind)
 {
     if (band.height() == 0)
         return;
-    if (!m_empty && m_y + together > footerTop()) {
-        finishPage();
-        startPage(band.height());
+    prepare(band);
+    const auto fits = [&] { return m_y + (behind > 0 ? m_height + behind : m_reach) <= footerTop(); };
+    const int page = footerTop() - m_top - m_pageHeader.height();
+    const bool divides = !m_growth.isEmpty() && m_height > page;
+    // one that fills a page and more may as well begin here, where there is some room
+    if (!m_empty && !fits() && !(divides && footerTop() - m_y > page / 3)) {
+        breakBefore(band);
+        prepare(band);
     }
+    m_lastRow = {};
+    if (&band == &m_detail && m_lastBand == &m_detail) // not the one that its group's heads stand over
+        m_lastRow = {m_page->items.size(), m_page->characters.size(), m_page->overflows.size(), m_y};
+    m_lastBand = &band;
+    if (!m_growth.isEmpty() && m_y + m_height > footerTop())
+        return placeDivided(band);
     put(band, m_y);
-    m_y += band.height();
+    m_y += m_height;
     m_empty = false;
+}
+
+// Goes on to a new page for the band that was prepared. A total takes the last row with it, under the heads of its
+// columns, where both fit there.
+void Layout::breakBefore(const Band &band)
+{
+    const int need = m_height;
+    int together = m_y - m_lastRow.y + need;
+    for (const Band &header : std::as_const(m_headers))
+        together += header.height();
+    const bool takesRow = band.section->kind == SectionKind::GroupFooter && m_lastRow.items >= 0 &&
+                          m_top + m_pageHeader.height() + together <= footerTop();
+    if (!takesRow) {
+        finishPage();
+        return startPage(need);
+    }
+    m_page->items.resize(m_lastRow.items);
+    m_page->characters.truncate(m_lastRow.characters);
+    m_page->overflows.resize(m_lastRow.overflows);
+    m_placedRow.swap(m_rowBefore);
+    finishPage();
+    m_placedRow.swap(m_rowBefore);
+    const int open = std::exchange(m_openGroups, static_cast<int>(m_headers.size()));
+    startPage(together);
+    m_openGroups = open;
+    prepare(m_detail);
+    put(m_detail, m_y);
+    m_y += m_height;
+    m_empty = false;
+}
+
+// Puts a grown band that does not fit onto a page, as much of it as each page takes.
+void Layout::placeDivided(const Band &band)
+{
+    auto endless = std::make_shared<PageContext>(*m_context);
+    endless->paper.height = std::numeric_limits<int>::max() / 2;
+    const auto whole = std::make_shared<Page>();
+    whole->context = endless;
+    const std::shared_ptr<Page> page = std::exchange(m_page, whole);
+    put(band, 0);
+    m_page = page;
+    for (BandParts parts(*whole, m_height);;) {
+        m_y += parts.take(*m_page, m_y, footerTop() - m_y, m_empty);
+        m_empty = false;
+        if (parts.isEmpty())
+            return;
+        finishPage();
+        startPage(0);
+    }
 }
 
 void Layout::startPage(int need)
 {
     m_page = std::make_shared<Page>();
     m_page->context = m_context;
+    m_page->images = m_images;
     m_page->number = ++m_pages;
-    m_y = m_context->report->topMargin;
+    m_y = m_top;
+    m_lastRow = {};
+    m_lastBand = nullptr;
+    prepare(m_pageHeader);
     put(m_pageHeader, m_y);
     m_y += m_pageHeader.height();
     m_empty = true;
@@ -345,8 +350,9 @@ void Layout::startPage(int need)
     if (m_y + heads + need > footerTop())
         return; // a form that fills its page by itself
     for (int level = 0; level < m_openGroups; ++level) {
+        prepare(m_headers[level]);
         put(m_headers[level], m_y);
-        m_y += m_headers[level].height();
+        m_y += m_height;
     }
 }
 
@@ -355,6 +361,7 @@ void Layout::finishPage()
     // the last row of this page, not the one for which there was no room
     if (!m_placedRow.isEmpty())
         m_row.swap(m_placedRow);
+    prepare(m_pageFooter);
     put(m_pageFooter, footerTop());
     if (!m_placedRow.isEmpty())
         m_row.swap(m_placedRow);
@@ -376,49 +383,94 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
             return {};
         const Total &total = m_totals[source.total].total;
         const double number = of.summary == Summary::Sum ? total.sum + total.rest : static_cast<double>(total.count);
-        return {numberText(number, of.format), number};
+        return {printedNumber(number, of.format), number};
     }
     if (source.column >= 0) {
         const QVariant &value = m_row[source.column];
-        QString text = fieldText(value, of.format);
-        return {text, isNumber(value) ? value.toDouble() : FormattedBand::Content().number};
+        QString text = printedText(value, of.format);
+        return {text, isNumberValue(value) ? value.toDouble() : FormattedBand::Content().number};
     }
     return {};
 }
 
+bool Layout::isShown(const ReportObject &object, const QString &text) const
+{
+    if (!object.visible)
+        return false;
+    const bool isText = object.kind == ObjectKind::Label || object.kind == ObjectKind::Field;
+    if (m_context->paper.dataOnly)
+        return isText && (object.pageTotal || (!text.isEmpty() && text != object.text));
+    if (isText)
+        return !text.isEmpty() || object.pageTotal || object.backColor != 0xffffffff;
+    return object.kind != ObjectKind::Image || m_page->images.contains(object.name);
+}
+
+// Works out what a band shows for the row at hand, and how high it is with that.
+void Layout::prepare(const Band &band)
+{
+    m_growth.clear();
+    m_height = band.height();
+    m_reach = 0;
+    if (m_height == 0)
+        return;
+    const QVector<ReportObject> &objects = band.section->objects;
+    m_contents.resize(objects.size());
+    m_fits.resize(objects.size());
+    for (int at = 0; at < objects.size(); ++at)
+        m_contents[at] = contentOf(band, at);
+    if (m_rule.atFormat) {
+        FormattedBand formatted(*band.section, m_pages, *this);
+        m_rule.atFormat(formatted);
+    }
+    const bool grows =
+        band.section->canGrow && !m_context->paper.dataOnly && m_context->report->overlay != Overlay::Always;
+    for (int at = 0; at < objects.size(); ++at) {
+        const ReportObject &object = objects[at];
+        if (!isShown(object, m_contents[at].text))
+            continue;
+        m_reach = qMax(m_reach, qMax(object.y1, object.y2));
+        if (object.kind > ObjectKind::Field || m_contents[at].text.isEmpty())
+            continue;
+        const int height = object.y2 - object.y1;
+        // headings keep their places; what the columns and callers bring is as long as it is
+        const bool growing = grows && (object.kind == ObjectKind::Field || object.isWritable());
+        m_fits[at] = fit(m_contents[at].text, m_contents[at].number, *m_context->fonts[object.font],
+                         object.x2 - object.x1, height, growing);
+        if (m_fits[at].height > height)
+            m_growth.add(object.y1, object.y2, m_fits[at].height);
+    }
+    if (!m_growth.isEmpty()) {
+        m_growth.settle();
+        m_height = m_growth.at(m_height);
+        m_reach = m_growth.at(m_reach);
+    }
+    // what is white below the last total needs no page of its own
+    m_reach = band.section->kind == SectionKind::GroupFooter ? qMin(m_reach, m_height) : m_height;
+}
+
+// Puts the band that was prepared.
 void Layout::put(const Band &band, int y)
 {
     if (band.height() == 0)
         return;
     const QVector<ReportObject> &objects = band.section->objects;
-    m_contents.resize(objects.size());
-    for (int at = 0; at < objects.size(); ++at)
-        m_contents[at] = contentOf(band, at);
-    m_bandImages = m_images;
-    if (m_rule.atFormat) {
-        FormattedBand formatted(*band.section, m_pages, *this);
-        m_rule.atFormat(formatted);
-    }
-    const int left = m_context->report->leftMargin;
+    const int left = m_context->report->leftMargin + m_context->paper.shift;
     for (int at = 0; at < objects.size(); ++at) {
         const ReportObject &object = objects[at];
-        PageItem item{&object, band.section->kind, left + object.x1, y + object.y1, left + object.x2, y + object.y2};
         const FormattedBand::Content &content = m_contents[at];
-        const QImage picture = object.kind == ObjectKind::Image ? m_bandImages.value(object.name) : QImage();
-        const bool shown = item.isText() ? !content.text.isEmpty() || object.pageTotal || object.backColor != 0xffffffff
-                                         : object.kind != ObjectKind::Image || !picture.isNull();
-        if (!object.visible || !shown)
+        if (!isShown(object, content.text))
             continue;
-        if (object.kind == ObjectKind::Image) {
-            item.start = static_cast<quint32>(m_page->pictures.size());
-            m_page->pictures.append(picture);
-        } else {
-            item.start = static_cast<quint32>(m_page->characters.size());
-            item.length = static_cast<quint32>(content.text.size());
-            item.number = content.number;
-            m_page->characters.append(content.text);
+        PageItem item{&object, band.section->kind, left + object.x1, y + object.y1, left + object.x2, y + object.y2};
+        if (!m_growth.isEmpty()) {
+            item.y1 = y + m_growth.at(object.y1);
+            item.y2 = object.kind == ObjectKind::Image ? item.y1 + object.y2 - object.y1 : y + m_growth.at(object.y2);
         }
-        m_page->items.append(item);
+        if (item.isText() && !content.text.isEmpty()) {
+            item.y2 = qMax(item.y2, item.y1 + m_fits[at].height);
+            item.number = content.number;
+            item.width = m_fits[at].width;
+        }
+        m_page->append(item, content.text, item.isText() && !content.text.isEmpty() && m_fits[at].overflows);
     }
 }
 

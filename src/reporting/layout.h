@@ -1,16 +1,12 @@
 // From a template and rows to pages of positioned items, one page at a time. All lengths are twips.
 #pragma once
 
-#include "reporting/fonts.h"
+#include "reporting/growth.h"
+#include "reporting/printed_text.h"
 #include "reporting/row_source.h"
-#include "reporting/template.h"
+#include "reporting/text_lines.h"
 
 #include <QDateTime>
-#include <QHash>
-#include <QImage>
-#include <QRectF>
-#include <QStringView>
-#include <QVector>
 
 #include <deque>
 #include <limits>
@@ -18,72 +14,6 @@
 
 namespace tradewick
 {
-
-// A paper, and the scale at which a page laid out for width and height is drawn to fill it.
-struct Paper {
-    int width = 11906, height = 16838;
-    double scale = 1;
-    bool operator==(const Paper &) const = default;
-};
-
-// A4 for a template: upright where it fits, else across, else across and drawn smaller.
-Paper paperFor(const ReportTemplate &report);
-// A paper of that size for a template: as it is, or, when `fit`, drawn smaller where the template is wider than it.
-Paper paperFor(const ReportTemplate &report, int width, int height, bool fit);
-
-// What all pages of one run share.
-struct PageContext {
-    std::shared_ptr<const ReportTemplate> report;
-    Paper paper;
-    QVector<const TextFont *> fonts; // by the template's font indexes
-    QString pageTotal;               // empty until the last page is laid out
-};
-
-// One thing on a page. What it looks like stands in its template object: kind, font, align, colours, format, weight.
-struct PageItem {
-    const ReportObject *object;
-    SectionKind band;
-    int x1, y1, x2, y2;            // box, or the ends of a line, from the paper's top left
-    quint32 start = 0, length = 0; // where the text stands in Page::characters; start of an image: in Page::pictures
-    double number = std::numeric_limits<double>::quiet_NaN(); // of a field with a number, otherwise no number
-
-    bool isText() const { return object->kind == ObjectKind::Label || object->kind == ObjectKind::Field; }
-    QRect box() const { return {QPoint(qMin(x1, x2), qMin(y1, y2)), QSize(qAbs(x2 - x1), qAbs(y2 - y1))}; }
-};
-
-// A page, constant once it is made.
-struct Page {
-    std::shared_ptr<const PageContext> context;
-    int number = 1;
-    QVector<PageItem> items;  // in drawing order
-    QString characters;       // the texts of all items one behind the other
-    QVector<QImage> pictures; // of all images, in their order
-
-    // The whole text of an item, as it was before wrapping and cutting; empty for lines, shapes and images.
-    QStringView text(const PageItem &item) const;
-    // The picture of an image.
-    const QImage &picture(const PageItem &item) const { return pictures[item.start]; }
-};
-using PagePtr = std::shared_ptr<const Page>;
-
-// One line of an item's text as it stands on the page.
-struct TextLine {
-    QStringView text;
-    double x, baseline; // where its first character starts, from the paper's top left
-    double width;
-};
-
-// The lines of an item's text within its box. A box with room for several lines has the text wrapped at blanks and
-// between Chinese characters, lines beyond its height left out; in a box of one line the text goes on to the right.
-// overflows tells that something lies outside of the box, where it has to be cut.
-struct TextLines {
-    QVector<TextLine> lines;
-    bool overflows = false;
-};
-TextLines arrange(const Page &page, const PageItem &item);
-
-// A value as a field prints it: by its format, without one numbers in their shortest decimal form and dates as ISO.
-QString fieldText(const QVariant &value, const QString &format);
 
 class Layout;
 
@@ -101,8 +31,7 @@ public:
     // The column of the record that the band shows, Null without rows and for a column that the rows lack. Throws
     // DataError 3265 for one that the rule does not declare.
     QVariant value(const QString &column) const;
-    // Shows the picture of a file in an image of the band for this one time; one that is missing or unreadable leaves
-    // it empty.
+    // Shows the picture of a file in an image on this page; one that is missing or unreadable leaves it empty.
     void setPicture(const QString &name, const QString &path);
 
 private:
@@ -120,15 +49,18 @@ private:
 
 // The code of a report: what it does with each band, and what it needs and gives.
 struct FormatRule {
-    void (*atFormat)(FormattedBand &band) = nullptr; // called before a band is placed
+    void (*atFormat)(FormattedBand &band) = nullptr; // called before a band is placed, and for each try to do so
     QStringList columns{};                           // of the record, that it reads
     QStringList labels{};                            // named as those of callers, that it writes
 };
 
 // Lays a report out while its rows are read, forwards and once. Rules beyond the bands' order:
 //   a group field that is empty or that the source lacks makes one group of all rows;
-//   a group's headers stand together with the first row, and again on each page that the group goes on to;
-//   a band that does not fit above the page footer goes on to a new page; one taller than a page is cut at its end;
+//   a group's headers stand together with the first row, and again on each page that its rows go on to;
+//   a total that goes on to a new page takes the last row with it, or stands there without heads;
+//   a band that does not fit above the page footer goes on to a new page, a group footer for its objects only;
+//   a band that can grow becomes higher for its texts; grown beyond a page, it is divided between lines of text;
+//   a template that fills its sheet but for less than its margins has them narrowed;
 //   without rows there is one page, with the group bands and their fields empty, without detail;
 //   without a source the detail band is laid out once.
 class Layout
@@ -163,6 +95,11 @@ private:
         QVector<Source> sources; // of each object
         int height() const { return section ? section->height : 0; }
     };
+    // Where the last row stands on the page, if nothing stands below it and another row above.
+    struct LastRow {
+        qsizetype items = -1, characters = 0, overflows = 0;
+        int y = 0;
+    };
     struct Summing {
         const ReportObject *object;
         int column;
@@ -176,9 +113,14 @@ private:
     void open(int fromLevel);
     void close(int fromLevel);
     int changedLevel() const;
-    void place(const Band &band, int together);
+    void place(const Band &band, int behind);
+    void breakBefore(const Band &band);
+    void placeDivided(const Band &band);
+    void prepare(const Band &band);
     void put(const Band &band, int y);
     FormattedBand::Content contentOf(const Band &band, int object) const;
+    bool isShown(const ReportObject &object, const QString &text) const;
+    void setMargins();
     void startPage(int need);
     void finishPage();
     int footerTop() const;
@@ -186,7 +128,7 @@ private:
     std::shared_ptr<PageContext> m_context;
     std::unique_ptr<RowSource> m_rows;
     QHash<QString, QString> m_labels;
-    QHash<QString, QImage> m_images;
+    const QHash<QString, QImage> m_images;
     QHash<QString, int> m_columns; // by lower-case name
     const FormatRule m_rule;
     Band m_pageHeader, m_detail, m_pageFooter;
@@ -196,17 +138,23 @@ private:
     QVector<int> m_used;           // columns that the template shows or groups by
     QVariantList m_row, m_nextRow; // the row that bands show, and the one just read
     QVariantList m_placedRow;      // the last row with its detail on the page; kept for a page footer with fields
-    // of the band being placed: what its objects show, and pictures that are its own
+    QVariantList m_rowBefore;      // and the one before it
+    // of the band being placed
     QVector<FormattedBand::Content> m_contents;
-    QHash<QString, QImage> m_bandImages;
+    QVector<TextFit> m_fits;
+    Growth m_growth;
+    int m_height = 0, m_reach = 0; // of the band, and what of it needs room on the page
 
+    LastRow m_lastRow;
+    const Band *m_lastBand = nullptr; // placed on the page
     std::deque<PagePtr> m_ready;
     std::shared_ptr<Page> m_page;
     int m_pages = 0;
-    int m_y = 0; // where the next band goes
+    int m_top = 0, m_bottom = 0; // margins
+    int m_y = 0;                 // where the next band goes
     bool m_footerShowsRows = false;
-    bool m_empty = true; // nothing but heads on the page yet
-    int m_openGroups = 0;
+    bool m_empty = true;  // nothing but heads on the page yet
+    int m_openGroups = 0; // whose heads are repeated
     bool m_started = false, m_anyRow = false, m_done = false;
 };
 

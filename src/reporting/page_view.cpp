@@ -1,6 +1,7 @@
 #include "reporting/page_view.h"
 
 #include "reporting/painter.h"
+#include "reporting/text_lines.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -51,12 +52,23 @@ QRectF PageView::pageRect(int page) const
 
 void PageView::addPage(const PagePtr &page)
 {
+    for (const qsizetype item : page->overflows)
+        m_overflows.append({static_cast<int>(m_pages.size()), item});
     m_pages.append(page);
     if (m_pages.size() == 1)
         refit();
     updateBars();
     if (pageRect(static_cast<int>(m_pages.size()) - 1).top() < viewport()->height())
         viewport()->update();
+}
+
+void PageView::clear()
+{
+    m_pages.clear();
+    m_overflows.clear();
+    m_overflow = -1;
+    m_found = {};
+    updateBars();
 }
 
 int PageView::currentPage() const
@@ -223,6 +235,7 @@ void PageView::paintEvent(QPaintEvent *event)
         painter.translate(rect.topLeft());
         markFound(painter, page);
         paintPage(painter, *m_pages[page], pixelsPerTwip());
+        markOverflows(painter, page);
         painter.restore();
     }
 }
@@ -246,12 +259,47 @@ void PageView::markFound(QPainter &painter, int page) const
         for (const TextLine &line : lines.lines) {
             for (qsizetype start = line.text.indexOf(m_sought, 0, Qt::CaseInsensitive); start >= 0;
                  start = line.text.indexOf(m_sought, start + m_sought.size(), Qt::CaseInsensitive))
-                painter.fillRect(QRectF(line.x + font.width(line.text.left(start)), line.baseline - font.ascent(),
-                                        font.width(line.text.mid(start, m_sought.size())), font.lineHeight()),
+                painter.fillRect(QRectF(line.x + font.width(line.text.left(start)) * lines.size * lines.narrow,
+                                        line.baseline - font.ascent() * lines.size,
+                                        font.width(line.text.mid(start, m_sought.size())) * lines.size * lines.narrow,
+                                        font.lineHeight() * lines.size),
                                  colour);
         }
     }
     painter.restore();
+}
+
+// Frames the boxes that do not hold their texts, the one gone to last more strongly. What stands beyond the sheet is
+// marked at its edge.
+void PageView::markOverflows(QPainter &painter, int page) const
+{
+    constexpr int least = 200; // twips that a mark has at the sheet's edge
+    const Page &of = *m_pages[page];
+    if (of.overflows.isEmpty())
+        return;
+    painter.save();
+    const double scale = pixelsPerTwip() * of.context->paper.scale;
+    painter.scale(scale, scale);
+    for (const qsizetype item : of.overflows) {
+        const QRect box = of.items[item].box();
+        const int left = qBound(0, box.left(), of.context->paper.width - least);
+        const int top = qBound(0, box.top(), of.context->paper.height - least);
+        const bool current = m_overflow >= 0 && m_overflows[m_overflow] == Place{page, item};
+        painter.setPen(QPen(QColor(0xc62828), current ? 60 : 20));
+        painter.setBrush(QColor(198, 40, 40, current ? 70 : 30));
+        painter.drawRect(
+            QRect(QPoint(left, top), QPoint(qMax(left + least, box.right()), qMax(top + least, box.bottom()))));
+    }
+    painter.restore();
+}
+
+void PageView::goToOverflow(int step)
+{
+    const qsizetype count = m_overflows.size();
+    if (count == 0)
+        return;
+    m_overflow = m_overflow < 0 ? (step > 0 ? 0 : count - 1) : (m_overflow + step + count) % count;
+    showPlace(m_overflows[m_overflow]);
 }
 
 bool PageView::findNext(const QString &text)
@@ -269,7 +317,8 @@ bool PageView::findNext(const QString &text)
         const Page &of = *m_pages[page];
         for (qsizetype at = step == 0 ? m_found.item + 1 : 0; at < of.items.size(); ++at) {
             if (of.items[at].isText() && of.text(of.items[at]).contains(text, Qt::CaseInsensitive)) {
-                showPlace({page, at});
+                m_found = {page, at};
+                showPlace(m_found);
                 return true;
             }
         }
@@ -279,7 +328,6 @@ bool PageView::findNext(const QString &text)
 
 void PageView::showPlace(const Place &place)
 {
-    m_found = place;
     const Page &page = *m_pages[place.page];
     const double scale = pixelsPerTwip() * page.context->paper.scale;
     const QRect box = page.items[place.item].box();

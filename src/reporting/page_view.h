@@ -1,7 +1,7 @@
 // Pages one below the other, as they become known: zoom, movement and found texts.
 #pragma once
 
-#include "reporting/layout.h"
+#include "reporting/page.h"
 
 #include <QAbstractScrollArea>
 
@@ -16,6 +16,7 @@ public:
     explicit PageView(QWidget *parent = nullptr);
 
     void addPage(const PagePtr &page);
+    void clear();
     const QVector<PagePtr> &pages() const { return m_pages; }
 
     // The page that takes most of the view, from 0; -1 without pages.
@@ -34,6 +35,11 @@ public:
     // Goes to the next place behind the last one found whose text holds `text`, regardless of case, and again from the
     // first page on behind the last. Gives whether there is one. The empty text takes all marks away.
     bool findNext(const QString &text);
+
+    // How many texts do not fit their boxes on the pages so far; each is marked. Goes to the one a step before or
+    // behind the one gone to last, round at the ends.
+    qsizetype overflows() const { return m_overflows.size(); }
+    void goToOverflow(int step);
 
     // Zooms with + - 0, moves with the page keys, Home and End; false for any other key.
     bool handleKey(int key);
@@ -63,6 +69,7 @@ private:
     void applyZoom(double zoom);
     void updateBars();
     void markFound(QPainter &painter, int page) const;
+    void markOverflows(QPainter &painter, int page) const;
     void showPlace(const Place &place);
 
     QVector<PagePtr> m_pages;
@@ -71,6 +78,8 @@ private:
     int m_current = -1;
     QString m_sought;
     Place m_found;
+    QVector<Place> m_overflows;
+    qsizetype m_overflow = -1; // of them, gone to last
 };
 
 } // namespace tradewick

@@ -1,11 +1,11 @@
 #include "reporting/painter.h"
 
+#include "reporting/text_lines.h"
+
 #include <QFileInfo>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
-
-#include <cmath>
 
 namespace tradewick
 {
@@ -78,42 +78,44 @@ private:
             m_painter.setFont(m_page.context->fonts[m_font]->font());
         }
         pen(QPen(QColor(object.foreColor)));
-        if (arranged.overflows)
-            overflowing(item, arranged);
-        else
-            draw(arranged.lines);
-    }
-
-    void draw(const QVector<TextLine> &lines)
-    {
-        for (const TextLine &line : lines) {
-            if (line.text.isEmpty())
+        for (const TextLine &line : arranged.lines) {
+            if (line.text.isEmpty() && !line.cut)
                 continue;
-            const bool shaped = !TextFont::addsUp(line.text);
-            if (shaped)
-                m_painter.setFont(m_page.context->fonts[m_font]->shapingFont());
-            m_painter.drawText(QPointF(line.x, line.baseline),
-                               QString::fromRawData(line.text.data(), line.text.size()));
-            if (shaped)
-                m_painter.setFont(m_page.context->fonts[m_font]->font());
+            if (arranged.size == 1 && arranged.narrow == 1) {
+                draw(line, line.x, line.baseline);
+                continue;
+            }
+            m_painter.save();
+            m_painter.translate(line.x, line.baseline);
+            m_painter.scale(arranged.size * arranged.narrow, arranged.size);
+            draw(line, 0, 0);
+            m_painter.restore();
         }
     }
 
-    // A text is cut at the edge of its box. A number is not: without a digit it would be another number, so it is set
-    // narrower.
-    void overflowing(const PageItem &item, const TextLines &arranged)
+    void draw(const TextLine &line, double x, double baseline)
     {
-        m_painter.save();
-        if (std::isnan(item.number)) {
-            const int below = qRound(m_page.context->fonts[item.object->font]->lineHeight() / 4);
-            m_painter.setClipRect(item.box().adjusted(0, -below, 0, below), Qt::IntersectClip);
-        } else {
-            m_painter.translate(item.x1, 0);
-            m_painter.scale((item.x2 - item.x1) / arranged.lines.first().width, 1);
-            m_painter.translate(-item.x1, 0);
+        const TextFont &font = *m_page.context->fonts[m_font];
+        const QString text =
+            line.cut ? line.text.toString() + QChar(cutSign) : QString::fromRawData(line.text.data(), line.text.size());
+        if (!TextFont::addsUp(line.text)) {
+            m_painter.setFont(font.shapingFont());
+            m_painter.drawText(QPointF(x, baseline), text);
+            m_painter.setFont(font.font());
+            return;
         }
-        draw(arranged.lines);
-        m_painter.restore();
+        qsizetype end = font.wideBlanks() ? text.indexOf(u' ') : -1;
+        if (end < 0)
+            return m_painter.drawText(QPointF(x, baseline), text);
+        for (qsizetype start = 0; start < text.size(); start = end) { // a word and the blanks behind it
+            end = text.indexOf(u' ', start);
+            while (end >= 0 && end < text.size() && text[end] == u' ')
+                ++end;
+            end = end < 0 ? text.size() : end;
+            const QString piece = QString::fromRawData(text.data() + start, end - start);
+            m_painter.drawText(QPointF(x, baseline), piece);
+            x += font.width(piece);
+        }
     }
 
     void line(const PageItem &item)
@@ -154,7 +156,7 @@ private:
     void image(const PageItem &item)
     {
         flushLines();
-        const QImage &image = m_page.picture(item);
+        const QImage image = m_page.images.value(item.object->name);
         QRectF place(QPointF(), QSizeF(image.size()).scaled(item.box().size(), Qt::KeepAspectRatio));
         place.moveCenter(QRectF(item.box()).center());
         m_painter.drawImage(place, image);

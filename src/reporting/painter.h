@@ -1,7 +1,7 @@
 // Draws pages: on the screen, on a printer, into a PDF.
 #pragma once
 
-#include "reporting/layout.h"
+#include "reporting/page.h"
 
 #include <functional>
 

@@ -7,14 +7,12 @@
 #include "reporting/painter.h"
 
 #include <QAction>
+#include <QDoubleSpinBox>
 #include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
@@ -39,45 +37,6 @@ ExcelExporter &excelExporter()
     return exporter;
 }
 
-PrinterChooser &printerChooser()
-{
-    static PrinterChooser chooser;
-    return chooser;
-}
-
-bool choosePrinter(QPrinter &printer, QWidget *parent)
-{
-    if (printerChooser())
-        return printerChooser()(printer, parent);
-    QPrintDialog dialog(&printer, parent);
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange);
-    return dialog.exec() == QDialog::Accepted;
-}
-
-// What was chosen for a report on a printer, until the program ends.
-struct PrintChoice {
-    QPageLayout layout;
-    int copies = 1;
-    bool collate = true;
-};
-
-struct PrintMemory {
-    QHash<QString, QString> printers;               // last one by report
-    QHash<QPair<QString, QString>, PrintChoice> of; // by report and printer
-};
-
-PrintMemory &memory()
-{
-    static PrintMemory choices;
-    return choices;
-}
-
-Paper paperOf(const QPageLayout &layout, const ReportTemplate &report, bool fit)
-{
-    const QSizeF twips = layout.fullRect(QPageLayout::Point).size() * 20;
-    return paperFor(report, qRound(twips.width()), qRound(twips.height()), fit);
-}
-
 } // namespace
 
 struct ReportPreview::Tool {
@@ -91,8 +50,9 @@ struct ReportPreview::Tool {
 ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
     : QDialog(parent, Qt::Window), m_report(report),
       m_layouts(pages ? std::move(pages) : [&report](const Paper &paper) { return report.layout(paper); }),
-      m_view(new PageView(this)), m_tools(new QWidget(this)), m_page(new QSpinBox(this)), m_count(new QLabel(this)),
-      m_sought(new QLineEdit(this)), m_status(new QLabel(this)), m_progressRow(new QWidget(this))
+      m_view(new PageView(this)), m_tools(new QWidget(this)), m_extras(new QWidget(this)), m_marks(new QLabel(this)),
+      m_page(new QSpinBox(this)), m_count(new QLabel(this)), m_sought(new QLineEdit(this)), m_status(new QLabel(this)),
+      m_progressRow(new QWidget(this))
 {
     setObjectName(QStringLiteral("preview"));
     setWindowTitle(report.caption());
@@ -112,7 +72,11 @@ ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
     m_status->setObjectName(QStringLiteral("status"));
     m_tools->setObjectName(QStringLiteral("tools"));
     m_tools->setLayout(new FlowLayout(nullptr));
+    m_marks->setObjectName(QStringLiteral("marks"));
+    m_extras->setObjectName(QStringLiteral("extras"));
+    m_extras->setLayout(new FlowLayout(nullptr));
     addTools();
+    addExtras();
 
     auto *progress = new QProgressBar(this);
     progress->setObjectName(QStringLiteral("progress"));
@@ -132,6 +96,7 @@ ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(m_tools);
+    column->addWidget(m_extras);
     column->addWidget(m_view, 1);
     column->addWidget(m_progressRow);
 
@@ -180,15 +145,17 @@ QAction *ReportPreview::addTool(const Tool &tool)
     return action;
 }
 
+void ReportPreview::addBar(QWidget *row)
+{
+    m_bar = new QToolBar(row);
+    m_bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    row->layout()->addWidget(m_bar);
+}
+
 void ReportPreview::addTools()
 {
     // Two bars, of which the second stands below the first where the window is too narrow for both.
-    const auto addBar = [this] {
-        m_bar = new QToolBar(m_tools);
-        m_bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
-        m_tools->layout()->addWidget(m_bar);
-    };
-    addBar();
+    addBar(m_tools);
     const auto step = [this](int pages) { m_view->goTo(m_view->currentPage() + pages); };
     addTool({1, "first", "首页", {QKeySequence("Ctrl+Home")}, [this] { m_view->goTo(0); }});
     addTool({2, "previous", "上一页", {QKeySequence("Alt+Left")}, [step] { step(-1); }});
@@ -201,15 +168,79 @@ void ReportPreview::addTools()
     addTool({6, "zoomOut", "缩小", {QKeySequence("Ctrl+-")}, [this] { m_view->zoomBy(-1); }});
     addTool({7, "fitWidth", "适合宽度", {QKeySequence("Ctrl+2")}, [this] { m_view->fitWidth(); }});
     addTool({8, "fitPage", "适合页面", {QKeySequence("Ctrl+1")}, [this] { m_view->fitPage(); }});
-    addBar();
+    addBar(m_tools);
     m_bar->addWidget(m_sought);
     addTool({9, "find", "查找", {QKeySequence("F3")}, [this] { find(); }});
     m_bar->addSeparator();
     addTool({10, "print", "打印", {QKeySequence("Ctrl+P")}, [this] { print(); }, true});
     addTool({11, "pdf", "另存为PDF", {QKeySequence("Ctrl+S")}, [this] { savePdf(); }, true});
+    if (m_report.model().overlay == Overlay::Choice) {
+        QAction *only = addTool({13, "dataOnly", "只打数据", {QKeySequence("Alt+D")}, [this] { switchData(); }});
+        only->setCheckable(true);
+    }
     addTool({12, "close", "关闭", {}, [this] { reject(); }});
     if (m_report.family().excelTool)
         addTool({excelTool, "excel", "转换EXCEL文档", {QKeySequence("Alt+E")}, [this] { exportPages(); }, true});
+}
+
+// What is there for some reports only: texts that do not fit, and the place on preprinted paper.
+void ReportPreview::addExtras()
+{
+    addBar(m_extras);
+    m_marksBar = m_bar;
+    m_bar->addWidget(m_marks);
+    addTool({14, "previousMark", "上一处", {QKeySequence("Shift+F4")}, [this] { m_view->goToOverflow(-1); }});
+    addTool({15, "nextMark", "下一处", {QKeySequence("F4")}, [this] { m_view->goToOverflow(1); }});
+    if (m_report.model().overlay != Overlay::Never) {
+        addBar(m_extras);
+        m_shiftBar = m_bar;
+        const auto spin = [this](const char *name, const QString &caption) {
+            auto *box = new QDoubleSpinBox(m_bar);
+            box->setObjectName(QLatin1String(name));
+            box->setAccessibleName(caption);
+            box->setPrefix(caption + u' ');
+            box->setSuffix(QStringLiteral(" mm"));
+            box->setDecimals(1);
+            box->setSingleStep(0.1);
+            box->setRange(-99.9, 99.9);
+            box->setKeyboardTracking(false);
+            m_bar->addWidget(box);
+            return box;
+        };
+        m_shiftRight = spin("shiftRight", QStringLiteral("右移"));
+        m_shiftDown = spin("shiftDown", QStringLiteral("下移"));
+        showShift();
+        connect(m_shiftRight, &QDoubleSpinBox::valueChanged, this, &ReportPreview::keepShift);
+        connect(m_shiftDown, &QDoubleSpinBox::valueChanged, this, &ReportPreview::keepShift);
+        addTool({16, "testSheet", "打印标尺", {}, [this] { printTestSheet(); }});
+    }
+    showExtras();
+}
+
+void ReportPreview::showExtras()
+{
+    const qsizetype marks = m_view->overflows();
+    m_marks->setText(QStringLiteral(" 未印全：%1 处 ").arg(marks));
+    m_marksBar->setVisible(marks > 0);
+    if (m_shiftBar)
+        m_shiftBar->setVisible(isOverlay());
+    m_extras->setVisible(marks > 0 || isOverlay());
+}
+
+bool ReportPreview::isOverlay() const
+{
+    return m_dataOnly || m_report.model().overlay == Overlay::Always;
+}
+
+void ReportPreview::switchData()
+{
+    m_dataOnly = !m_dataOnly;
+    m_view->clear();
+    m_started = false;
+    for (QAction *action : std::as_const(m_whenComplete))
+        action->setEnabled(false);
+    m_progressRow->show();
+    layOut();
 }
 
 // Makes pages for a moment, then lets the window live and goes on.
@@ -218,10 +249,7 @@ void ReportPreview::layOut()
     try {
         if (!m_started) {
             m_started = true;
-            const ReportTemplate &report = m_report.model();
-            const auto choice = memory().of.constFind({report.name, memory().printers.value(report.name)});
-            m_layout =
-                m_layouts(choice == memory().of.constEnd() ? paperFor(report) : paperOf(choice->layout, report, true));
+            m_layout = m_layouts(paper());
         }
         if (!m_layout)
             return; // cancelled
@@ -265,6 +293,7 @@ void ReportPreview::showPosition()
     m_page->setValue(m_view->currentPage() + 1);
     m_count->setText(QStringLiteral(" / %1 ").arg(pages));
     m_status->setText(QStringLiteral("正在排版：第 %1 页").arg(pages));
+    showExtras();
 }
 
 void ReportPreview::askForText()
@@ -295,79 +324,6 @@ void ReportPreview::keyPressEvent(QKeyEvent *event)
         QDialog::keyPressEvent(event);
 }
 
-void ReportPreview::print()
-{
-    PrintMemory &choices = memory();
-    const QString &report = m_report.name();
-    QPrinter printer(QPrinter::HighResolution);
-    if (choices.printers.contains(report))
-        printer.setPrinterName(choices.printers.value(report));
-    const auto choice = choices.of.constFind({report, printer.printerName()});
-    if (choice != choices.of.constEnd()) {
-        printer.setPageLayout(choice->layout);
-        printer.setCopyCount(choice->copies);
-        printer.setCollateCopies(choice->collate);
-    } else {
-        const Paper paper = paperFor(m_report.model());
-        printer.setPageSize(QPageSize(QPageSize::A4));
-        printer.setPageOrientation(paper.width > paper.height ? QPageLayout::Landscape : QPageLayout::Portrait);
-    }
-    printer.setDocName(m_report.model().documentName.isEmpty() ? m_report.caption() : m_report.model().documentName);
-    printer.setFromTo(0, 0);
-    if (!choosePrinter(printer, this))
-        return;
-    choices.printers[report] = printer.printerName();
-    choices.of[{report, printer.printerName()}] = {printer.pageLayout(), printer.copyCount(), printer.collateCopies()};
-    printOn(printer);
-}
-
-bool ReportPreview::printOn(QPrinter &printer)
-{
-    const ReportTemplate &report = m_report.model();
-    Paper paper = paperOf(printer.pageLayout(), report, false);
-    if (paper.width < report.paperWidth() &&
-        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption()))
-        paper = paperOf(printer.pageLayout(), report, true);
-    QVector<PagePtr> pages = m_view->pages();
-    if (pages.isEmpty())
-        return false;
-    if (!(paper == pages.first()->context->paper)) {
-        try {
-            pages = m_layouts(paper)->all();
-        } catch (const DataError &failure) {
-            dialogs().message(this, failure.text(), m_report.caption(), MessageIcon::Critical);
-            return false;
-        }
-    }
-    const int count = static_cast<int>(pages.size());
-    const bool ranged = printer.printRange() == QPrinter::PageRange && printer.fromPage() > 0;
-    const int from = ranged ? qMin(printer.fromPage(), count) : 1;
-    const int to = ranged && printer.toPage() > 0 ? qBound(from, printer.toPage(), count) : count;
-    const int copies = printer.supportsMultipleCopies() ? 1 : qMax(1, printer.copyCount());
-    const int whole = printer.collateCopies() ? copies : 1; // runs through all pages
-    const int each = copies / whole;                        // prints of a page within a run
-
-    printer.setFullPage(true);
-    QPainter painter;
-    if (!painter.begin(&printer)) {
-        dialogs().message(this, QStringLiteral("打印机没有响应，不能打印！"), m_report.caption(),
-                          MessageIcon::Critical);
-        return false;
-    }
-    bool first = true;
-    for (int run = 0; run < whole; ++run) {
-        for (int page = from; page <= to; ++page) {
-            for (int copy = 0; copy < each; ++copy) {
-                if (!first)
-                    printer.newPage();
-                first = false;
-                paintPage(painter, *pages[page - 1], printer.resolution() / 1440.0);
-            }
-        }
-    }
-    return painter.end();
-}
-
 void ReportPreview::savePdf()
 {
     const std::optional<QString> path = dialogs().saveFile(this, QStringLiteral("另存为PDF"),
@@ -393,11 +349,6 @@ void showPreview(Report &report, QWidget *parent)
 void setExcelExporter(ExcelExporter exporter)
 {
     excelExporter() = exporter ? std::move(exporter) : exportShownReport;
-}
-
-void setPrinterChooser(PrinterChooser chooser)
-{
-    printerChooser() = std::move(chooser);
 }
 
 } // namespace tradewick

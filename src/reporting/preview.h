@@ -7,8 +7,11 @@
 #include <QDialog>
 
 class QAction;
+class QDoubleSpinBox;
 class QLabel;
 class QLineEdit;
+class QPageLayout;
+class QPainter;
 class QPrinter;
 class QProgressBar;
 class QSpinBox;
@@ -29,11 +32,12 @@ public:
     ~ReportPreview() override;
 
     // The toolbar's tools; each has its number as data(), the export to a workbook has 999 and stands last.
-    QList<QAction *> tools() const;
+    QList<QAction *> tools() const; // without those of the row below, which some reports have
     static constexpr int excelTool = 999;
 
     // Prints on a printer as it is set: range, copies, paper. Asks whether to draw a report smaller that is wider than
-    // the paper. Gives false, after a message, when the printer takes nothing.
+    // the paper, unless it goes onto preprinted paper: then it is moved as was set for the printer. Gives false, after
+    // a message, when the printer takes nothing.
     bool printOn(QPrinter &printer);
 
 protected:
@@ -42,7 +46,20 @@ protected:
 private:
     struct Tool;
     void addTools();
+    void addBar(QWidget *row);
     QAction *addTool(const Tool &tool);
+    void addExtras();
+    void showExtras();
+    void switchData();
+    bool isOverlay() const;
+    QString printerName() const;
+    Paper paper() const;
+    Paper paperOf(const QPageLayout &layout, bool fit) const;
+    bool choose(QPrinter &printer);
+    bool begin(QPainter &painter, QPrinter &printer);
+    void printTestSheet();
+    void showShift();
+    void keepShift();
     void layOut();
     void finish();
     void cancel();
@@ -58,14 +75,18 @@ private:
     std::unique_ptr<Layout> m_layout; // as long as pages are missing
     PageView *m_view;
     QWidget *m_tools;
+    QWidget *m_extras;         // a row for what some reports have
     QToolBar *m_bar = nullptr; // that tools are added to
+    QToolBar *m_marksBar = nullptr, *m_shiftBar = nullptr;
+    QLabel *m_marks;
+    QDoubleSpinBox *m_shiftRight = nullptr, *m_shiftDown = nullptr; // of a report for preprinted paper
     QSpinBox *m_page;
     QLabel *m_count;
     QLineEdit *m_sought;
     QLabel *m_status;
     QWidget *m_progressRow;
     QList<QAction *> m_whenComplete; // tools that take all pages
-    bool m_started = false;
+    bool m_started = false, m_dataOnly = false;
 };
 
 // Shows a report's preview modally; comes back when it is closed.

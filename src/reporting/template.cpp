@@ -1,9 +1,15 @@
 #include "reporting/template.h"
 
+#include "reporting/ruled_form.h"
+
 #include <QFile>
 #include <QMap>
 #include <QSet>
 #include <QXmlStreamReader>
+
+#include <algorithm>
+#include <limits>
+#include <optional>
 
 namespace tradewick
 {
@@ -33,6 +39,8 @@ constexpr Word<SectionKind> sectionKinds[] = {{"pageHeader", SectionKind::PageHe
 constexpr Word<TextAlign> aligns[] = {
     {"left", TextAlign::Left}, {"right", TextAlign::Right}, {"center", TextAlign::Centre}};
 constexpr Word<bool> flags[] = {{"true", true}, {"false", false}, {"1", true}, {"0", false}};
+constexpr Word<Overlay> overlays[] = {
+    {"never", Overlay::Never}, {"choice", Overlay::Choice}, {"always", Overlay::Always}};
 constexpr Word<Summary> summaries[] = {{"sum", Summary::Sum}, {"count", Summary::Count}};
 constexpr Word<bool> runnings[] = {{"group", false}, {"report", true}};
 constexpr Word<int> summaryGroups[] = {{"GroupHeader1", 1}, {"GroupHeader2", 2}, {"GroupHeader3", 3}};
@@ -134,10 +142,10 @@ private:
             m_attributes.insert(attribute.name().toString(), attribute.value().toString());
     }
 
-    void end()
+    void end(const QString &element)
     {
         if (!m_attributes.isEmpty())
-            fail(QStringLiteral("<%1> has no attribute %2").arg(m_xml.name(), m_attributes.firstKey()));
+            fail(QStringLiteral("<%1> has no attribute %2").arg(element, m_attributes.firstKey()));
     }
 
     void readReport()
@@ -146,6 +154,7 @@ private:
         m_report->name = take("name");
         m_report->caption = take("caption");
         m_report->documentName = take("documentName");
+        m_report->overlay = word("overlay", overlays, Overlay::Never);
         m_report->printWidth = number("printWidth", 1, maxTwips);
         m_report->leftMargin = number("leftMargin", 0, maxBand);
         m_report->rightMargin = number("rightMargin", 0, maxBand);
@@ -153,7 +162,8 @@ private:
         m_report->bottomMargin = number("bottomMargin", 0, maxBand);
         if (m_report->name.isEmpty())
             fail(QStringLiteral("the report has no name"));
-        end();
+        m_report->except = take("except");
+        end(QStringLiteral("report"));
         while (m_xml.readNextStartElement())
             readSection();
         checkBands();
@@ -174,25 +184,37 @@ private:
             section.level = number("level", 1, 3);
         if (section.kind == SectionKind::GroupHeader)
             section.groupField = take("groupField").trimmed();
-        end();
+        if (section.kind != SectionKind::PageHeader && section.kind != SectionKind::PageFooter)
+            section.canGrow = word("canGrow", flags, false);
+        end(m_xml.name().toString());
         if (!m_report->sections.isEmpty() && rankOf(section) <= rankOf(m_report->sections.constLast()))
             fail(QStringLiteral("<%1> does not stand in the order of the bands").arg(m_xml.name()));
-        while (m_xml.readNextStartElement())
-            readObject(section);
+        while (m_xml.readNextStartElement()) {
+            if (m_xml.name() != QLatin1String("ruled")) {
+                readObject(section);
+                continue;
+            }
+            for (const ObjectElement &made : ruledForm(m_xml))
+                readObject(section, &made);
+        }
         m_report->sections.append(std::move(section));
     }
 
-    void readObject(Section &section)
+    // Of the element that the reader stands on, or of one that a ruled form has made.
+    void readObject(Section &section, const ObjectElement *made = nullptr)
     {
         ReportObject object;
-        const auto *kind = std::find_if(std::begin(objectKinds), std::end(objectKinds), [this](const auto &known) {
-            return m_xml.name() == QLatin1String(known.word);
-        });
+        const QString element = made ? made->kind : m_xml.name().toString();
+        const auto *kind = std::find_if(std::begin(objectKinds), std::end(objectKinds),
+                                        [&](const auto &known) { return element == QLatin1String(known.word); });
         if (kind == std::end(objectKinds))
-            return fail(QStringLiteral("no object is called <%1>").arg(m_xml.name()));
+            return fail(QStringLiteral("no object is called <%1>").arg(element));
         if (m_names.size() >= maxObjects)
             return fail(QStringLiteral("more than %1 objects").arg(maxObjects));
-        begin();
+        if (made)
+            m_attributes = made->attributes;
+        else
+            begin();
         object.kind = kind->value;
         object.name = take("name");
         if (object.name.isEmpty() || m_names.contains(object.name.toLower()))
@@ -221,8 +243,9 @@ private:
             readField(object);
         if (object.kind == ObjectKind::Label || object.kind == ObjectKind::Field)
             readText(object);
-        end();
-        const QString text = m_xml.readElementText();
+        object.except = take("except");
+        end(element);
+        const QString text = made ? made->text : m_xml.readElementText();
         if (text.size() > maxText)
             fail(QStringLiteral("a text of more than %1 characters").arg(maxText));
         if (!text.trimmed().isEmpty()) { // white space alone is the indentation of the file
@@ -312,6 +335,20 @@ int ReportTemplate::groups() const
     while (section(SectionKind::GroupHeader, count + 1))
         ++count;
     return count;
+}
+
+std::pair<int, int> ReportTemplate::extent() const
+{
+    int left = std::numeric_limits<int>::max(), right = std::numeric_limits<int>::min();
+    for (const Section &section : sections) {
+        for (const ReportObject &object : section.objects) {
+            if (section.height == 0 || !object.visible)
+                continue;
+            left = std::min({left, object.x1, object.x2});
+            right = std::max({right, object.x1, object.x2});
+        }
+    }
+    return right < left ? std::pair(0, 0) : std::pair(leftMargin + left, leftMargin + right);
 }
 
 const ReportObject *ReportTemplate::object(const QString &objectName) const

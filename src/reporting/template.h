@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <memory>
+#include <utility>
 
 namespace tradewick
 {
@@ -13,6 +14,8 @@ namespace tradewick
 enum class SectionKind { PageHeader = 2, PageFooter = 3, GroupHeader = 4, GroupFooter = 5, Detail = 6 };
 enum class ObjectKind : quint8 { Label, Field, Line, Shape, Image };
 enum class TextAlign : quint8 { Left = 0, Right = 1, Centre = 2 };
+// Whether a report is printed onto paper that has its lines and fixed texts already.
+enum class Overlay : quint8 { Never, Choice, Always };
 enum class Summary : quint8 { None, Sum, Count };
 
 // A face as the template names it; what the machine draws it with is the font table's matter.
@@ -50,6 +53,8 @@ struct ReportObject {
     int weight = 1; // 1 to 3
     int shape = 1;  // 1 rectangle, 2 ellipse, 3 rounded rectangle
 
+    QString except; // "rule: reason; ...": what the check of layouts passes over
+
     // A free label has no text of its own: its text comes from the caller or from the report's code.
     bool isFree() const { return kind == ObjectKind::Label && text.isEmpty(); }
     // Callers write labels of these names, with and without a text of their own; other free labels are the report's.
@@ -59,6 +64,7 @@ struct ReportObject {
                (name.startsWith(QLatin1String("L_")) || name.startsWith(QLatin1String("LzM_")));
     }
     bool isWritable() const { return isFree() || isCallersLabel(); }
+    bool operator==(const ReportObject &) const = default;
 };
 
 struct Section {
@@ -66,6 +72,7 @@ struct Section {
     int level = 0; // of a group band, 1 the outermost
     int height = 0;
     QString groupField;
+    bool canGrow = false;          // becomes higher for texts longer than their boxes
     QVector<ReportObject> objects; // in drawing order
 };
 
@@ -75,9 +82,12 @@ struct ReportTemplate {
     int leftMargin = 0, rightMargin = 0, topMargin = 0, bottomMargin = 0;
     QVector<FontSpec> fonts;   // each face, size and weight once
     QVector<Section> sections; // in their order on the page
+    QString except;            // of the report as a whole, as of an object
 
-    // Width of paper that the print width and both margins take.
-    int paperWidth() const { return leftMargin + printWidth + rightMargin; }
+    Overlay overlay = Overlay::Never;
+
+    // From where to where its objects reach across a sheet, the left margin included; nothing for one without.
+    std::pair<int, int> extent() const;
     // The band, or nullptr when the template has none such.
     const Section *section(SectionKind kind, int level = 0) const;
     // Number of nested groups, 0 to 3.

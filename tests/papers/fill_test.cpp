@@ -40,7 +40,7 @@ protected:
             database.connection().Execute("insert into yy_gw_wxht_b(htbh,cpbh,je) values('{h}','P','{a}')",
                                           {{"h", number}, {"a", amount}});
     }
-    static qsizetype picturesOf(const Report &of) { return of.layout()->next()->pictures.size(); }
+    static qsizetype picturesOf(const Report &of) { return of.layout()->next()->images.size(); }
 
     TestDatabase database;
     QTemporaryDir folder;
@@ -137,7 +137,6 @@ TEST_F(Fill, ClauseLogoAndTotalsAreTheRecordsOrAreRefused)
     // a text that is always the same, and a label that is not listed and keeps what it held
     sheet.labels = {{"L_ZjjE", "fixed"}};
     sheet.clause = {};
-    filled.model();
     fill(sheet, database.connection(), "X1").report->setLabel("L_FSTK", "held");
     sheet.labels = {{"L_ZjjE", ""}};
     EXPECT_EQ(fill(sheet, database.connection(), "X1").report->label("L_FSTK"), "held");

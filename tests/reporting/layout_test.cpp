@@ -1,8 +1,7 @@
 #include "report_helpers.h"
+#include "reporting/text_lines.h"
 
 #include <QDate>
-
-#include <cmath>
 
 namespace tradewick::test
 {
@@ -44,7 +43,10 @@ TEST(Layout, PrintsValuesByTheirFormat)
         {{}, "0.00", ""},
         {1234.5, "#,##0.00", "1,234.50"},
         {-1234567.891, "#,##0.00", "-1,234,567.89"},
-        {1.005, "0.00", "1.01"},
+        {1.005, "0.00", "1.00"},
+        {3.125, "0.00", "3.12"},
+        {1234.375, "#,##0.00", "1,234.38"},
+        {1.1 + 2.035, "0.00", "3.14"}, // 3.1349999999999998
         {2.675, "0.00", "2.68"},
         {-0.001, "0.00", "0.00"},
         {"12.5", "0.00", "12.50"},
@@ -61,7 +63,7 @@ TEST(Layout, PrintsValuesByTheirFormat)
         {"NB-1 木框", "", "NB-1 木框"},
     };
     for (const auto &of : cases)
-        EXPECT_EQ(fieldText(of.value, of.format).toStdString(), of.text.toStdString());
+        EXPECT_EQ(printedText(of.value, of.format).toStdString(), of.text.toStdString());
 }
 
 TEST(Layout, BandsStandInTheirOrderWithinTheMargins)
@@ -138,8 +140,7 @@ TEST(Layout, FieldsTakeTheCurrentRowWhateverTheCaseOfTheirColumn)
           <label name="L_F" left="0" top="900" width="900" height="300"/>
           <label name="V" left="0" top="1200" width="900" height="300" visible="false">hidden</label></detail>
         <pageFooter height="300"><field name="F" left="0" top="0" width="900" height="300" dataField="name"/></pageFooter>)");
-    EXPECT_EQ(joined(layOut(report, named({"a", "b", "c"}), {}, {{"L_F", "free"}})),
-              "a a free b free b | c c free c");
+    EXPECT_EQ(joined(layOut(report, named({"a", "b", "c"}), {}, {{"L_F", "free"}})), "a a free b free b | c c free c");
     // without a source the detail band comes once, with what the caller wrote
     EXPECT_EQ(joined(layOut(report, nullptr, {}, {{"L_F", "free"}})), "free");
     // without rows there is a page, but no detail
@@ -156,11 +157,12 @@ TEST(Layout, HeadsStayWithTheirFirstRowAndFormsAreNotRepeated)
                                     detailOf5000 + "<groupFooter level='1' height='0'/>");
     EXPECT_EQ(joined(layOut(grouped, named({"a", "a", "b"}))), "head a a | head b");
     // a form in the group header that fills its page stands there once, however many rows there are
-    const auto form = templateOf("<groupHeader level='1' height='15000'><label name='G' left='0' top='0' width='900' "
-                                 "height='300'>form</label></groupHeader><detail height='0'><label name='D' left='0' "
-                                 "top='0' width='900' height='300'>never</label></detail><groupFooter level='1' "
-                                 "height='3000'><label name='S' left='0' top='0' width='900' height='300'>sum</label>"
-                                 "</groupFooter>");
+    const auto form =
+        templateOf("<groupHeader level='1' height='15000'><label name='G' left='0' top='0' width='900' "
+                   "height='300'>form</label></groupHeader><detail height='0'><label name='D' left='0' "
+                   "top='0' width='900' height='300'>never</label></detail><groupFooter level='1' "
+                   "height='3000'><label name='S' left='0' top='2700' width='900' height='300'>sum</label>"
+                   "</groupFooter>");
     EXPECT_EQ(joined(layOut(form, named({"a", "b", "c"}))), "form | sum");
     // bands taller than the page: one a page, and an end
     const auto tall = templateOf("<detail height='20000'><field name='D' left='0' top='0' width='900' height='300' "
@@ -180,71 +182,175 @@ TEST(Layout, SumsOfManyAmountsAreThoseOfTheDecimals)
     EXPECT_EQ(sumOf(3, [](int row) { return QVariantList{row == 0 ? 1e16 : row == 1 ? 0.25 : -1e16}; }), "0.25");
 }
 
-TEST(Layout, PaperFollowsTheWidth)
+TEST(Layout, PaperFollowsTheObjectsAndNotThePrintWidth)
 {
-    EXPECT_EQ(paperFor(*templateOf("<detail height='0'/>", 11706)), (Paper{11906, 16838, 1}));
-    EXPECT_EQ(paperFor(*templateOf("<detail height='0'/>", 11707)), (Paper{16838, 11906, 1}));
-    const Paper wide = paperFor(*templateOf("<detail height='0'/>", 26805));
-    EXPECT_EQ(wide.width, 27005);
-    EXPECT_NEAR(wide.width * wide.scale, 16838, 1);
-    EXPECT_NEAR(wide.height * wide.scale, 11906, 1);
+    const struct {
+        int left, width;
+        QString more;
+        int paper, from, to; // where the object begins and ends on the sheet
+    } cases[] = {
+        {0, 11580, "", 11906, 100, 11680},                 // told places stay as they are
+        {0, 11900, "", 11906, 6, 11906},                   // moved where they would leave the sheet
+        {0, 11907, "", 16838, 238, 12145},                 // across, inside of what can be printed
+        {1000, 15500, "", 16838, 1100, 16600},             //
+        {0, 16362, "", 16838, 238, 16600},                 //
+        {0, 17295, "", 16838, 238, 16600},                 // and drawn smaller
+        {0, 17295, "overlay='always'", 11906, 100, 17395}, // but not what goes into a form's boxes
+        {-50, 600, "documentName='within it'", 11906, 50, 650},
+    };
+    for (const auto &of : cases) {
+        const QString object = "<label name='%1' left='%2' top='0' width='%3' height='200' visible='%4'>text</label>";
+        const auto report =
+            templateOf("<pageHeader height='300'>" + object.arg("A").arg(of.left).arg(of.width).arg("true") +
+                           object.arg("B").arg(0).arg(30000).arg("false") + "</pageHeader><detail height='0'>" +
+                           object.arg("C").arg(0).arg(30000).arg("true") + "</detail>",
+                       of.more);
+        const auto pages = layOut(report, nullptr);
+        const Paper &paper = pages[0]->context->paper;
+        const QRect box = pages[0]->items[0].box();
+        EXPECT_NEAR(paper.width * paper.scale, of.paper, 1) << of.width;
+        EXPECT_NEAR(paper.height * paper.scale, 11906 + 16838 - of.paper, 1);
+        EXPECT_NEAR(box.left() * paper.scale, of.from, 1);
+        EXPECT_NEAR((box.left() + box.width()) * paper.scale, of.to, 1);
+        EXPECT_EQ(pages[0]->overflows.isEmpty(), of.to <= of.paper);
+    }
 }
 
-TEST(Layout, TextStaysInItsBox)
+TEST(Layout, FormsThatFillTheirSheetStayOnePage)
 {
-    const auto report = templateOf(R"(<detail height="4000">
-        <field name="left" left="0" top="0" width="1000" height="240" dataField="a"/>
-        <field name="right" left="1000" top="0" width="1000" height="240" align="right" dataField="a"/>
-        <field name="centre" left="2000" top="0" width="1000" height="240" align="center" dataField="a"/>
-        <field name="lines" left="0" top="1000" width="1000" height="2000" dataField="b"/>
-        <field name="cut" left="0" top="3000" width="1000" height="240" align="right" dataField="b"/>
-        </detail>)");
-    const auto arranged = [&report](const QString &a, const QString &b) {
+    const QString bands = "<pageHeader height='10000'/><groupHeader level='1' height='3000'/><detail height='300'>"
+                          "<field name='D' left='0' top='0' width='900' height='200' dataField='name'/></detail>"
+                          "<groupFooter level='1' height='%1'><label name='S' left='0' top='%2' width='900' "
+                          "height='200'>sum</label></groupFooter>";
+    const struct {
+        int footer, margin;
+        QString pages;
+    } cases[] = {{638, 1440, "a sum"},  // as the template has it: 2880 of margins and 13938 of bands
+                 {2800, 1440, "a sum"}, // margins down to what printers leave white
+                 {3300, 1440, "a | sum"},
+                 {2800, 238, "a sum"}};
+    for (const auto &of : cases)
+        EXPECT_EQ(joined(layOut(templateOf(bands.arg(of.footer).arg(of.footer - 200), {}, of.margin), named({"a"}))),
+                  of.pages.toStdString())
+            << of.footer;
+}
+
+TEST(Layout, TotalsGoOnWithTheLastRowUnderTheHeads)
+{
+    const QString bands =
+        "<groupHeader level='1' height='400'><label name='G' left='0' top='0' width='900' "
+        "height='300'>cols</label></groupHeader><detail height='%1'><field name='D' left='0' top='0' "
+        "width='900' height='300' dataField='name'/></detail><groupFooter level='1' height='%2'><label "
+        "name='S' left='0' top='%3' width='900' height='300'>sum</label></groupFooter><pageFooter "
+        "height='300'><field name='F' left='0' top='0' width='900' height='300' dataField='name'/>"
+        "</pageFooter>";
+    const struct {
+        int row, total;
+        QStringList rows;
+        const char *pages;
+    } cases[] = {{5000, 3000, {"a", "b", "c"}, "cols a b b | cols c sum c"},
+                 {5000, 500, {"a", "b", "c"}, "cols a b c sum c"},
+                 {9000, 8000, {"a"}, "cols a a | sum a"},                 // the only row stays with its heads
+                 {5000, 12000, {"a", "b", "c"}, "cols a b c c | sum c"}}; // no room for both
+    for (const auto &of : cases)
+        EXPECT_EQ(joined(layOut(templateOf(bands.arg(of.row).arg(of.total).arg(of.total - 300)), named(of.rows))),
+                  of.pages);
+}
+
+TEST(Layout, BandsGrowForTheirTextsAndMoveWhatStandsBelow)
+{
+    const QString bands = R"(<detail height="1000" canGrow="%1">
+        <field name="long" left="0" top="100" width="3000" height="240" dataField="a"/>
+        <field name="longer" left="4000" top="100" width="3000" height="240" dataField="b"/>
+        <field name="beside" left="8000" top="100" width="900" height="240" dataField="c"/>
+        <line name="rule" x1="0" y1="330" x2="9000" y2="330"/>
+        <line name="side" x1="0" y1="0" x2="0" y2="1000"/>
+        <image name="logo" left="0" top="50" width="500" height="500"/>
+        <field name="below" left="0" top="400" width="3000" height="240" dataField="d"/>
+        <label name="sign" left="0" top="700" width="3000" height="240">signature</label></detail>)";
+    const auto lines = [](int count) { return QStringList(count, "line").join('\n'); };
+    QImage logo(1, 1, QImage::Format_RGB32);
+    const auto places = [&](const char *grows, const QVariantList &row) {
+        const auto report = templateOf(bands.arg(QLatin1String(grows)));
+        QHash<QString, QRect> boxes;
         const auto pages =
-            layOut(report, std::make_unique<TestRows>(QStringList{"a", "b"}, QVector<QVariantList>{{a, b}}));
-        QHash<QString, TextLines> lines;
-        for (const PageItem &item : pages[0]->items) {
-            TextLines of = arrange(*pages[0], item);
-            for (const TextLine &line : of.lines)
-                EXPECT_GT(line.baseline, item.y1);
-            lines[item.object->name] = of;
-        }
-        // the texts are views of the page, which ends here
-        QHash<QString, QPair<QStringList, TextLines>> kept;
-        for (auto at = lines.cbegin(); at != lines.cend(); ++at) {
-            QStringList texts;
-            for (const TextLine &line : at->lines)
-                texts.append(line.text.toString());
-            kept[at.key()] = {texts, at.value()};
-        }
-        return kept;
+            Layout(report, std::make_unique<TestRows>(QStringList{"a", "b", "c", "d"}, QVector<QVariantList>{row}), {},
+                   {{"logo", logo}}, paperFor(*report))
+                .all();
+        for (const PageItem &item : pages[0]->items)
+            boxes[item.object->name] = item.box();
+        return boxes;
     };
-    const auto one = arranged("12.50", "ROUND WOODEN FRAMES 木制圆形相框，带镜子。\nSECOND");
-    EXPECT_EQ(one["left"].second.lines[0].x, 100);
-    const TextLine &right = one["right"].second.lines[0], &centre = one["centre"].second.lines[0];
-    EXPECT_NEAR(right.x + right.width, 2100, 0.01);
-    EXPECT_NEAR(centre.x + centre.width / 2, 2600, 0.01);
-    EXPECT_FALSE(one["right"].second.overflows);
+    const auto before = places("true", {"short", "short", "c", "d"});
+    EXPECT_EQ(before, places("false", {lines(9), lines(4), "c", "d"})); // where it may not
+    const auto after = places("true", {lines(4), lines(9), "c", lines(3)});
+    const int first = after["longer"].height() - 240, then = after["below"].height() - 240;
+    EXPECT_GT(first, 5 * 200);
+    EXPECT_GT(then, 200);
+    const struct {
+        const char *name;
+        int moved, longer;
+    } expected[] = {{"beside", 0, first}, {"rule", first, 0},     {"side", 0, first + then},
+                    {"logo", 0, 0},       {"below", first, then}, {"sign", first + then, 0}};
+    for (const auto &of : expected) {
+        EXPECT_EQ(after[of.name].top() - before[of.name].top(), of.moved) << of.name;
+        EXPECT_EQ(after[of.name].height() - before[of.name].height(), of.longer) << of.name;
+    }
+}
 
-    const QStringList &lines = one["lines"].first;
-    EXPECT_EQ(lines.last(), "SECOND");
-    EXPECT_EQ(lines.join("").remove(' '), "ROUNDWOODENFRAMES木制圆形相框，带镜子。SECOND");
-    EXPECT_TRUE(lines.contains("WOODEN")) << lines.join('|').toStdString();
-    for (const QString &line : lines)
-        EXPECT_FALSE(line.startsWith(u'，') || line.startsWith(u'。')) << line.toStdString();
-    for (const TextLine &line : one["lines"].second.lines)
-        EXPECT_LE(line.width, 1000.5);
-    EXPECT_FALSE(one["lines"].second.overflows);
+TEST(Layout, BandsHigherThanAPageAreDividedBetweenLines)
+{
+    const auto report = templateOf(R"(<pageHeader height="1000"/><groupHeader level="1" height="0"/><detail height="0"/>
+        <groupFooter level="1" height="1500" canGrow="true">
+        <label name="L_A" left="0" top="0" width="5000" height="500" font="Arial" size="10"/>
+        <label name="L_B" left="5100" top="40" width="2000" height="400" size="12"/>
+        <line name="side" x1="5050" y1="0" x2="5050" y2="1500"/>
+        <label name="sign" left="0" top="1000" width="3000" height="240">signature</label></groupFooter>
+        <pageFooter height="500"/>)");
+    QStringList a, b;
+    for (int line = 0; line < 150; ++line) {
+        a.append(QStringLiteral("%1. clause").arg(line));
+        b.append(QStringLiteral("第 %1 条").arg(line));
+    }
+    const auto pages = layOut(report, nullptr, {}, {{"L_A", a.join('\n')}, {"L_B", b.mid(0, 100).join('\n')}});
+    ASSERT_EQ(pages.size(), 3);
+    QHash<QString, QStringList> printed;
+    int sides = 0;
+    for (const PagePtr &page : pages) {
+        EXPECT_TRUE(page->overflows.isEmpty());
+        for (const PageItem &item : page->items) {
+            EXPECT_GE(item.box().top(), 1200);
+            EXPECT_LE(item.box().bottom(), 16838 - 200 - 500);
+            sides += item.object->name == "side" ? item.box().height() : 0;
+            if (!item.isText())
+                continue;
+            for (const TextLine &line : arrange(*page, item).lines) {
+                printed[item.object->name].append(line.text.toString());
+                EXPECT_LE(line.baseline, item.box().bottom());
+            }
+        }
+    }
+    EXPECT_EQ(printed["L_A"], a);
+    EXPECT_EQ(printed["L_B"], b.mid(0, 100));
+    EXPECT_EQ(printed["sign"], QStringList{"signature"});
+    EXPECT_GE(sides, 150 * 200);
+    EXPECT_EQ(pages.last()->items.last().object->name, "sign");
+}
 
-    // one line: cut at its edge, its beginning kept whatever the alignment
-    EXPECT_EQ(one["cut"].first.size(), 1);
-    EXPECT_TRUE(one["cut"].second.overflows);
-    EXPECT_EQ(one["cut"].second.lines[0].x, 100);
-
-    // a word wider than the box, marks that combine and characters beyond the first plane end too
-    const auto odd =
-        arranged("", QString(60, 'W') + QString::fromUtf8(" e\u0301\u0301 😀😀😀😀😀😀😀 ") + QString(5000, u'木'));
-    EXPECT_EQ(odd["lines"].first.size(), 9);
+TEST(Layout, DataOnlyLeavesOutWhatTheFormHasAlready)
+{
+    const QString bands =
+        R"(<detail height="1000"><label name="A" left="0" top="0" width="900" height="240">caption</label>
+        <field name="F" left="1000" top="0" width="900" height="240" dataField="name"/>
+        <label name="L_F" left="2000" top="0" width="900" height="240"/>
+        <line name="N" x1="0" y1="500" x2="900" y2="500"/><shape name="S" left="0" top="0" width="900" height="900"/>
+        </detail>)";
+    const auto report = templateOf(bands);
+    Paper paper;
+    paper.dataOnly = true;
+    const auto pages = Layout(report, named({"data"}), {{"L_F", "free"}}, {}, paper).all();
+    EXPECT_EQ(textsOf(*pages[0]), (QStringList{"data", "free"}));
+    EXPECT_EQ(pages[0]->items.size(), 2);
 }
 
 TEST(Layout, PageStampsFollowTheClockAtEachPage)

@@ -1,5 +1,6 @@
 #include "data/data_error.h"
 #include "report_helpers.h"
+#include "reporting/overlay.h"
 #include "reporting/preview.h"
 #include "support/scripted_dialogs.h"
 
@@ -7,11 +8,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPrinter>
+#include <QRegularExpression>
 #include <QScrollBar>
+#include <QSettings>
 #include <QSpinBox>
 #include <QTest>
 #include <QWheelEvent>
@@ -263,6 +267,104 @@ TEST_F(PreviewTest, PrintsRangeCopiesAndPaperAndRemembersThem)
     EXPECT_NEAR(papers.last().width, 23811, 20); // by the next preview of the report too
     opened(1);
     EXPECT_EQ(papers.last(), Paper()); // and by no other
+}
+
+TEST_F(PreviewTest, TextsThatDoNotFitAreMarkedCountedAndSteppedThrough)
+{
+    opened(1); // all of it fits
+    EXPECT_FALSE(find<QWidget>("extras")->isVisible());
+    const QString bands = "<detail height='9000'><field name='F' left='0' top='%1' width='2000' height='240' "
+                          "dataField='a'/></detail>";
+    static Report of(reportFamilyA(), templateOf(bands.arg(4000)));
+    const auto rows = [](int row) { return QVariantList{QString(row == 1 ? 1 : 100, 'W')}; };
+    m_preview = std::make_unique<ReportPreview>(of, nullptr, [rows](const Paper &paper) {
+        return of.layout(std::make_unique<TestRows>(QStringList{"a"}, 3, rows), paper);
+    });
+    m_preview->show();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return action("print")->isEnabled(); }, 60000));
+    EXPECT_TRUE(find<QWidget>("extras")->isVisible());
+    EXPECT_EQ(find<QLabel>("marks")->text(), " 未印全：2 处 ");
+    const auto reds = [this] { // pixels in the colours of a mark
+        const QImage image = view().viewport()->grab().toImage();
+        int found = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                found += qRed(image.pixel(x, y)) > 150 && qBlue(image.pixel(x, y)) < qRed(image.pixel(x, y)) - 15;
+        return found;
+    };
+    view().fitPage();
+    EXPECT_GT(reds(), 50);
+    const struct {
+        const char *tool;
+        int page;
+    } steps[] = {{"nextMark", 1}, {"nextMark", 3}, {"nextMark", 1}, {"previousMark", 3}};
+    for (const auto &step : steps) {
+        click(step.tool);
+        EXPECT_EQ(page(), step.page) << step.tool;
+        EXPECT_GT(reds(), 50);
+    }
+    view().goTo(1);
+    EXPECT_EQ(reds(), 0);
+}
+
+TEST_F(PreviewTest, DataGoesOntoPreprintedPaperWhereThePrinterNeedsIt)
+{
+    QTemporaryDir folder;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
+    setPrinterChooser([&](QPrinter &printer, QWidget *) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(folder.filePath("printed.pdf"));
+        return true;
+    });
+    // where the word begins, in points from the sheet's upper left corner
+    const auto placeOf = [&](const QString &word) {
+        const QString words = QString::fromUtf8(output("pdftotext", {"-bbox", folder.filePath("printed.pdf"), "-"}));
+        const QRegularExpression place("xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\"[^>]*>" + word);
+        const QRegularExpressionMatch found = place.match(words);
+        return found.hasMatch() ? QPointF(found.captured(1).toDouble(), found.captured(2).toDouble()) : QPointF(-1, -1);
+    };
+    const QString bands =
+        "<detail height='9000'><label name='C' left='0' top='0' width='2000' height='240'>CAPTION</label>"
+        "<field name='F' left='15000' top='2000' width='2000' height='240' dataField='a'/></detail>";
+    for (const QString &overlay : {QStringLiteral("choice"), QStringLiteral("always")}) {
+        Report of(reportFamilyA(), templateOf(bands, "overlay='" + overlay + "'"));
+        const auto openIt = [&] {
+            m_preview = std::make_unique<ReportPreview>(of, nullptr, [&](const Paper &paper) {
+                papers.append(paper);
+                return of.layout(
+                    std::make_unique<TestRows>(QStringList{"a"}, QVector<QVariantList>{{QStringLiteral("DATA")}}),
+                    paper);
+            });
+            m_preview->show();
+            ASSERT_TRUE(QTest::qWaitFor([this] { return action("print")->isEnabled(); }, 60000));
+            if (overlay == "choice") {
+                EXPECT_FALSE(find<QWidget>("extras")->isVisible());
+                click("dataOnly");
+                ASSERT_TRUE(QTest::qWaitFor([this] { return action("print")->isEnabled(); }, 60000));
+            }
+        };
+        openIt();
+        EXPECT_TRUE(papers.last().scale == 1 && papers.last().shift == 0);
+        click("print");
+        const QPointF before = placeOf("DATA");
+        EXPECT_NEAR(before.x(), 15100 / 20.0, 1);
+        EXPECT_EQ(placeOf("CAPTION").x() < 0, overlay == "choice");
+        EXPECT_TRUE(asked.shown.isEmpty()); // nothing is offered to be drawn smaller
+        find<QDoubleSpinBox>("shiftRight")->setValue(-12.5);
+        find<QDoubleSpinBox>("shiftDown")->setValue(3.1);
+        openIt(); // kept
+        EXPECT_EQ(find<QDoubleSpinBox>("shiftRight")->value(), -12.5);
+        click("print");
+        EXPECT_NEAR(placeOf("DATA").x() - before.x(), -12.5 / 25.4 * 72, 0.1);
+        EXPECT_NEAR(placeOf("DATA").y() - before.y(), 3.1 / 25.4 * 72, 0.1);
+        click("testSheet");
+        const QPointF cross = placeOf("100/150"); // a figure beside its cross, moved as the data is
+        EXPECT_NEAR(cross.x(), (100.5 - 12.5) / 25.4 * 72, 1);
+        find<QDoubleSpinBox>("shiftRight")->setValue(0);
+        find<QDoubleSpinBox>("shiftDown")->setValue(0);
+        EXPECT_EQ(paperShift("another", "t"), PaperShift());
+        m_preview.reset(); // before its report
+    }
 }
 
 TEST_F(PreviewTest, BrokenRowsAreToldAndThePreviewStays)

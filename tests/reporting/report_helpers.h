@@ -76,16 +76,17 @@ inline std::unique_ptr<RowSource> invoiceRows(int count)
     });
 }
 
-// A template given as text.
-inline std::shared_ptr<const ReportTemplate> templateOf(const QString &bands, int printWidth = 10000)
+// A template given as text. more: further attributes of the report.
+inline std::shared_ptr<const ReportTemplate> templateOf(const QString &bands, const QString &more = {},
+                                                        int margin = 200)
 {
     QTemporaryDir folder;
     QFile file(folder.filePath("t.xml"));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QStringLiteral("<report name=\"t\" printWidth=\"%1\" leftMargin=\"100\" rightMargin=\"100\" "
-                              "topMargin=\"200\" bottomMargin=\"200\">%2</report>")
-                   .arg(printWidth)
-                   .arg(bands)
+    file.write(QStringLiteral("<report name=\"t\" printWidth=\"26805\" leftMargin=\"100\" rightMargin=\"100\" "
+                              "topMargin=\"%1\" bottomMargin=\"%1\" %2>%3</report>")
+                   .arg(margin)
+                   .arg(more, bands)
                    .toUtf8());
     file.close();
     QString error;

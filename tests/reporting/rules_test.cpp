@@ -45,9 +45,8 @@ TEST(Rule, SeesTheColumnsItDeclaresAndSetsTextsAndPictures)
     ASSERT_EQ(pages.size(), 2);
     EXPECT_EQ(textsOf(*pages[0]), (QStringList{"P", "W", "P", "3"}));
     EXPECT_EQ(textsOf(*pages[1]), (QStringList{"P", "4"}));
-    ASSERT_EQ(pages[0]->pictures.size(), 1);
-    EXPECT_EQ(pages[0]->picture(pages[0]->items[0]).pixel(3, 3), qRgb(255, 0, 0));
-    EXPECT_TRUE(pages[1]->pictures.isEmpty());
+    EXPECT_EQ(pages[0]->images["Image1"].pixel(3, 3), qRgb(255, 0, 0));
+    EXPECT_TRUE(pages[1]->images.isEmpty());
     EXPECT_THROW(laidOut({"logo", "no"}), DataError);
 }
 

@@ -44,7 +44,7 @@ TEST(Template, ReadsEveryProperty)
     const ReportObject &sum = *report->object("G");
     EXPECT_TRUE(sum.summary == Summary::Count && sum.overReport && sum.summaryLevel == 1);
     EXPECT_TRUE(report->object("H")->pageTotal);
-    EXPECT_EQ(report->paperWidth(), 10200);
+    EXPECT_EQ(report->extent(), std::pair(100, 131));
 }
 
 TEST(Template, DamagedFilesAreRefusedWithLineAndReason)
