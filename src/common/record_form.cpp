@@ -538,7 +538,7 @@ void RecordForm::cancel()
 
 void RecordForm::deleteRecord()
 {
-    if (!dialogs().ask(this, QStringLiteral("是否真的删除当前记录 ？"), QStringLiteral("系统提示")))
+    if (!dialogs().ask(this, QStringLiteral("是否真的删除当前记录 ？"), QStringLiteral("系统提示"), Preset::No))
         return;
     const bool isDocument = m_spec.body.statement != nullptr;
     bool back = false;

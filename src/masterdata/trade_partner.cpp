@@ -81,7 +81,8 @@ void TradePartnerForm::print(const QString &)
         dialogs().message(this, QStringLiteral("没有当前记录，不能打印！"), title, MessageIcon::Critical);
         return;
     }
-    const QString &report = dialogs().ask(this, m_printing.question, title) ? m_printing.one : m_printing.all;
+    const QString &report =
+        dialogs().ask(this, m_printing.question, title, Preset::Yes) ? m_printing.one : m_printing.all;
     run(Failure::Report, {[&] { masterReport(report, *gConn, key).show(this); }});
 }
 

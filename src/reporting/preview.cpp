@@ -54,6 +54,25 @@ bool choosePrinter(QPrinter &printer, QWidget *parent)
     return dialog.exec() == QDialog::Accepted;
 }
 
+// What a print job and a file are called: the document's name, and the number of the one document that it shows. A list
+// has several values or none, and bears its name alone.
+QString titleOf(const Report &report)
+{
+    const Values &values = report.DataControl1.values;
+    const QString number = values.size() == 1 ? values.cbegin()->toString().trimmed() : QString();
+    return number.isEmpty() ? report.caption() : report.caption() + u'-' + number;
+}
+
+// The title as a file may be named on every system.
+QString fileNameOf(const Report &report)
+{
+    QString name = titleOf(report);
+    for (QChar &c : name)
+        if (QStringView(u"/\\:*?\"<>|").contains(c) || !c.isPrint())
+            c = u'_';
+    return name;
+}
+
 // What was chosen for a report on a printer, until the program ends.
 struct PrintChoice {
     QPageLayout layout;
@@ -312,7 +331,7 @@ void ReportPreview::print()
         printer.setPageSize(QPageSize(QPageSize::A4));
         printer.setPageOrientation(paper.width > paper.height ? QPageLayout::Landscape : QPageLayout::Portrait);
     }
-    printer.setDocName(m_report.model().documentName.isEmpty() ? m_report.caption() : m_report.model().documentName);
+    printer.setDocName(titleOf(m_report));
     printer.setFromTo(0, 0);
     if (!choosePrinter(printer, this))
         return;
@@ -326,7 +345,8 @@ bool ReportPreview::printOn(QPrinter &printer)
     const ReportTemplate &report = m_report.model();
     Paper paper = paperOf(printer.pageLayout(), report, false);
     if (paper.width < report.paperWidth() &&
-        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption()))
+        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption(),
+                      Preset::Yes))
         paper = paperOf(printer.pageLayout(), report, true);
     QVector<PagePtr> pages = m_view->pages();
     if (pages.isEmpty())
@@ -370,10 +390,11 @@ bool ReportPreview::printOn(QPrinter &printer)
 
 void ReportPreview::savePdf()
 {
-    const std::optional<QString> path = dialogs().saveFile(this, QStringLiteral("另存为PDF"),
-                                                           m_report.caption() + ".pdf", QStringLiteral("PDF (*.pdf)"));
+    const std::optional<QString> path =
+        dialogs().saveFile(this, QStringLiteral("另存为PDF"), fileNameOf(m_report) + QStringLiteral(".pdf"),
+                           QStringLiteral("PDF (*.pdf)"));
     QString error;
-    if (path && !writePdf(m_view->pages(), m_report.caption(), *path, &error))
+    if (path && !writePdf(m_view->pages(), titleOf(m_report), *path, &error))
         dialogs().message(this, QStringLiteral("不能写入文件：%1").arg(error), m_report.caption(),
                           MessageIcon::Critical);
 }
