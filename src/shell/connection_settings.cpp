@@ -99,11 +99,11 @@ void frmODBCLogon::save()
     QFile::setPermissions(localSettingsFile(), QFile::ReadOwner | QFile::WriteOwner);
     try {
         m_settings.Recordset().UpdateBatch();
-    } catch (const DataError &error) {
+    } catch (const DataError &) {
         // What was typed waits; the next press tries again.
         dialogs().message(this,
-                          QStringLiteral("设置没有保存：不能写入文件 %1，请检查该文件和所在文件夹的权限。\n（%2）")
-                              .arg(QDir::toNativeSeparators(localSettingsFile()), error.text()),
+                          QStringLiteral("设置没有保存：不能写入文件 %1，请检查该文件和所在文件夹的权限。")
+                              .arg(QDir::toNativeSeparators(localSettingsFile())),
                           QStringLiteral("系统提示"), MessageIcon::Critical);
         return;
     }
