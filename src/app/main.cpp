@@ -5,11 +5,9 @@
 #include "shell/process.h"
 #include "shell/startup.h"
 #include "shell/style.h"
+#include "shell/toolkit_texts.h"
 
 #include <QApplication>
-#include <QLibraryInfo>
-#include <QLocale>
-#include <QTranslator>
 
 using namespace tradewick;
 
@@ -37,11 +35,7 @@ protected:
 int main(int argc, char **argv)
 {
     Program application(argc, argv);
-    const QLocale chinese(QLocale::Chinese, QLocale::China);
-    QLocale::setDefault(chinese);
-    QTranslator translator;
-    if (translator.load(chinese, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        Application::installTranslator(&translator);
+    speakChinese();
     applyStyle(application);
     Application::setWindowIcon(commandIcon(brand, 0));
     // The exit question ends the process, not the last window that happens to close.

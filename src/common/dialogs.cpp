@@ -1,9 +1,12 @@
 #include "common/dialogs.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSettings>
+#include <QStandardPaths>
 
 namespace tradewick
 {
@@ -28,9 +31,28 @@ QMessageBox::Icon iconOf(MessageIcon icon)
     return QMessageBox::NoIcon;
 }
 
+QSettings userSettings()
+{
+    return QSettings(QStringLiteral("tradewick"), QStringLiteral("tradewick"));
+}
+
+const QString lastFolderKey = QStringLiteral("files/folder");
+
+// Where the user chose a file last, on the first time where documents lie.
+QDir lastFolder()
+{
+    const QString folder = userSettings().value(lastFolderKey).toString();
+    return QDir(!folder.isEmpty() && QFileInfo(folder).isDir()
+                    ? folder
+                    : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+}
+
 std::optional<QString> chosen(const QString &path)
 {
-    return path.isEmpty() ? std::nullopt : std::optional(path);
+    if (path.isEmpty())
+        return std::nullopt;
+    userSettings().setValue(lastFolderKey, QFileInfo(path).absolutePath());
+    return path;
 }
 
 class WindowDialogs : public Dialogs
@@ -44,13 +66,13 @@ public:
         box.exec();
     }
 
-    bool ask(QWidget *parent, const QString &text, const QString &title) override
+    bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter) override
     {
         QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No, parent);
         box.setTextFormat(Qt::PlainText);
         box.button(QMessageBox::Yes)->setText(QStringLiteral("是(&Y)"));
         box.button(QMessageBox::No)->setText(QStringLiteral("否(&N)"));
-        box.setDefaultButton(QMessageBox::Yes);
+        box.setDefaultButton(onEnter == OnEnter::Yes ? QMessageBox::Yes : QMessageBox::No);
         box.setEscapeButton(QMessageBox::No);
         return box.exec() == QMessageBox::Yes;
     }
@@ -67,13 +89,13 @@ public:
 
     std::optional<QString> openFile(QWidget *parent, const QString &title, const QString &filter) override
     {
-        return chosen(QFileDialog::getOpenFileName(parent, title, {}, filter));
+        return chosen(QFileDialog::getOpenFileName(parent, title, lastFolder().path(), filter));
     }
 
     std::optional<QString> saveFile(QWidget *parent, const QString &title, const QString &suggested,
                                     const QString &filter) override
     {
-        return chosen(QFileDialog::getSaveFileName(parent, title, suggested, filter));
+        return chosen(QFileDialog::getSaveFileName(parent, title, lastFolder().filePath(suggested), filter));
     }
 
     std::optional<ConflictAnswer> conflict(QWidget *parent, const ConflictQuestion &question) override

@@ -13,19 +13,23 @@ class QWidget;
 namespace tradewick
 {
 
+// The button of a question that Enter presses. No where Yes destroys or ends something.
+enum class OnEnter { Yes, No };
+
 class Dialogs
 {
 public:
     virtual ~Dialogs() = default;
     // A message with OK alone. title may be empty.
     virtual void message(QWidget *parent, const QString &text, const QString &title, MessageIcon icon) = 0;
-    // A question with Yes and No and the question icon; gives whether Yes was chosen.
-    virtual bool ask(QWidget *parent, const QString &text, const QString &title) = 0;
+    // A question with Yes and No and the question icon; gives whether Yes was chosen. Escape is No.
+    virtual bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter) = 0;
     // An input box; no value when it was cancelled.
     virtual std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title) = 0;
     // The path of a file to open, or no value when cancelled; filter in the form of QFileDialog.
     virtual std::optional<QString> openFile(QWidget *parent, const QString &title, const QString &filter) = 0;
-    // The path of a file to write, or no value when cancelled.
+    // The path of a file to write, or no value when cancelled. suggested is a name without a folder: files are looked
+    // for and written where this user chose one last, from program to program.
     virtual std::optional<QString> saveFile(QWidget *parent, const QString &title, const QString &suggested,
                                             const QString &filter) = 0;
     // What to store where another desktop changed the same row; no value when the user goes back.

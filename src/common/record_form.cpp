@@ -239,7 +239,7 @@ void RecordForm::closeEvent(QCloseEvent *event)
         event->ignore();
     } else {
         event->setAccepted(!anyWaits || dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"),
-                                                      systemTitle()));
+                                                      systemTitle(), OnEnter::No));
     }
 }
 

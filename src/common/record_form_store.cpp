@@ -359,7 +359,8 @@ void RecordForm::dropLines()
 
 void RecordForm::deleteRecord()
 {
-    if (!m_spec.deleteQuestion.isEmpty() && !dialogs().ask(this, m_spec.deleteQuestion, systemTitle()))
+    if (!m_spec.deleteQuestion.isEmpty() &&
+        !dialogs().ask(this, m_spec.deleteQuestion, systemTitle(), OnEnter::No))
         return;
     bool back = false;
     run(m_spec.failures.deleteAndCancel,

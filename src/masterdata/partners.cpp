@@ -11,7 +11,8 @@ RecordFormSpec partnerRegister(const PartnerNaming &own)
 {
     const auto print = [own](RecordForm &form) {
         const QString key = form.text("Text1(0)");
-        const bool one = key.trimmed().isEmpty() || dialogs().ask(&form, own.question, RecordForm::systemTitle());
+        const bool one = key.trimmed().isEmpty() || 
+                         dialogs().ask(&form, own.question, RecordForm::systemTitle(), OnEnter::Yes);
         printRecord(one ? own.one : own.all, key, &form);
     };
     return {

@@ -1,9 +1,8 @@
 #include "papers/papers.h"
 
-#include "common/globals.h"
-
 #include "common/amount_words.h"
 #include "common/dialogs.h"
+#include "common/globals.h"
 #include "common/number_text.h"
 #include "papers/areas.h"
 #include "papers/report_table.h"
@@ -41,10 +40,10 @@ Values headOf(const DocumentRecord &record, Connection &connection, const Values
         head.insert(value.key().toLower(), value.value());
     if (record.head.isEmpty())
         return head;
-    const QVector<Values> rows = connection.rows(record.head, given);
+    const QVector<Row> rows = connection.rows(record.head, given);
     if (rows.isEmpty())
         throw DataError(0, QStringLiteral("没有编号为“%1”的%2").arg(given.value(record.key).toString(), record.name));
-    head.insert(rows.first());
+    head.insert(rows.first().named());
     return head;
 }
 
@@ -106,7 +105,8 @@ FilledReport fill(const Document &document, Connection &connection, const Values
     }
     QVector<Values> totals;
     if (!document.totals.isEmpty())
-        totals = connection.rows(document.totals, given);
+        for (const Row &row : connection.rows(document.totals, given))
+            totals.append(row.named());
     const DocumentValues values(std::move(head), std::move(totals));
     if (!document.logo.isEmpty()) {
         const QString path = values.trimmed("logo");

@@ -326,10 +326,14 @@ void ReportPreview::keyPressEvent(QKeyEvent *event)
 
 void ReportPreview::savePdf()
 {
-    const std::optional<QString> path = dialogs().saveFile(this, QStringLiteral("另存为PDF"),
-                                                           m_report.caption() + ".pdf", QStringLiteral("PDF (*.pdf)"));
+    QString name = m_report.title();
+    for (QChar &c : name) // as a file may be named on every system
+        if (QStringView(u"/\\:*?\"<>|").contains(c) || !c.isPrint())
+            c = u'_';
+    const std::optional<QString> path =
+        dialogs().saveFile(this, QStringLiteral("另存为PDF"), name + ".pdf", QStringLiteral("PDF (*.pdf)"));
     QString error;
-    if (path && !writePdf(m_view->pages(), m_report.caption(), *path, &error))
+    if (path && !writePdf(m_view->pages(), m_report.title(), *path, &error))
         dialogs().message(this, QStringLiteral("不能写入文件：%1").arg(error), m_report.caption(),
                           MessageIcon::Critical);
 }

@@ -102,7 +102,7 @@ bool ReportPreview::choose(QPrinter &printer)
         printer.setPageSize(QPageSize(QPageSize::A4));
         printer.setPageOrientation(wanted.width > wanted.height ? QPageLayout::Landscape : QPageLayout::Portrait);
     }
-    printer.setDocName(m_report.model().documentName.isEmpty() ? m_report.caption() : m_report.model().documentName);
+    printer.setDocName(m_report.title());
     printer.setFromTo(0, 0);
     if (!choosePrinter(printer, this))
         return false;
@@ -157,7 +157,7 @@ bool ReportPreview::printOn(QPrinter &printer)
 {
     Paper paper = paperOf(printer.pageLayout(), false);
     if (!isOverlay() && !fitsAcross(m_report.model(), paper.width, paper.height) &&
-        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption()))
+        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption(), OnEnter::Yes))
         paper = paperOf(printer.pageLayout(), true);
     QVector<PagePtr> pages = m_view->pages();
     if (pages.isEmpty())

@@ -52,6 +52,13 @@ void Report::startOver()
         [this](const QHash<QString, QString>::iterator &label) { return !m_template->object(label.key())->isFree(); });
 }
 
+QString Report::title() const
+{
+    const Values &values = DataControl1.values;
+    const QString number = values.size() == 1 ? values.cbegin()->toString().trimmed() : QString();
+    return number.isEmpty() ? caption() : caption() + u'-' + number;
+}
+
 void Report::setLabel(const QString &name, const QString &text)
 {
     const ReportObject *object = m_template->object(name);

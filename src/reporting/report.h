@@ -23,6 +23,9 @@ public:
 
     const QString &name() const { return m_template->name; }
     const QString &caption() const { return m_template->caption; }
+    // What a print job and a file are called: the document's name, and the number of the one document that it shows. A
+    // list has several values or none, and bears its name alone.
+    QString title() const;
     const ReportTemplate &model() const { return *m_template; }
     const ReportFamily &family() const { return m_family; }
 

@@ -3,6 +3,7 @@
 #include "common/dialogs.h"
 #include "shell/process.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFormLayout>
 #include <QLabel>
@@ -96,7 +97,16 @@ void frmODBCLogon::save()
 {
     // Before the password is in it; SQLite gives its journal the same rights.
     QFile::setPermissions(localSettingsFile(), QFile::ReadOwner | QFile::WriteOwner);
-    m_settings.Recordset().UpdateBatch();
+    try {
+        m_settings.Recordset().UpdateBatch();
+    } catch (const DataError &) {
+        // What was typed waits; the next press tries again.
+        dialogs().message(this,
+                          QStringLiteral("设置没有保存：不能写入文件 %1，请检查该文件和所在文件夹的权限。")
+                              .arg(QDir::toNativeSeparators(localSettingsFile())),
+                          QStringLiteral("系统提示"), MessageIcon::Critical);
+        return;
+    }
     close();
 }
 

@@ -2,6 +2,7 @@
 
 #include "common/dialogs.h"
 #include "shell/commands.h"
+#include "shell/open_forms.h"
 #include "shell/picture.h"
 #include "shell/process.h"
 #include "shell/side_bar.h"
@@ -17,6 +18,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTime>
 #include <QTimer>
 #include <QToolBar>
@@ -32,6 +34,8 @@ namespace
 constexpr double twipsPerPixel = 15;
 constexpr double belowOnLoad = 10;
 constexpr double belowOnResize = 200;
+// of a form whose place is taken; after so many it starts anew, for each costs the form room
+constexpr int stepsOfCascade = 6;
 
 double twips(int pixels)
 {
@@ -57,7 +61,7 @@ std::optional<QRectF> freeArea(const WindowLengths &lengths, double below)
     return area.width() < 0 || area.height() < 0 ? std::nullopt : std::optional(area);
 }
 
-main_FRM::main_FRM()
+main_FRM::main_FRM() : m_forms(new OpenForms(this))
 {
     setObjectName("main_FRM");
     setWindowTitle(productTitle);
@@ -66,6 +70,7 @@ main_FRM::main_FRM()
     buildToolBar();
     buildSideBar();
     buildStatusBand();
+    addWindowKeys();
     m_picture->lower();
     m_sideBar->setFocus();
     resize(1200, 700);
@@ -207,26 +212,46 @@ void main_FRM::execute(const Tool &tool)
 
 bool main_FRM::confirmsExit()
 {
-    return dialogs().ask(this, QStringLiteral("是否真的退出系统？"), QStringLiteral("系统提示"));
+    return dialogs().ask(this, QStringLiteral("是否真的退出系统？"), QStringLiteral("系统提示"), OnEnter::No);
 }
 
 void main_FRM::openForm(const QString &form)
 {
-    QPointer<QWidget> &window = m_forms[form];
-    // A closed window lives until the event loop deletes it; it is not the form any more.
-    if (!window || !window->isVisible()) {
+    QWidget *window = m_forms->find(form);
+    if (!window) {
         const FormEntry *entry = formEntry(form);
         if (!entry)
             return;
         window = entry->make(this);
-        window->setWindowFlag(Qt::Window);
+        // Only dialogs stay in front of the window that they belong to, whoever manages the windows.
+        Qt::WindowFlags flags = window->windowFlags() | Qt::Dialog;
+        if (!window->isWindow())
+            flags |= Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                     Qt::WindowCloseButtonHint;
+        window->setWindowFlags(flags);
         window->setAttribute(Qt::WA_DeleteOnClose);
-        place(window, entry->placement);
+        place(window, entry->placement, m_forms->add(form, window, entry->placement));
     }
-    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
-    window->show();
-    window->raise();
-    window->activateWindow();
+    bringForward(*window);
+}
+
+void main_FRM::addWindowKeys()
+{
+    connect(m_forms, &OpenForms::changed, m_sideBar, [this](const QString &form, bool open) {
+        for (const Band &band : sideBands())
+            for (const Tool &tool : band.tools)
+                if (tool.opens == form)
+                    m_sideBar->markOpen(tool.name, open);
+    });
+    const std::pair<QKeySequence, int> keys[] = {{Qt::Key_F6, 1},
+                                                 {Qt::CTRL | Qt::Key_Tab, 1},
+                                                 {Qt::SHIFT | Qt::Key_F6, -1},
+                                                 {Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1}};
+    for (const auto &[key, by] : keys) {
+        auto *shortcut = new QShortcut(key, this);
+        shortcut->setContext(Qt::ApplicationShortcut); // from the forms, too
+        connect(shortcut, &QShortcut::activated, this, [this, by = by] { m_forms->goRound(by); });
+    }
 }
 
 void main_FRM::closeEvent(QCloseEvent *event)
@@ -263,15 +288,16 @@ void main_FRM::keyPressEvent(QKeyEvent *event)
         QMainWindow::keyPressEvent(event);
 }
 
-void main_FRM::place(QWidget *form, Placement placement) const
+void main_FRM::place(QWidget *form, Placement placement, int step) const
 {
     const QRect screenArea = screen()->availableGeometry();
     const QRect free = m_picture->geometry();
+    const int aside = step % stepsOfCascade * style()->pixelMetric(QStyle::PM_TitleBarHeight); // titles stay in sight
     QRect area; // of the form with its frame
     switch (placement) {
     case Placement::Centre:
         area.setSize(form->sizeHint());
-        area.moveCenter(m_picture->mapToGlobal(m_picture->rect().center()));
+        area.moveCenter(m_picture->mapToGlobal(m_picture->rect().center()) + QPoint(aside, aside));
         form->setGeometry(area);
         return;
     case Placement::FreeArea:
@@ -285,6 +311,7 @@ void main_FRM::place(QWidget *form, Placement placement) const
         break;
     }
     area &= screenArea;
+    area.setTopLeft(area.topLeft() + QPoint(aside, aside));
     form->move(area.topLeft());
     form->resize(area.size() - (frameGeometry().size() - size())); // its frame is as thick as this window's
 }

@@ -5,7 +5,6 @@
 
 #include <QHash>
 #include <QMainWindow>
-#include <QPointer>
 
 #include <optional>
 
@@ -16,6 +15,7 @@ namespace tradewick
 {
 
 struct Tool;
+class OpenForms;
 class Picture;
 class SideBar;
 
@@ -42,7 +42,8 @@ public:
     void switchOff(const QString &tool);
     // The text in the status band.
     void setStatusText(const QString &text);
-    // Shows a form: a new one, or the one that is open already. A name that has no form does nothing.
+    // Shows a form in front of this window, where it stays: a new one, or the one that is open already. A name that has
+    // no form does nothing.
     void openForm(const QString &form);
 
 protected:
@@ -60,11 +61,12 @@ private:
     void execute(const Tool &tool);
     bool confirmsExit();
     void layPicture(double below);
-    void place(QWidget *form, Placement placement) const;
+    void addWindowKeys();
+    void place(QWidget *form, Placement placement, int step) const;
 
     QHash<QString, QAction *> m_commands;
     QHash<QString, QLabel *> m_texts; // of the status band
-    QHash<QString, QPointer<QWidget>> m_forms;
+    OpenForms *m_forms;
     QToolBar *m_toolBar = nullptr;
     SideBar *m_sideBar = nullptr;
     Picture *m_picture = nullptr;

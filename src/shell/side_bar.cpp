@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -77,6 +78,14 @@ void SideBar::unfold(const QToolButton *header, bool unfolded)
         } else if (unfolded)
             m_headers[i]->setChecked(false);
     }
+}
+
+void SideBar::markOpen(const QString &name, bool open)
+{
+    auto *button = findChild<QToolButton *>(name);
+    button->setProperty("open", open);
+    button->setAccessibleDescription(open ? QStringLiteral("已打开") : QString());
+    button->style()->polish(button); // the style sheet asks for the property
 }
 
 QSize SideBar::sizeHint() const

@@ -20,6 +20,9 @@ public:
     // Adds a group, folded unless it is the first; its buttons bear the names of their actions.
     void addGroup(const QString &name, const QString &caption, const QList<QAction *> &actions);
 
+    // Marks the button of that name: what it opens is open, or is not any more.
+    void markOpen(const QString &name, bool open);
+
     QSize sizeHint() const override;
 
 protected:

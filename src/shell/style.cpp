@@ -24,6 +24,7 @@ QToolBar QToolButton:focus, #Band8 QToolButton:focus { border-color: palette(hig
 QToolBar QToolButton:pressed, #Band8 QToolButton:pressed { background: palette(mid); }
 #Band8, #sideBarContent { background: palette(base); }
 #Band8 QToolButton:disabled { color: palette(mid); }
+#Band8 QToolButton[open="true"] { background: palette(window); border-left: 3px solid palette(highlight); font-weight: bold; }
 #Band8 QToolButton[header="true"] { font-weight: bold; background: palette(window); }
 QStatusBar { border-top: 1px solid palette(mid); }
 QStatusBar::item { border: 0; }

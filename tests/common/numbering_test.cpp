@@ -38,49 +38,23 @@ struct Numbering : testing::Test {
     std::string next(const QString &form) { return proposeNumber(form, connection, today).toStdString(); }
 };
 
-struct Form {
-    const char *form, *prefix, *table, *column;
-};
-
-const Form documents[] = {
-    {"YY_CGHT", "C", "yy_gn_cght_h", "htbh"},       {"YY_WXHT", "X", "yy_gw_wxht_h", "htbh"},
-    {"YY_Yh_XYZ", "XY", "yy_xyz_h", "xyzh"},        {"YY_XyZ_New_Rpt", "XY", "yy_xyz_nh", "xyzh"},
-    {"YY_DZ_MXB", "FP", "yy_mxb_h", "fpbh"},        {"CY_Dcd_Rpt", "DC", "cy_dcd_djb_h", "dcdh"},
-    {"cy_HYtD_DjB", "TD", "cy_hytd_djb_h", "tdhm"},
-};
-
-const Form wrapping[] = {
-    {"sys_bzsz", "$", "sys_bzsz", "bzbh"},      {"sys_fkfs", "F", "sys_fkfs", "fkbh"},
-    {"sys_zffs", "F", "sys_zffs", "fkbh"},      {"sys_JLDW", "J", "sys_jldw", "jlbh"},
-    {"CY_Pcd_Djb", "PC", "cy_pcd_rpt", "pcdh"},
-};
-
-const Form ports[] = {
-    {"Sys_GKSZ", "P", "sys_gksz", "gkbh"},
-    {"Sys_CwGs_ZL", "P", "sys_cwgs", "gsbh"},
-    {"Sys_TcGs_Set", "P", "sys_tcgs", "gsbh"},
-};
-
 } // namespace
 
 TEST_F(Numbering, DocumentNumbersRunThroughTheMonth)
 {
-    for (const auto &[form, prefix, table, column] : documents) {
-        const std::string month = std::string(prefix) + "2403";
-        const QString key = QString::fromStdString(month);
-        fill(table, column, {});
-        EXPECT_EQ(next(form), month + "00001") << form;
-        fill(table, column, {key + "00009", key + "00123", key + "00010"});
-        EXPECT_EQ(next(form), month + "00124") << form;
-        fill(table, column, {key + "99999"});
-        EXPECT_EQ(next(form), month + "100000") << form;
-        fill(table, column, {key + "100000"});
-        EXPECT_EQ(next(form), month + "00001") << form;
-        fill(table, column, {key + "00077"}, "2024-02-29");
-        EXPECT_EQ(next(form), month + "00001") << form; // dated in another month
-        fill(table, column, {key + "00004", "ZZ手写"});
-        EXPECT_EQ(next(form), month + "00001") << form; // typed by hand, sorts last, no digits
+    const std::pair<QStringList, const char *> cases[] = {
+        {{}, "X240300001"},
+        {{"X240300009", "X240300123", "X240300010"}, "X240300124"},
+        {{"X240399999"}, "X2403100000"},
+        {{"X2403100000"}, "X240300001"},
+        {{"X240300004", "ZZ手写"}, "X240300001"}, // typed by hand, sorts last, no digits
+    };
+    for (const auto &[keys, number] : cases) {
+        fill("yy_gw_wxht_h", "htbh", keys);
+        EXPECT_EQ(next("YY_WXHT"), number);
     }
+    fill("yy_gw_wxht_h", "htbh", {"X240300077"}, "2024-02-29");
+    EXPECT_EQ(next("YY_WXHT"), "X240300001"); // dated in another month
     EXPECT_EQ(gNumYY + gNumMM + gNumDD, "240305");
 }
 
@@ -101,34 +75,29 @@ TEST_F(Numbering, AFailedLookupKeepsTheSequence)
     EXPECT_THROW(next("sys_bzsz"), DataError);
 }
 
+// Three digits of the last code are read, or four where a form says so, and a number that would be too long is taken or
+// left, as it says.
 TEST_F(Numbering, CodesReadTheTailOfTheLastKey)
 {
-    for (const auto &[form, prefix, table, column] : wrapping) {
-        fill(table, column, {});
-        EXPECT_EQ(next(form), prefix + std::string("0001")) << form;
-        fill(table, column, {QString(prefix) + "0009"});
-        EXPECT_EQ(next(form), prefix + std::string("0010")) << form;
-        fill(table, column, {QString(prefix) + "0999"});
-        EXPECT_EQ(next(form), prefix + std::string("1000")) << form;
-        fill(table, column, {QString(prefix) + "0999", QString(prefix) + "1000"});
-        EXPECT_EQ(next(form), prefix + std::string("0001")) << form;
-    }
-    fill("sys_bmsz", "bmbh", {"B9999"});
-    EXPECT_EQ(next("sys_bmsz"), "B10000");
-    fill("sys_bmsz", "bmbh", {"B1000"});
-    EXPECT_EQ(next("sys_bmsz"), "B1001");
-}
-
-TEST_F(Numbering, PortsAndCompaniesKeepTheSequenceThatWouldBeTooLong)
-{
-    for (const auto &[form, prefix, table, column] : ports) {
-        fill(table, column, {QString(prefix) + "9998"});
-        EXPECT_EQ(next(form), "P9999") << form;
-        fill(table, column, {QString(prefix) + "9999"});
-        EXPECT_EQ(next(form), "P9999") << form;
-        EXPECT_EQ(gNumRaw, "10000");
-        fill(table, column, {});
-        EXPECT_EQ(next(form), "P0001") << form;
+    struct Case {
+        const char *form, *table, *column;
+        QStringList keys;
+        const char *number;
+    };
+    const Case cases[] = {
+        {"sys_bzsz", "sys_bzsz", "bzbh", {}, "$0001"},
+        {"sys_bzsz", "sys_bzsz", "bzbh", {"$0009"}, "$0010"},
+        {"sys_bzsz", "sys_bzsz", "bzbh", {"$0999"}, "$1000"},
+        {"sys_bzsz", "sys_bzsz", "bzbh", {"$0999", "$1000"}, "$0001"},
+        {"sys_bmsz", "sys_bmsz", "bmbh", {"B9999"}, "B10000"},
+        {"sys_bmsz", "sys_bmsz", "bmbh", {"B1000"}, "B1001"},
+        {"Sys_GKSZ", "sys_gksz", "gkbh", {"P9998"}, "P9999"},
+        {"Sys_GKSZ", "sys_gksz", "gkbh", {"P9999"}, "P9999"}, // 10000: the one before stays
+        {"Sys_GKSZ", "sys_gksz", "gkbh", {}, "P0001"},
+    };
+    for (const auto &[form, table, column, keys, number] : cases) {
+        fill(table, column, keys);
+        EXPECT_EQ(next(form), number) << form << keys.join(' ').toStdString();
     }
 }
 

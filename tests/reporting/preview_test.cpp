@@ -211,6 +211,13 @@ TEST_F(PreviewTest, PdfIsWrittenWhereTheUserSays)
     opened(12);
     click("pdf"); // cancelled
     EXPECT_EQ(asked.take().text, "另存为PDF");
+    EXPECT_EQ(asked.suggested, "形式发票打印输出.pdf");
+    Report &of = report("yy_XsFp_dJRPT");
+    of.DataControl1.values = {{"htbh", "X26/0001 "}};
+    click("pdf");
+    EXPECT_EQ(asked.take().text, "另存为PDF");
+    EXPECT_EQ(asked.suggested, "形式发票打印输出-X26_0001.pdf");
+    of.DataControl1.values.clear();
     asked.typed = folder.filePath("out.pdf");
     click("pdf");
     asked.shown.clear();
@@ -227,9 +234,11 @@ TEST_F(PreviewTest, PrintsRangeCopiesAndPaperAndRemembersThem)
     QTemporaryDir folder;
     const QString path = folder.filePath("printed.pdf");
     QVector<QPageLayout> offered;
+    QString job;
     std::function<void(QPrinter &)> choose;
     setPrinterChooser([&](QPrinter &printer, QWidget *) {
         offered.append(printer.pageLayout());
+        job = printer.docName();
         if (!choose)
             return false;
         printer.setOutputFormat(QPrinter::PdfFormat);
@@ -241,6 +250,7 @@ TEST_F(PreviewTest, PrintsRangeCopiesAndPaperAndRemembersThem)
     click("print"); // cancelled
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_EQ(offered.last().orientation(), QPageLayout::Landscape);
+    EXPECT_EQ(job, "形式发票");
 
     choose = [](QPrinter &printer) {
         printer.setPrintRange(QPrinter::PageRange);

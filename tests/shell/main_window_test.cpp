@@ -33,51 +33,119 @@ protected:
     void run(const QString &tool) { find<QAction>(mainWindow, tool).trigger(); }
     QToolButton &button(const QString &name) { return find<QToolButton>(mainWindow, name); }
 
+    template <class Commands>
+    void expectCommands(const QList<QAction *> &actions, const Commands &commands, const std::vector<Band> &bands)
+    {
+        ASSERT_EQ(actions.size(), commands.size());
+        for (qsizetype i = 0; i < actions.size(); ++i) {
+            const auto &[tool, caption, form] = commands[i];
+            EXPECT_EQ(actions[i]->objectName(), tool);
+            EXPECT_EQ(actions[i]->text(), caption);
+            EXPECT_EQ(actions[i]->isSeparator(), !*caption);
+            for (const Band &band : bands)
+                for (const Tool &declared : band.tools)
+                    EXPECT_TRUE(declared.name != tool || declared.opens == form) << tool;
+            if (form == std::string("exit"))
+                continue;
+            actions[i]->trigger();
+            EXPECT_EQ(window(form) != nullptr, formEntry(form) != nullptr) << tool;
+            if (window(form))
+                window(form)->close();
+        }
+    }
+
     main_FRM mainWindow;
     const Shown question{"是否真的退出系统？", "系统提示", MessageIcon::Question};
 };
 
-QStringList captions(const QList<QAction *> &actions)
-{
-    QStringList texts;
-    for (const QAction *action : actions)
-        texts.append(action->isSeparator() ? "-" : action->text());
-    return texts;
-}
+// The name that a form has when it is open; "" for a command that opens none.
+struct Command {
+    const char *tool, *caption, *form;
+};
+
+// Bands in their order, the Tools in theirs; a line is a separator.
+const std::pair<const char *, std::vector<Command>> menus[] = {
+    {"Band2",
+     {{"Tool109", "商品资料查询统计", "YY_spZl_CXTjB"},
+      {"Tool112", "国内采购合同统计", "YY_cgHt_CXtjb"},
+      {"Tool118", "", ""},
+      {"Tool121", "国外销售合同统计", "YY_WXHt_cxTjB"}}},
+    {"Band3",
+     {{"Tool108", "信用证接收统计", "YY_XYz_CxTj"},
+      {"Tool110", "明细单查询统计", "YY_mxd_CxTj"},
+      {"Tool119", "", ""},
+      {"Tool120", "核销单领用回收", "YY_HxD_LyHs_TJB"}}},
+    {"Band10",
+     {{"Tool130", "订舱查询统计", "YY_DcD_CxTj"},
+      {"Tool131", "派车查询统计", "CY_Pcd_CxTj"},
+      {"Tool133", "", ""},
+      {"Tool132", "海运提单查询", ""}}},
+    {"Band11",
+     {{"Tool138", "货物装柜测算", ""},
+      {"Tool139", "出口成本预算", ""},
+      {"Tool140", "", ""},
+      {"Tool141", "外销缴税统计", "YY_ZsQk_TJB"},
+      {"Tool142", "外销合同综合统计", ""}}},
+    {"Band6",
+     {{"Tool59", "关于本系统...", "frmAbout"},
+      {"Tool64", "系统使用说明", ""},
+      {"Tool62", "", ""},
+      {"Tool61", "服务器连接设置", "frmODBCLogon"},
+      {"Tool60", "数据备份与恢复", ""},
+      {"Tool65", "", ""},
+      {"Tool129", "退出系统", "exit"}}},
+};
+const std::pair<const char *, std::vector<Command>> groups[] = {
+    {"ChildBand1",
+     {{"Tool84", "国外客户", "YY_GWKH_ZL"},
+      {"Tool98", "国内厂家", "yy_GYszl"},
+      {"Tool94", "商品资料", "yy_cpbj"},
+      {"Tool95", "采购合同", "YY_CGHT"},
+      {"Tool96", "外销合同", "YY_WXHT"}}},
+    {"ChildBand3",
+     {{"Tool93", "信用证", "YY_XyZ_New_Rpt"},
+      {"Tool114", "制单明细表", "YY_DZ_MXB"},
+      {"Tool115", "税收票据", "YY_SsPj_DJB"},
+      {"Tool107", "核销单管理", "CY_HXD_Djb"},
+      {"Tool106", "议付交单结汇", ""}}},
+    {"ChildBand4",
+     {{"Tool103", "船务公司", "Sys_CwGs_ZL"},
+      {"Tool101", "订舱单", "CY_Dcd_Rpt"},
+      {"Tool104", "拖车公司", "Sys_TcGs_Set"},
+      {"Tool105", "派车单", "CY_Pcd_Djb"},
+      {"Tool8", "海运提单", "cy_HYtD_DjB"}}},
+    {"ChildBand2",
+     {{"Tool86", "付款方式", "sys_zffs"},
+      {"Tool88", "币制设置", "sys_bzsz"},
+      {"Tool87", "结算方式", "sys_fkfs"},
+      {"Tool85", "区域设置", "sys_qysz"},
+      {"Tool89", "口岸设置", "Sys_GKSZ"},
+      {"Tool97", "计量单位", "sys_JLDW"}}},
+    {"ChildBand6",
+     {{"Tool54", "公司注册", "sys_gssz"},
+      {"Tool55", "权限分配", "sys_QXSZ"},
+      {"Tool56", "工作人员", "sys_gzry"},
+      {"Tool57", "部门名称", "sys_bmsz"}}},
+};
 
 } // namespace
 
-TEST_F(MainWindow, HasTheBandsInTheirOrder)
+// Each command stands in its band, bears its caption, and opens its form, or will when that form is there.
+TEST_F(MainWindow, EachCommandStandsInItsPlaceAndOpensItsForm)
 {
-    EXPECT_EQ(mainWindow.windowTitle(), "青柏外贸单证系统");
-    EXPECT_EQ(captions(find<QMenuBar>(mainWindow, "Band1").actions()),
-              QStringList({"【业务查询统计】", "【单证查询统计】", "【储运分析统计】", "【综合预算统计】",
-                           "【系统帮助信息】"}));
-    EXPECT_EQ(captions(find<QMenu>(mainWindow, "Band6").actions()),
-              QStringList({"关于本系统...", "系统使用说明", "-", "服务器连接设置", "数据备份与恢复", "-", "退出系统"}));
-    EXPECT_EQ(captions(find<QMenu>(mainWindow, "Band11").actions()),
-              QStringList({"货物装柜测算", "出口成本预算", "-", "外销缴税统计", "外销合同综合统计"}));
-    EXPECT_EQ(find<QAction>(mainWindow, "Tool136").menu(), &find<QMenu>(mainWindow, "Band11"));
-
-    const std::pair<const char *, QStringList> groups[] = {
-        {"ChildBand1", {"国外客户", "国内厂家", "商品资料", "采购合同", "外销合同"}},
-        {"ChildBand3", {"信用证", "制单明细表", "税收票据", "核销单管理", "议付交单结汇"}},
-        {"ChildBand4", {"船务公司", "订舱单", "拖车公司", "派车单", "海运提单"}},
-        {"ChildBand2", {"付款方式", "币制设置", "结算方式", "区域设置", "口岸设置", "计量单位"}},
-        {"ChildBand6", {"公司注册", "权限分配", "工作人员", "部门名称"}},
-    };
-    for (const auto &[name, texts] : groups) {
-        QStringList found;
-        for (const QToolButton *tool : find<QWidget>(mainWindow, name).findChildren<QToolButton *>()) {
-            found.append(tool->text());
-            EXPECT_EQ(tool->accessibleName(), tool->text());
-            EXPECT_FALSE(tool->icon().isNull());
-        }
-        EXPECT_EQ(found, texts) << name;
+    const auto &bar = find<QMenuBar>(mainWindow, "Band1");
+    qsizetype head = 0;
+    for (const auto &[band, commands] : menus) {
+        const auto &menu = find<QMenu>(mainWindow, band);
+        EXPECT_EQ(bar.actions().value(head++), menu.menuAction()) << band;
+        expectCommands(menu.actions(), commands, menuBands());
     }
-    EXPECT_EQ(find<QLabel>(mainWindow, "Tool28").text(), "青柏软件");
-    EXPECT_EQ(find<QLabel>(mainWindow, "Tool16").text(), "Num Lock");
-    EXPECT_EQ(find<QLabel>(mainWindow, "Tool18").text(), "2004-03-22");
+    for (const auto &[group, commands] : groups) {
+        QList<QAction *> actions;
+        for (const QToolButton *tool : find<QWidget>(mainWindow, group).findChildren<QToolButton *>())
+            actions.append(tool->defaultAction());
+        expectCommands(actions, commands, sideBands());
+    }
 }
 
 TEST_F(MainWindow, ACommandWithoutAFormDoesNothing)
@@ -220,23 +288,86 @@ TEST_F(MainWindow, EnterPressesAToolThatHasTheFocus)
     EXPECT_NE(window("frmAbout"), nullptr);
 }
 
-TEST_F(MainWindow, FormsStandBelowTheToolBarWithTheirFrames)
+// In twips from the picture and the tool bar, as a form's frame stands; a second one stands aside, and ends with the
+// first.
+TEST_F(MainWindow, FormsStandAtTheirPlacesAndNotExactlyOverEachOther)
 {
     mainWindow.setGeometry(mainWindow.screen()->availableGeometry());
     QCoreApplication::processEvents();
-    const auto &bar = find<QWidget>(mainWindow, "Band7");
-    const int below = bar.mapToGlobal(QPoint(0, bar.height())).y();
-    const int beside = mainWindow.mapToGlobal(QPoint(find<QWidget>(mainWindow, "Band8").width(), 0)).x();
-    for (const auto &[tool, form] : {std::pair("Tool88", "sys_bzsz"), {"Tool96", "YY_WXHT"}}) {
+    const QRect picture = find<Picture>(mainWindow, "Picture1").geometry();
+    const QPoint frame(mainWindow.geometry().left(), mainWindow.frameGeometry().top());
+    const double bar = find<QWidget>(mainWindow, "Band7").height();
+    const QRect screen = mainWindow.screen()->availableGeometry();
+    const QRectF code(frame.x() + picture.left() + 1, frame.y() + bar * 2.5 - 50 / 15.0, picture.width() - 2,
+                      picture.height() - 20);
+    const QRectF document(screen.left(), frame.y() + picture.top() + 20, screen.width(), picture.height());
+    struct Case {
+        const char *tool, *form;
+        QRectF area;
+        int step;
+    };
+    const Case cases[] = {{"Tool88", "sys_bzsz", code, 0},
+                          {"Tool96", "YY_WXHT", document, 0},
+                          {"Tool89", "Sys_GKSZ", code, 1},
+                          {"Tool103", "Sys_CwGs_ZL", document, 1},
+                          {"Tool97", "sys_JLDW", code, 2}};
+    for (const auto &[tool, form, area, step] : cases) {
         run(tool);
-        QWidget *shown = window(form);
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(shown));
-        ASSERT_GT(shown->geometry().top(), shown->frameGeometry().top());
-        EXPECT_GE(shown->frameGeometry().top(), below) << form;
-        EXPECT_LT(shown->frameGeometry().top(), below + 60) << form;
-        EXPECT_TRUE(shown->frameGeometry().left() >= beside || shown->objectName() != "sys_bzsz");
-        EXPECT_TRUE(mainWindow.screen()->geometry().contains(shown->frameGeometry())) << form;
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window(form)));
+        const QRectF expected = area & QRectF(screen);
+        const QRect stands = window(form)->frameGeometry();
+        const double aside = stands.left() - expected.left();
+        EXPECT_EQ(step == 0, aside < 2) << form;
+        EXPECT_NEAR(stands.top() - expected.top(), aside, 2) << form;
+        EXPECT_NEAR(stands.right() + 1, expected.right(), 2) << form;
+        EXPECT_NEAR(stands.bottom() + 1, expected.bottom(), 2) << form;
     }
+    EXPECT_NE(window("Sys_GKSZ")->pos(), window("sys_JLDW")->pos());
+    window("Sys_GKSZ")->close();
+    run("Tool86"); // the place that became free
+    EXPECT_LT(window("sys_zffs")->pos().x(), window("sys_JLDW")->pos().x());
+}
+
+TEST_F(MainWindow, OpenFormsStayInFrontAndAreMarkedAndGoneRound)
+{
+    run("Tool88");
+    run("Tool89");
+    QWidget *first = window("sys_bzsz");
+    QWidget *second = window("Sys_GKSZ");
+    for (const QWidget *form : {first, second}) {
+        EXPECT_EQ(form->windowType(), Qt::Dialog); // which window managers keep over the window that it belongs to
+        EXPECT_EQ(form->parentWidget(), &mainWindow);
+        EXPECT_TRUE(form->windowFlags().testFlags(Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint));
+    }
+    EXPECT_TRUE(button("Tool88").property("open").toBool() && button("Tool89").property("open").toBool());
+    EXPECT_FALSE(button("Tool86").property("open").toBool());
+
+    struct Press {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        QWidget *reached;
+    };
+    const Press presses[] = {
+        {Qt::Key_F6, Qt::NoModifier, &mainWindow},
+        {Qt::Key_F6, Qt::NoModifier, first},
+        {Qt::Key_Tab, Qt::ControlModifier, second},
+        {Qt::Key_F6, Qt::ShiftModifier, first},
+        {Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, &mainWindow},
+    };
+    ASSERT_TRUE(QTest::qWaitFor([second] { return QApplication::activeWindow() == second; }, 5000));
+    for (const auto &[key, modifiers, reached] : presses) {
+        QWidget *from = QApplication::activeWindow();
+        QTest::keyClick(from->focusWidget() ? from->focusWidget() : from, key, modifiers);
+        EXPECT_TRUE(QTest::qWaitFor([reached = reached] { return QApplication::activeWindow() == reached; }, 5000))
+            << key;
+    }
+    first->close();
+    run("Tool88"); // again, before the closed one is deleted
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(button("Tool88").property("open").toBool());
+    window("sys_bzsz")->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(button("Tool88").property("open").toBool());
 }
 
 TEST_F(MainWindow, MenusOpenByKeyboard)

@@ -4,6 +4,7 @@
 #include "shell_support.h"
 
 #include <QDialog>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -72,13 +73,23 @@ TEST_F(StartUp, GoesOnOnlyWhenTheLastFailureIsANullInTheSettings)
 
 TEST_F(StartUp, TrimsTheSettingsIntoTheConnectionString)
 {
-    writeSettings({{null, " sa ", " " + database.dataSource() + "  ", " " + database.catalog()},
-                   {"other", "row", "is", "not read"}});
-    EXPECT_EQ(start(), "frmLogin");
-    EXPECT_EQ(gConnStr, "Provider=SQLOLEDB.1;Persist Security Info=True;password=;User ID=sa;Initial Catalog=" +
-                            database.catalog() + ";Data Source=" + database.dataSource());
-    EXPECT_TRUE(gConn->isOpen());
-    EXPECT_EQ(Connection::shared(gConnStr), gConn);
+    const QString clerk = database.dataSource("clerk");
+    const QString server = database.dataSource();
+    const std::pair<QVariantList, QString> cases[] = {
+        {{null, " sa ", " " + server + "  ", " " + database.catalog()},
+         "password=;User ID=sa;Initial Catalog=" + database.catalog() + ";Data Source=" + server},
+        {{" pw ", null, clerk, " " + database.catalog()},
+         "password=pw;User ID=;Initial Catalog=" + database.catalog() + ";Data Source=" + clerk},
+    };
+    for (const auto &[row, opened] : cases) {
+        writeSettings({row, {"other", "row", "is", "not read"}});
+        EXPECT_EQ(start(), "frmLogin");
+        EXPECT_EQ(gConnStr, "Provider=SQLOLEDB.1;Persist Security Info=True;" + opened);
+        EXPECT_TRUE(gConn->isOpen());
+        EXPECT_EQ(Connection::shared(gConnStr), gConn);
+        closeAll();
+        QFile::remove(m_folder.filePath("data_link.mdb"));
+    }
 }
 
 TEST_F(StartUp, EndsInTheDialogWithoutARowAndUnhandledWithoutAFile)
@@ -146,6 +157,27 @@ TEST_F(StartUp, SettingsDialogWritesTheRowOnlyAtOk)
     EXPECT_EQ(window("frmODBCLogon"), nullptr);
     EXPECT_EQ(settings(), Rows{QVariantList({"pw", null, "new 'quoted'", database.catalog()})});
     EXPECT_TRUE(dialogs.shown.isEmpty());
+}
+
+TEST_F(StartUp, SettingsThatCannotBeWrittenWaitInTheDialog)
+{
+    writeSettings({{null, "sa", "old", null}});
+    main_FRM mainWindow;
+    mainWindow.openForm("frmODBCLogon");
+    const QWidget &dialog = *window("frmODBCLogon");
+    find<QLineEdit>(dialog, "txtServer").setText("new");
+    const QString journal = m_folder.filePath("data_link.mdb-journal");
+    ASSERT_TRUE(QDir().mkdir(journal)); // the file can be read, and not written
+    click(dialog, "cmdOK");
+    const Shown told = dialogs.take();
+    EXPECT_TRUE(told.text.startsWith("设置没有保存") && told.text.contains("data_link.mdb")) << told.text.toStdString();
+    EXPECT_EQ(told.icon, MessageIcon::Critical);
+    ASSERT_EQ(window("frmODBCLogon"), &dialog);
+    EXPECT_EQ(find<QLineEdit>(dialog, "txtServer").text(), "new");
+    ASSERT_TRUE(QDir().rmdir(journal));
+    click(dialog, "cmdOK");
+    EXPECT_EQ(window("frmODBCLogon"), nullptr);
+    EXPECT_EQ(settings(), Rows{QVariantList({null, "sa", "new", null})});
 }
 
 TEST_F(StartUp, SettingsDialogStartsARowInAnEmptyTable)

@@ -25,6 +25,7 @@ public:
 
     QVector<Shown> shown;         // messages and questions in their order
     bool answer = true;           // to every question
+    QString suggested;            // name of the last file to write
     std::optional<QString> typed; // into every input box and file choice
     QVector<ConflictQuestion> conflicts;
     std::function<std::optional<ConflictAnswer>(const ConflictQuestion &question)> settle; // none: goes back
@@ -33,7 +34,7 @@ public:
     {
         shown.append({text, title, icon});
     }
-    bool ask(QWidget *, const QString &text, const QString &title) override
+    bool ask(QWidget *, const QString &text, const QString &title, OnEnter) override
     {
         shown.append({text, title, MessageIcon::Question});
         return answer;
@@ -48,8 +49,9 @@ public:
         shown.append({title, {}, MessageIcon::None});
         return typed;
     }
-    std::optional<QString> saveFile(QWidget *, const QString &title, const QString &, const QString &) override
+    std::optional<QString> saveFile(QWidget *, const QString &title, const QString &name, const QString &) override
     {
+        suggested = name;
         shown.append({title, {}, MessageIcon::None});
         return typed;
     }
