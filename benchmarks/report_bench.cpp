@@ -1,7 +1,7 @@
 // Reports: what layout and preview cost beside the bare painting of the same things.
 #include "figures.h"
+#include "papers/report_table.h"
 #include "reporting/painter.h"
-#include "reporting/report.h"
 
 #include <QBuffer>
 #include <QElapsedTimer>

@@ -45,22 +45,26 @@ function(tradewick_test folder)
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
   add_executable(test_${folder} ${sources})
   target_link_libraries(test_${folder} PRIVATE ${ARG_DEPENDS} tradewick_test_main tradewick_options)
-  set(environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TRADEWICK_BIN=${CMAKE_BINARY_DIR}/bin")
+  # A list does not come through the discovery of tests as one property: all behind its first item, and the properties
+  # that follow, get lost without a word. So the environment is set by what runs the tests.
+  set(environment env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 TRADEWICK_BIN=${CMAKE_BINARY_DIR}/bin)
+  set_target_properties(test_${folder} PROPERTIES CROSSCOMPILING_EMULATOR "${environment}")
   gtest_discover_tests(
     test_${folder}
     TEST_PREFIX ${folder}.
     NO_PRETTY_VALUES # the parameters' names stand in the tests' own
     DISCOVERY_MODE PRE_TEST
-    PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
+    PROPERTIES TIMEOUT 600)
   if(ARG_ONCE)
     return()
   endif()
+  list(APPEND environment TRADEWICK_TEST_SERVER=${CMAKE_BINARY_DIR}/test-server)
+  set_target_properties(test_${folder} PROPERTIES CROSSCOMPILING_EMULATOR "${environment}")
   gtest_discover_tests(
     test_${folder}
     TEST_PREFIX mariadb.${folder}.
     NO_PRETTY_VALUES
     TEST_LIST test_${folder}_mariadb
     DISCOVERY_MODE PRE_TEST
-    PROPERTIES ENVIRONMENT "${environment};TRADEWICK_TEST_SERVER=${CMAKE_BINARY_DIR}/test-server"
-               FIXTURES_REQUIRED mariadb TIMEOUT 600)
+    PROPERTIES FIXTURES_REQUIRED mariadb TIMEOUT 600)
 endfunction()

@@ -1,6 +1,5 @@
 #include "common/amount_words.h"
 
-#include "common/dialogs.h"
 #include "common/number_text.h"
 #include "data/data_error.h"
 
@@ -89,12 +88,16 @@ QString GroupWords(const QString &group)
     return group.endsWith(QStringLiteral("00")) ? hundreds : hundreds + QStringLiteral(" AND ") + TwoDigitWords(group);
 }
 
-QString AmountInEnglish(QString &amount)
+QString amountTooLong()
+{
+    return QStringLiteral("位数超过16位，计算溢出！");
+}
+
+QString AmountInEnglish(QString &amount, bool *tooLong)
 {
     amount = numberText(roundHalfEven(numberFromText(amount), 2));
-    if (amount.size() > longestAmount)
-        dialogs().message(nullptr, QStringLiteral("位数超过16位，计算溢出！"), QStringLiteral("系统提示"),
-                          MessageIcon::Critical);
+    if (tooLong && amount.size() > longestAmount)
+        *tooLong = true;
 
     const QString whole = amount.section(u'.', 0, 0);
     const QString fraction = amount.section(u'.', 1, 1).left(2);

@@ -4,9 +4,11 @@
 #include <QString>
 
 // The amount, the leading number of the text, in English words: "TWO THOUSAND  ONLY". The text is replaced by the
-// number it was read as, rounded to two places. Beyond 15 characters a message is shown and the words are given all
-// the same. Throws DataError 13 at a sign.
-QString AmountInEnglish(QString &amount);
+// number it was read as, rounded to two places. Beyond 15 characters *tooLong becomes true, so that the caller tells
+// amountTooLong() to whoever asked for the words, and they are given all the same. Throws DataError 13 at a sign.
+QString AmountInEnglish(QString &amount, bool *tooLong = nullptr);
+// What is told of an amount that is too long.
+QString amountTooLong();
 
 // The amount in Chinese capitals: 壹仟零伍圆整. The amount is replaced by itself rounded to two places. Zero gives the
 // empty text; digits from a million million on are left out.

@@ -3,8 +3,8 @@
 #include "common/dialogs.h"
 #include "common/globals.h"
 #include "common/number_text.h"
-#include "contracts/proforma_invoice.h"
 #include "data/date_text.h"
+#include "papers/papers.h"
 
 namespace tradewick
 {
@@ -257,8 +257,8 @@ void YY_WXHT::print(const QString &button)
                           MessageIcon::Critical);
         return;
     }
-    const QString name = button == "Cmdprint(1)" ? "YY_Xsfp_Rpt" : "yy_XsFp_dJRPT";
-    run(Failure::Report, {[&] { proformaInvoice(name, *gConn, number).show(this); }});
+    const QString name = button == "Cmdprint(1)" ? "形式发票" : "形式发票2";
+    run(Failure::Report, {[&] { showDocument(name, *gConn, number, this); }});
 }
 
 } // namespace tradewick

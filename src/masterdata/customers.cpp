@@ -35,7 +35,7 @@ const RecordFormSpec customerSpec = {
     .find = findPartner("khbh"),
 };
 
-const PartnerPrinting printing{"是否打印当前客户资料？否则打印全部客户简表。", "YY_KhZl_XX_Rpt", "khzl_rpt"};
+const PartnerPrinting printing{"是否打印当前客户资料？否则打印全部客户简表。", "国外客户资料", "国外客户简表"};
 
 } // namespace
 

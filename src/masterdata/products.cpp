@@ -3,7 +3,7 @@
 #include "common/dialogs.h"
 #include "common/globals.h"
 #include "common/number_text.h"
-#include "masterdata/master_reports.h"
+#include "papers/papers.h"
 
 namespace tradewick
 {
@@ -98,7 +98,7 @@ void yy_cpbj::print(const QString &)
                           MessageIcon::Critical);
         return;
     }
-    run(Failure::Report, {[this] { masterReport("Sys_Cpzlb_rpt", *gConn).show(this); }});
+    run(Failure::Report, {[this] { showDocument("商品资料明细表", *gConn, {}, this); }});
 }
 
 // Save as: the prices are copied under the empty code and a new product is begun, whose code is typed next.

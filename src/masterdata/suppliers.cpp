@@ -34,7 +34,7 @@ const RecordFormSpec supplierSpec = {
     .find = findPartner("gfbh"),
 };
 
-const PartnerPrinting printing{"是否打印当前厂家资料？否则打印国内厂家简表。", "Yy_Gys_xxZl", "YY_Gys_JMZL"};
+const PartnerPrinting printing{"是否打印当前厂家资料？否则打印国内厂家简表。", "国内厂家资料", "国内厂家简表"};
 
 } // namespace
 

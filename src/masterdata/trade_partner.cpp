@@ -3,7 +3,7 @@
 #include "common/dialogs.h"
 #include "common/globals.h"
 #include "data/date_text.h"
-#include "masterdata/master_reports.h"
+#include "papers/papers.h"
 
 namespace tradewick
 {
@@ -81,8 +81,8 @@ void TradePartnerForm::print(const QString &)
         dialogs().message(this, QStringLiteral("没有当前记录，不能打印！"), title, MessageIcon::Critical);
         return;
     }
-    const QString &report = dialogs().ask(this, m_printing.question, title) ? m_printing.one : m_printing.all;
-    run(Failure::Report, {[&] { masterReport(report, *gConn, key).show(this); }});
+    const QString &name = dialogs().ask(this, m_printing.question, title) ? m_printing.one : m_printing.all;
+    run(Failure::Report, {[&] { showDocument(name, *gConn, key, this); }});
 }
 
 // A country or province typed for the first time is offered from the next record on.

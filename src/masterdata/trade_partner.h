@@ -16,7 +16,7 @@ struct PartnerNaming {
 
 // The fields of a register, in the order they are gone through.
 QVector<FieldSpec> partnerFields(const PartnerNaming &own);
-// What the print button asks, and the report it shows for each answer: the record shown or all of them.
+// What the print button asks, and the document it shows for each answer: the record shown or all of them.
 struct PartnerPrinting {
     QString question, one, all;
 };

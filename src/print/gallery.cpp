@@ -1,9 +1,9 @@
 #include "print/gallery.h"
 
+#include "papers/report_table.h"
 #include "print/pictures.h"
 #include "print/template_files.h"
 #include "reporting/painter.h"
-#include "reporting/report_table.h"
 
 #include <QDir>
 #include <QMap>

@@ -1,7 +1,6 @@
 // Prints documents into files, without a window and without a display.
 #include "common/globals.h"
-#include "contracts/proforma_invoice.h"
-#include "masterdata/master_reports.h"
+#include "papers/papers.h"
 #include "print/bookmarks.h"
 #include "print/pictures.h"
 #include "print/template_tools.h"
@@ -14,7 +13,6 @@
 #include <QFileInfo>
 #include <QTextStream>
 
-#include <algorithm>
 #include <exception>
 #include <functional>
 
@@ -23,28 +21,18 @@ using namespace tradewick;
 namespace
 {
 
-struct Document {
-    const char *name;
-    const char *report;
-    // Fills the report for one record. Throws DataError for a number that is not there.
-    Report &(*fill)(const QString &report, Connection &connection, const QString &number);
-    bool ofAll = false; // a list of all records, which no number is asked for
-};
+// What the program ends with.
+enum Status { Written = 0, Failed = 1, WrittenWithRemarks = 2 };
 
-const QVector<Document> documents{
-    {"形式发票", "YY_Xsfp_Rpt", proformaInvoice},
-    {"形式发票2", "yy_XsFp_dJRPT", proformaInvoice},
-    {"国外客户资料", "YY_KhZl_XX_Rpt", masterReport},
-    {"国外客户简表", "khzl_rpt", masterReport, true},
-    {"国内厂家资料", "Yy_Gys_xxZl", masterReport},
-    {"国内厂家简表", "YY_Gys_JMZL", masterReport, true},
-    {"商品资料明细表", "Sys_Cpzlb_rpt", masterReport, true},
-};
+void tell(const QString &text)
+{
+    QTextStream(stderr) << "tradewick-print: " << text << "\n";
+}
 
 int fail(const QString &text)
 {
-    QTextStream(stderr) << "tradewick-print: " << text << "\n";
-    return 1;
+    tell(text);
+    return Failed;
 }
 
 QString pathOrServer(const QString &database)
@@ -57,13 +45,10 @@ int print(const QCommandLineParser &options)
     const QStringList names = options.values("document"), numbers = options.values("number");
     QVector<const Document *> wanted;
     for (const QString &name : names) {
-        const auto document = std::find_if(documents.begin(), documents.end(),
-                                           [&](const Document &one) { return name == QString::fromUtf8(one.name); });
-        if (document == documents.end())
-            return fail(QStringLiteral("no document is named %1; --list names them").arg(name));
-        if (numbers.isEmpty() && !document->ofAll)
+        const Document &one = document(name);
+        if (numbers.isEmpty() && one.takesNumber())
             return fail(QStringLiteral("--number is missing; see --help"));
-        wanted.append(&*document);
+        wanted.append(&one);
     }
     if (options.isSet("xls") && names.size() > 1) // the columns of a workbook are those of one report
         return fail(QStringLiteral("--xls takes one --document; see --help"));
@@ -73,10 +58,20 @@ int print(const QCommandLineParser &options)
     gConn = Connection::shared(gConnStr);
     QVector<PagePtr> pages;
     QVector<Bookmark> bookmarks;
-    for (const Document *document : wanted) {
-        for (const QString &number : document->ofAll ? QStringList{QString()} : numbers) {
-            bookmarks.append({(QString::fromUtf8(document->name) + u' ' + number).trimmed(), pages.size()});
-            pages += document->fill(QString::fromUtf8(document->report), *gConn, number).layout()->all();
+    Status status = Written;
+    for (const Document *one : wanted) {
+        for (const QString &number : one->takesNumber() ? numbers : QStringList{QString()}) {
+            const QString title = (one->name + u' ' + number).trimmed();
+            const FilledReport filled = fill(*one, *gConn, number);
+            for (const QString &remark : filled.messages + filled.passedOver) {
+                tell(title + QStringLiteral(": ") + remark);
+                status = WrittenWithRemarks;
+            }
+            bookmarks.append({title, pages.size()});
+            const QVector<PagePtr> laidOut = filled.report->layout()->all();
+            for (const Overflow &overflow : overflowsOf(laidOut))
+                tell(title + QStringLiteral(": ") + wordsFor(overflow));
+            pages += laidOut;
         }
     }
     const auto writeBookmarkedPdf = [&](const QString &path, QString *error) {
@@ -97,7 +92,7 @@ int print(const QCommandLineParser &options)
         if (options.isSet(option) && !write(options.value(option), &error))
             return fail(options.value(option) + ": " + error);
     }
-    return 0;
+    return status;
 }
 
 } // namespace
@@ -108,7 +103,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName("tradewick-print");
     QCommandLineParser parser;
-    parser.setApplicationDescription("Prints documents of a Tradewick database into files.");
+    parser.setApplicationDescription("Prints documents of a Tradewick database into files. Ends with 0 when they are "
+                                     "written, 2 when they are and something about them is told, 1 when nothing is.");
     parser.addHelpOption();
     parser.addOptions({{"list", "Names all documents."},
                        {"database", "A file ending in .db, or what the settings take as the server.", "source"},
@@ -121,8 +117,8 @@ int main(int argc, char **argv)
     parser.process(application);
     if (parser.isSet("list")) {
         QTextStream out(stdout);
-        for (const Document &document : documents)
-            out << QString::fromUtf8(document.name) << "\n";
+        for (const Document &one : documents())
+            out << one.name << "\n";
         return 0;
     }
     if (const auto status = runTemplateTools(parser))

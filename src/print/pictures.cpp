@@ -1,5 +1,6 @@
 #include "print/pictures.h"
 
+#include "papers/report_table.h"
 #include "reporting/painter.h"
 
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "print/template_files.h"
 
-#include "reporting/report_table.h"
+#include "papers/report_table.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -87,7 +87,7 @@ QVector<PagePtr> madeUpPages(const TemplateFile &of, int count, MadeUp how)
                 images.insert(object.name, madeUpPicture());
     const ReportEntry *entry = reportEntry(of.report->name);
     return Layout(of.report, madeUpRows(*of.report, of.sources, count, how), madeUpLabels(*of.report, how), images,
-                  paperFor(*of.report), entry ? entry->family.atFormat : nullptr)
+                  paperFor(*of.report), entry ? entry->family.rule : FormatRule())
         .all();
 }
 

@@ -13,7 +13,7 @@ BandParts::BandParts(const Page &whole, int height) : m_whole(whole), m_height(h
         const PageItem &item = whole.items[at];
         Part part{item, whole.overflows.contains(at), {}};
         const bool grown = item.isText() && !part.lost && item.width < 0 && std::isnan(item.number) &&
-                           (item.object->kind == ObjectKind::Field || item.object->isFree());
+                           (item.object->kind == ObjectKind::Field || item.object->isWritable());
         if (grown) {
             const QStringView text = whole.text(item);
             for (QStringView line :

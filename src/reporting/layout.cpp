@@ -1,5 +1,6 @@
 #include "reporting/layout.h"
 
+#include "data/data_error.h"
 #include "reporting/band_parts.h"
 #include "reporting/printed_text.h"
 
@@ -25,6 +26,7 @@ void warnOnce(const QString &report, const QString &field)
     }
 }
 
+constexpr int noSuchColumn = 3265;
 constexpr int leastMargin = 238; // 4.2 mm, what office printers leave white
 
 } // namespace
@@ -33,7 +35,7 @@ QString FormattedBand::text(const QString &name) const
 {
     for (qsizetype at = 0; at < section.objects.size(); ++at)
         if (section.objects[at].name == name)
-            return m_contents[at].text;
+            return m_layout.m_contents[at].text;
     return {};
 }
 
@@ -41,7 +43,24 @@ void FormattedBand::setText(const QString &name, const QString &text)
 {
     for (qsizetype at = 0; at < section.objects.size(); ++at)
         if (section.objects[at].name == name)
-            m_contents[at] = {text};
+            m_layout.m_contents[at] = {text};
+}
+
+QVariant FormattedBand::value(const QString &column) const
+{
+    if (!m_layout.m_rule.columns.contains(column, Qt::CaseInsensitive))
+        throw DataError(noSuchColumn,
+                        QStringLiteral("报表%1没有声明读取列%2").arg(m_layout.m_context->report->name, column));
+    return m_layout.m_row.value(m_layout.columnOf(column));
+}
+
+void FormattedBand::setPicture(const QString &name, const QString &path)
+{
+    const QImage picture = path.isEmpty() ? QImage() : QImage(path);
+    if (picture.isNull())
+        m_layout.m_page->images.remove(name);
+    else
+        m_layout.m_page->images[name] = picture;
 }
 
 // Neumaier's summation: sums of thousands of amounts stay those of the decimal figures.
@@ -57,12 +76,12 @@ void Layout::Total::add(const QVariant &value)
 
 Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<RowSource> rows,
                const QHash<QString, QString> &labels, const QHash<QString, QImage> &images, const Paper &paper,
-               FormatHook atFormat)
-    : m_context(std::make_shared<PageContext>()), m_rows(std::move(rows)), m_labels(labels), m_atFormat(atFormat)
+               FormatRule rule)
+    : m_context(std::make_shared<PageContext>()), m_rows(std::move(rows)), m_labels(labels), m_images(images),
+      m_rule(std::move(rule))
 {
     m_context->report = std::move(report);
     m_context->paper = paper;
-    m_context->images = images;
     for (const FontSpec &font : m_context->report->fonts)
         m_context->fonts.append(&TextFont::of(font));
     if (m_rows) {
@@ -75,17 +94,25 @@ Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<Row
     m_pageHeader = bandOf(SectionKind::PageHeader, 0);
     m_detail = bandOf(SectionKind::Detail, 0);
     m_pageFooter = bandOf(SectionKind::PageFooter, 0);
-    m_footerShowsRows = std::any_of(m_pageFooter.sources.cbegin(), m_pageFooter.sources.cend(),
-                                    [](const Source &source) { return source.column >= 0; });
+    m_footerShowsRows =
+        !m_rule.columns.isEmpty() || std::any_of(m_pageFooter.sources.cbegin(), m_pageFooter.sources.cend(),
+                                                 [](const Source &source) { return source.column >= 0; });
     for (int level = 1; level <= m_context->report->groups(); ++level) {
         m_headers.append(bandOf(SectionKind::GroupHeader, level));
         m_footers.append(bandOf(SectionKind::GroupFooter, level));
         const int column = columnOf(m_headers.constLast().section->groupField);
         m_groupColumns.append(column);
-        if (column >= 0 && !m_used.contains(column))
-            m_used.append(column);
+        use(column);
     }
+    for (const QString &column : m_rule.columns)
+        use(columnOf(column));
     setMargins();
+}
+
+void Layout::use(int column)
+{
+    if (column >= 0 && !m_used.contains(column))
+        m_used.append(column);
 }
 
 Layout::~Layout() = default;
@@ -106,8 +133,7 @@ Layout::Band Layout::bandOf(SectionKind kind, int level)
             source.column = columnOf(object.dataField);
             if (source.column < 0 && m_rows)
                 warnOnce(m_context->report->name, object.dataField);
-            else if (source.column >= 0 && !m_used.contains(source.column))
-                m_used.append(source.column);
+            use(source.column);
         }
         if (object.summary != Summary::None && source.column >= 0) {
             source.total = static_cast<int>(m_totals.size());
@@ -309,6 +335,7 @@ void Layout::startPage(int need)
 {
     m_page = std::make_shared<Page>();
     m_page->context = m_context;
+    m_page->images = m_images;
     m_page->number = ++m_pages;
     m_y = m_top;
     m_lastRow = {};
@@ -347,7 +374,7 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
 {
     const ReportObject &of = band.section->objects[object];
     if (of.kind == ObjectKind::Label)
-        return {of.isFree() ? m_labels.value(of.name) : of.text};
+        return {m_labels.value(of.name, of.text)};
     if (of.kind != ObjectKind::Field)
         return {};
     const Source source = band.sources[object];
@@ -363,7 +390,7 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
         QString text = printedText(value, of.format);
         return {text, isNumberValue(value) ? value.toDouble() : FormattedBand::Content().number};
     }
-    return {of.dataField.isEmpty() ? of.text : QString()};
+    return {};
 }
 
 bool Layout::isShown(const ReportObject &object, const QString &text) const
@@ -375,7 +402,7 @@ bool Layout::isShown(const ReportObject &object, const QString &text) const
         return isText && (object.pageTotal || (!text.isEmpty() && text != object.text));
     if (isText)
         return !text.isEmpty() || object.pageTotal || object.backColor != 0xffffffff;
-    return object.kind != ObjectKind::Image || m_context->images.contains(object.name);
+    return object.kind != ObjectKind::Image || m_page->images.contains(object.name);
 }
 
 // Works out what a band shows for the row at hand, and how high it is with that.
@@ -391,9 +418,9 @@ void Layout::prepare(const Band &band)
     m_fits.resize(objects.size());
     for (int at = 0; at < objects.size(); ++at)
         m_contents[at] = contentOf(band, at);
-    if (m_atFormat) {
-        FormattedBand formatted(*band.section, m_pages, m_contents);
-        m_atFormat(formatted);
+    if (m_rule.atFormat) {
+        FormattedBand formatted(*band.section, m_pages, *this);
+        m_rule.atFormat(formatted);
     }
     const bool grows =
         band.section->canGrow && !m_context->paper.dataOnly && m_context->report->overlay != Overlay::Always;
@@ -406,7 +433,7 @@ void Layout::prepare(const Band &band)
             continue;
         const int height = object.y2 - object.y1;
         // headings keep their places; what the columns and callers bring is as long as it is
-        const bool growing = grows && (object.kind == ObjectKind::Field || object.isFree());
+        const bool growing = grows && (object.kind == ObjectKind::Field || object.isWritable());
         m_fits[at] = fit(m_contents[at].text, m_contents[at].number, *m_context->fonts[object.font],
                          object.x2 - object.x1, height, growing);
         if (m_fits[at].height > height)

@@ -15,6 +15,8 @@
 namespace tradewick
 {
 
+class Layout;
+
 // A band about to be placed, for the code of a report.
 class FormattedBand
 {
@@ -26,6 +28,11 @@ public:
     QString text(const QString &name) const;
     // Replaces it for this one time; a name the band lacks is passed over.
     void setText(const QString &name, const QString &text);
+    // The column of the record that the band shows, Null without rows and for a column that the rows lack. Throws
+    // DataError 3265 for one that the rule does not declare.
+    QVariant value(const QString &column) const;
+    // Shows the picture of a file in an image on this page; one that is missing or unreadable leaves it empty.
+    void setPicture(const QString &name, const QString &path);
 
 private:
     friend class Layout;
@@ -33,13 +40,19 @@ private:
         QString text;
         double number = std::numeric_limits<double>::quiet_NaN();
     };
-    FormattedBand(const Section &ofSection, int onPage, QVector<Content> &contents)
-        : section(ofSection), page(onPage), m_contents(contents)
+    FormattedBand(const Section &ofSection, int onPage, Layout &layout)
+        : section(ofSection), page(onPage), m_layout(layout)
     {
     }
-    QVector<Content> &m_contents; // of the band's objects
+    Layout &m_layout;
 };
-using FormatHook = void (*)(FormattedBand &band);
+
+// The code of a report: what it does with each band, and what it needs and gives.
+struct FormatRule {
+    void (*atFormat)(FormattedBand &band) = nullptr; // called before a band is placed, and for each try to do so
+    QStringList columns{};                           // of the record, that it reads
+    QStringList labels{};                            // named as those of callers, that it writes
+};
 
 // Lays a report out while its rows are read, forwards and once. Rules beyond the bands' order:
 //   a group field that is empty or that the source lacks makes one group of all rows;
@@ -53,10 +66,11 @@ using FormatHook = void (*)(FormattedBand &band);
 class Layout
 {
 public:
-    // labels: texts of the free labels by name. images: pictures by object name. Throws DataError as the source does.
+    // labels: texts of labels by name, in the place of their own. images: pictures by object name. Throws DataError as
+    // the source does.
     Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<RowSource> rows,
            const QHash<QString, QString> &labels, const QHash<QString, QImage> &images, const Paper &paper,
-           FormatHook atFormat = nullptr);
+           FormatRule rule = {});
     ~Layout();
 
     // The next page, nullptr behind the last. Throws DataError when the rows break off.
@@ -66,6 +80,7 @@ public:
     const PageContext &context() const { return *m_context; }
 
 private:
+    friend class FormattedBand;
     struct Total {
         double sum = 0, rest = 0; // rest: what adding doubles has lost
         qint64 count = 0;
@@ -93,6 +108,7 @@ private:
 
     Band bandOf(SectionKind kind, int level);
     int columnOf(const QString &field) const;
+    void use(int column);
     void step();
     void open(int fromLevel);
     void close(int fromLevel);
@@ -112,8 +128,9 @@ private:
     std::shared_ptr<PageContext> m_context;
     std::unique_ptr<RowSource> m_rows;
     QHash<QString, QString> m_labels;
+    const QHash<QString, QImage> m_images;
     QHash<QString, int> m_columns; // by lower-case name
-    FormatHook m_atFormat;
+    const FormatRule m_rule;
     Band m_pageHeader, m_detail, m_pageFooter;
     QVector<Band> m_headers, m_footers; // outermost first
     QVector<int> m_groupColumns;        // -1 for a group over all rows

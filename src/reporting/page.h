@@ -41,7 +41,6 @@ struct PageContext {
     std::shared_ptr<const ReportTemplate> report;
     Paper paper;
     QVector<const TextFont *> fonts; // by the template's font indexes
-    QHash<QString, QImage> images;   // by object name
     QString pageTotal;               // empty until the last page is laid out
 };
 
@@ -62,9 +61,10 @@ struct PageItem {
 struct Page {
     std::shared_ptr<const PageContext> context;
     int number = 1;
-    QVector<PageItem> items;      // in drawing order
-    QString characters;           // the texts of all items one behind the other
-    QVector<qsizetype> overflows; // items whose text is not all within their box, or not on the sheet
+    QVector<PageItem> items;       // in drawing order
+    QString characters;            // the texts of all items one behind the other
+    QHash<QString, QImage> images; // by object name
+    QVector<qsizetype> overflows;  // items whose text is not all within their box, or not on the sheet
 
     // The whole text of an item, as it was before wrapping and cutting; empty for lines, shapes and images.
     QStringView text(const PageItem &item) const;

@@ -156,7 +156,7 @@ private:
     void image(const PageItem &item)
     {
         flushLines();
-        const QImage image = m_page.context->images.value(item.object->name);
+        const QImage image = m_page.images.value(item.object->name);
         QRectF place(QPointF(), QSizeF(image.size()).scaled(item.box().size(), Qt::KeepAspectRatio));
         place.moveCenter(QRectF(item.box()).center());
         m_painter.drawImage(place, image);

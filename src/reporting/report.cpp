@@ -3,14 +3,15 @@
 #include "data/connection.h"
 #include "reporting/preview.h"
 
-#include <map>
-#include <stdexcept>
+#include <utility>
 
 namespace tradewick
 {
 
 namespace
 {
+
+constexpr int noSuchObject = 3265;
 
 std::function<void(Report &, QWidget *)> &viewer()
 {
@@ -38,30 +39,44 @@ private:
 
 } // namespace
 
-Report::Report(const ReportEntry &entry, std::shared_ptr<const ReportTemplate> report)
-    : m_entry(entry), m_template(std::move(report))
+Report::Report(ReportFamily family, std::shared_ptr<const ReportTemplate> report)
+    : m_family(std::move(family)), m_template(std::move(report))
 {
+}
+
+void Report::startOver()
+{
+    m_written.clear();
+    m_labels.removeIf(
+        [this](const QHash<QString, QString>::iterator &label) { return !m_template->object(label.key())->isFree(); });
 }
 
 void Report::setLabel(const QString &name, const QString &text)
 {
     const ReportObject *object = m_template->object(name);
-    if (!object || !object->isFree())
-        throw std::invalid_argument(QStringLiteral("%1 has no free label %2").arg(this->name(), name).toStdString());
+    if (!object || !object->isWritable())
+        throw DataError(noSuchObject, QStringLiteral("报表%1没有可填写的标签%2").arg(this->name(), name));
     m_labels[name] = text;
     m_written.insert(name);
 }
 
-void Report::setImage(const QString &name, const QString &path)
+QString Report::label(const QString &name) const
+{
+    const ReportObject *object = m_template->object(name);
+    return m_labels.value(name, object ? object->text : QString());
+}
+
+bool Report::setImage(const QString &name, const QString &path)
 {
     const ReportObject *object = m_template->object(name);
     if (!object || object->kind != ObjectKind::Image)
-        throw std::invalid_argument(QStringLiteral("%1 has no image %2").arg(this->name(), name).toStdString());
+        throw DataError(noSuchObject, QStringLiteral("报表%1没有图片%2").arg(this->name(), name));
     const QImage image = path.isEmpty() ? QImage() : QImage(path);
     if (image.isNull())
         m_images.remove(name);
     else
         m_images[name] = image;
+    return !image.isNull();
 }
 
 QStringList Report::unsetLabels() const
@@ -69,7 +84,8 @@ QStringList Report::unsetLabels() const
     QStringList names;
     for (const Section &section : m_template->sections)
         for (const ReportObject &object : section.objects)
-            if (object.isFree() && object.name.startsWith(QLatin1String("L_")) && !m_written.contains(object.name))
+            if (object.isCallersLabel() && !m_written.contains(object.name) &&
+                !m_family.rule.labels.contains(object.name))
                 names.append(object.name);
     return names;
 }
@@ -80,7 +96,7 @@ void Report::show(QWidget *parent)
         viewer()(*this, parent);
     else
         showPreview(*this, parent);
-    m_written.clear();
+    startOver();
 }
 
 std::unique_ptr<RowSource> Report::rows() const
@@ -98,26 +114,7 @@ std::unique_ptr<Layout> Report::layout(const Paper &paper) const
 
 std::unique_ptr<Layout> Report::layout(std::unique_ptr<RowSource> rows, const Paper &paper) const
 {
-    return std::make_unique<Layout>(m_template, std::move(rows), m_labels, m_images, paper, m_entry.family.atFormat);
-}
-
-Report &report(const QString &name)
-{
-    static std::map<QString, std::unique_ptr<Report>> reports;
-    std::unique_ptr<Report> &found = reports[name];
-    if (!found) {
-        const ReportEntry *entry = reportEntry(name);
-        if (!entry)
-            throw std::invalid_argument(QStringLiteral("there is no report %1").arg(name).toStdString());
-        QString error;
-        auto model = loadTemplate(QStringLiteral(":/templates/%1.xml").arg(name), &error);
-        if (!model)
-            throw std::runtime_error(error.toStdString());
-        for (const QString &family : missingFamilies())
-            qWarning("reports: the font family %s is not installed", qUtf8Printable(family));
-        found = std::make_unique<Report>(*entry, std::move(model));
-    }
-    return *found;
+    return std::make_unique<Layout>(m_template, std::move(rows), m_labels, m_images, paper, m_family.rule);
 }
 
 void setReportViewer(std::function<void(Report &, QWidget *)> function)

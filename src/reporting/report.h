@@ -2,8 +2,7 @@
 #pragma once
 
 #include "data/statement.h"
-#include "reporting/layout.h"
-#include "reporting/report_table.h"
+#include "reporting/report_family.h"
 
 #include <QHash>
 #include <QSet>
@@ -20,22 +19,26 @@ namespace tradewick
 class Report
 {
 public:
-    Report(const ReportEntry &entry, std::shared_ptr<const ReportTemplate> report);
+    Report(ReportFamily family, std::shared_ptr<const ReportTemplate> report);
 
     const QString &name() const { return m_template->name; }
     const QString &caption() const { return m_template->caption; }
     const ReportTemplate &model() const { return *m_template; }
-    const ReportFamily &family() const { return m_entry.family; }
+    const ReportFamily &family() const { return m_family; }
 
-    // Text of a free label; it stays from showing to showing until it is written again. Throws std::invalid_argument
-    // for a name that is no free label of the report.
+    // Begins a new showing: no label counts as written yet, and those with a text of their own have it again. What was
+    // written to the others stays until it is written anew.
+    void startOver();
+
+    // Text of a label that callers write. Throws DataError for a name that is none of the report.
     void setLabel(const QString &name, const QString &text);
-    QString label(const QString &name) const { return m_labels.value(name); }
-    // The picture of an image object from a file; one that is missing or unreadable leaves it empty. Throws
-    // std::invalid_argument for a name that is no image of the report.
-    void setImage(const QString &name, const QString &path);
-    // The free labels L_... that nobody has written since the last show: a caller that forgets one prints that of the
-    // document before.
+    // What the label shows now; empty for a name that is no label of the report.
+    QString label(const QString &name) const;
+    // The picture of an image object from a file; one that is missing or unreadable leaves it empty and gives false.
+    // Throws DataError for a name that is no image of the report.
+    bool setImage(const QString &name, const QString &path);
+    // The labels that neither a caller has written since startOver() nor the report's own code writes: a caller that
+    // forgets one prints that of the document before.
     QStringList unsetLabels() const;
 
     struct {
@@ -44,7 +47,7 @@ public:
         Values values;  // of its placeholders
     } DataControl1;
 
-    // Shows the report modally and returns when its preview closes.
+    // Shows the report modally, returns when its preview closes, and starts over.
     void show(QWidget *parent = nullptr);
 
     // The pages without a window, of the rows of DataControl1 or of other rows. Throws DataError.
@@ -55,16 +58,12 @@ public:
 private:
     std::unique_ptr<RowSource> rows() const;
 
-    const ReportEntry &m_entry;
+    const ReportFamily m_family;
     std::shared_ptr<const ReportTemplate> m_template;
     QHash<QString, QString> m_labels;
     QHash<QString, QImage> m_images;
-    QSet<QString> m_written; // labels, since the last show
+    QSet<QString> m_written; // labels, since startOver()
 };
-
-// The one report object of that name, made at first use. Throws std::invalid_argument when there is no such report,
-// std::runtime_error when its template is damaged.
-Report &report(const QString &name);
 
 // Sets what show() does instead of opening the preview, so that a test sees what would be shown; an empty function
 // restores the preview.

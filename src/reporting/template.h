@@ -57,6 +57,13 @@ struct ReportObject {
 
     // A free label has no text of its own: its text comes from the caller or from the report's code.
     bool isFree() const { return kind == ObjectKind::Label && text.isEmpty(); }
+    // Callers write labels of these names, with and without a text of their own; other free labels are the report's.
+    bool isCallersLabel() const
+    {
+        return kind == ObjectKind::Label &&
+               (name.startsWith(QLatin1String("L_")) || name.startsWith(QLatin1String("LzM_")));
+    }
+    bool isWritable() const { return isFree() || isCallersLabel(); }
     bool operator==(const ReportObject &) const = default;
 };
 

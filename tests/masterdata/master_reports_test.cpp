@@ -1,9 +1,9 @@
 // The sheets and lists of the registers: what the print buttons ask and show, and what stands on the paper.
 #include "make_form.h"
 #include "masterdata/customers.h"
-#include "masterdata/master_reports.h"
 #include "masterdata/products.h"
 #include "masterdata/suppliers.h"
+#include "papers/papers.h"
 #include "reporting/painter.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
@@ -46,7 +46,7 @@ protected:
 
     Report &filled(const QString &name, const QString &key = {})
     {
-        return masterReport(name, database.connection(), key);
+        return *fill(document(name), database.connection(), key).report;
     }
     // The pages of a report as a reader of its PDF finds them.
     QStringList pagesOf(Report &report)
@@ -80,7 +80,7 @@ TEST_F(MasterReports, ThreeThousandCustomersStandUnderTheirCountries)
                                        {"g", countries[(i - 1) / run % countries.size()]}});
     database.connection().Execute("commit");
 
-    const QStringList pages = pagesOf(filled("khzl_rpt"));
+    const QStringList pages = pagesOf(filled("国外客户简表"));
     ASSERT_GT(pages.size(), 50);
     const QRegularExpression row("^ *K(\\d{5}) +BUYER (\\d+) & SONS +5 WEST QUAY +0049-(\\d+) +EUR$",
                                  QRegularExpression::MultilineOption);
@@ -116,19 +116,19 @@ TEST_F(MasterReports, ThreeThousandCustomersStandUnderTheirCountries)
 TEST_F(MasterReports, SheetsShowEachColumnBehindItsLabel)
 {
     const struct {
-        const char *report, *table, *key, *title;
+        const char *document, *table, *key, *title;
         QStringList columns; // the two names and addresses
         const char *place;   // pattern of the line of the code, of shown values
         QStringList places;
     } sheets[] = {
-        {"YY_KhZl_XX_Rpt",
+        {"国外客户资料",
          "yy_gwkh_zl",
          "khbh",
          "国外客户详细资料表",
          {"khmc", "ywmc", "zwdz", "ywdz"},
          "编号： *O'N 7 +国别： *v-gb",
          {"gb"}},
-        {"Yy_Gys_xxZl",
+        {"国内厂家资料",
          "yy_gyszl",
          "gfbh",
          "国内厂家详细资料表",
@@ -139,7 +139,7 @@ TEST_F(MasterReports, SheetsShowEachColumnBehindItsLabel)
     const QStringList common{"phone", "fax",  "dzyx", "yzbm", "wz",  "xydj", "frdb", "lxr",
                              "jyfw",  "bizh", "fkfs", "zffs", "khh", "yhzh", "tysh"};
     for (const auto &sheet : sheets) {
-        SCOPED_TRACE(sheet.report);
+        SCOPED_TRACE(sheet.document);
         const QString table = sheet.table, key = sheet.key;
         Recordset set;
         set.Open("select * from " + table, {}, database.connection().shared(database.connectionString()));
@@ -152,7 +152,7 @@ TEST_F(MasterReports, SheetsShowEachColumnBehindItsLabel)
         }
         set.UpdateBatch();
 
-        const QStringList pages = pagesOf(filled(sheet.report, "O'N 7"));
+        const QStringList pages = pagesOf(filled(sheet.document, "O'N 7"));
         ASSERT_EQ(pages.size(), 1);
         const QString &text = pages.first();
         for (const QString &pattern :
@@ -167,7 +167,7 @@ TEST_F(MasterReports, SheetsShowEachColumnBehindItsLabel)
               QString("制表人： +打印时间： *2026年 +11月 +27日 +星期五 +9:05:07")})
             EXPECT_TRUE(text.contains(QRegularExpression(pattern))) << pattern.toStdString() << text.toStdString();
         EXPECT_FALSE(text.contains("other"));
-        EXPECT_THROW(filled(sheet.report, "O'N"), DataError);
+        EXPECT_THROW(filled(sheet.document, "O'N"), DataError);
     }
 }
 
@@ -182,7 +182,7 @@ TEST_F(MasterReports, ThePriceListShowsEachPriceAndTheRemarkBelowTheTariffCode)
         connection.Execute("insert into yy_bzdj_b(cpbh,gysbh,gys_mc,gys_dj,gys_bizh) "
                            "values('P1','{s}','厂家{s}',1234.5,'USD')",
                            {{"s", supplier}});
-    const QStringList pages = pagesOf(filled("Sys_Cpzlb_rpt"));
+    const QStringList pages = pagesOf(filled("商品资料明细表"));
     ASSERT_EQ(pages.size(), 1);
     const QString &rows = pages.first();
     EXPECT_TRUE(rows.contains(QRegularExpression("統計日期: *2026-11-27")));

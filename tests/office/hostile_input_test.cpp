@@ -5,8 +5,8 @@
 #include "database/description.h"
 #include "masterdata/customers.h"
 #include "masterdata/delivery_addresses.h"
-#include "masterdata/master_reports.h"
 #include "masterdata/products.h"
+#include "papers/papers.h"
 #include "shell/commands.h"
 #include "shell/connection_settings.h"
 #include "shell/dispatch.h"
@@ -409,8 +409,8 @@ TEST(HostileChoices, AreTakenOverToTheCharacter)
         clerk.click("CmdOK");
         EXPECT_EQ(count("select count(*) from yy_gwkh_zl where khbh='{t}' and bzcode='{t}' and hl=2"), 1);
         EXPECT_EQ(dialogs.shown, QVector<Shown>());
-        EXPECT_NO_THROW(masterReport("YY_KhZl_XX_Rpt", database.connection(), text));
-        EXPECT_THROW(masterReport("YY_KhZl_XX_Rpt", database.connection(), text + "?"), DataError);
+        EXPECT_NO_THROW(fill(document("国外客户资料"), database.connection(), text));
+        EXPECT_THROW(fill(document("国外客户资料"), database.connection(), text + "?"), DataError);
         drive.click("Cmddelete");
         dialogs.take();
         EXPECT_EQ(count("select count(*) from yy_bzdj_b where cpbh='{copy}'"), 0);

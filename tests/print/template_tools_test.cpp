@@ -1,5 +1,5 @@
 // What those who draw templates are shown and told, and whether what is printed stands where the template says.
-#include "reporting/report_table.h"
+#include "papers/report_table.h"
 #include "reporting/template.h"
 #include "support/test_database.h"
 

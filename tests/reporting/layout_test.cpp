@@ -13,9 +13,9 @@ const QString detailOf5000 =
     R"(<detail height="5000"><field name="D" left="0" top="0" width="5000" height="300" dataField="name"/></detail>)";
 
 QVector<PagePtr> layOut(const std::shared_ptr<const ReportTemplate> &report, std::unique_ptr<RowSource> rows,
-                        FormatHook hook = nullptr, const QHash<QString, QString> &labels = {})
+                        const FormatRule &rule = {}, const QHash<QString, QString> &labels = {})
 {
-    return Layout(report, std::move(rows), labels, {}, paperFor(*report), hook).all();
+    return Layout(report, std::move(rows), labels, {}, paperFor(*report), rule).all();
 }
 
 std::unique_ptr<RowSource> named(const QStringList &names)
@@ -76,7 +76,7 @@ TEST(Layout, BandsStandInTheirOrderWithinTheMargins)
         height="300">sum</label></groupFooter><pageFooter height="300"><label name="p_number" left="0" top="0"
         width="900" height="300"/><field name="F" left="900" top="0" width="900" height="300" pageTotal="true"/>
         </pageFooter>)");
-    const auto pages = layOut(report, named({"a", "b", "c"}), reportEntry("YY_Xsfp_Rpt")->family.atFormat);
+    const auto pages = layOut(report, named({"a", "b", "c"}), reportFamilyB().rule);
     // 16838 less 200 + 1000 above and 200 + 300 below leave room for heads of 400 and two rows of 5000; the group
     // footer would still fit on the second page behind the third
     EXPECT_EQ(joined(pages), "head cols a b 1 2 | head cols c sum 2 2");
@@ -140,10 +140,9 @@ TEST(Layout, FieldsTakeTheCurrentRowWhateverTheCaseOfTheirColumn)
           <label name="L_F" left="0" top="900" width="900" height="300"/>
           <label name="V" left="0" top="1200" width="900" height="300" visible="false">hidden</label></detail>
         <pageFooter height="300"><field name="F" left="0" top="0" width="900" height="300" dataField="name"/></pageFooter>)");
-    EXPECT_EQ(joined(layOut(report, named({"a", "b", "c"}), nullptr, {{"L_F", "free"}})),
-              "a a initial free b initial free b | c c initial free c");
+    EXPECT_EQ(joined(layOut(report, named({"a", "b", "c"}), {}, {{"L_F", "free"}})), "a a free b free b | c c free c");
     // without a source the detail band comes once, with what the caller wrote
-    EXPECT_EQ(joined(layOut(report, nullptr, nullptr, {{"L_F", "free"}})), "initial free");
+    EXPECT_EQ(joined(layOut(report, nullptr, {}, {{"L_F", "free"}})), "free");
     // without rows there is a page, but no detail
     const auto none = layOut(report, named({}));
     ASSERT_EQ(none.size(), 1);
@@ -313,7 +312,7 @@ TEST(Layout, BandsHigherThanAPageAreDividedBetweenLines)
         a.append(QStringLiteral("%1. clause").arg(line));
         b.append(QStringLiteral("第 %1 条").arg(line));
     }
-    const auto pages = layOut(report, nullptr, nullptr, {{"L_A", a.join('\n')}, {"L_B", b.mid(0, 100).join('\n')}});
+    const auto pages = layOut(report, nullptr, {}, {{"L_A", a.join('\n')}, {"L_B", b.mid(0, 100).join('\n')}});
     ASSERT_EQ(pages.size(), 3);
     QHash<QString, QStringList> printed;
     int sides = 0;
@@ -369,8 +368,7 @@ TEST(Layout, PageStampsFollowTheClockAtEachPage)
         return labels;
     }() + "</pageFooter>");
     QVector<PagePtr> pages;
-    // the families that stamp have no report in the table yet to borrow from
-    pages = layOut(report, named({"a", "b"}), reportFamilyC.atFormat);
+    pages = layOut(report, named({"a", "b"}), reportFamilyC().rule);
     reportClock = &QDateTime::currentDateTime;
     EXPECT_EQ(joined(pages), "2026年 11月 24日 星期二 23:59:58 1 | 2026年 11月 25日 星期三 0:00:01 2");
 }

@@ -200,8 +200,7 @@ TEST_F(PreviewTest, ExcelToolIsThereForItsFamiliesOnly)
     EXPECT_EQ(exported.size(), 5);
     EXPECT_TRUE(m_preview->isVisible());
 
-    const ReportEntry plain{u"plain", reportFamilyCWithoutTool};
-    Report without(plain, templateOf("<detail height='0'/>"));
+    Report without({.excelTool = false}, templateOf("<detail height='0'/>"));
     const ReportPreview other(without);
     EXPECT_EQ(other.tools().last()->text(), "关闭");
 }
@@ -274,10 +273,9 @@ TEST_F(PreviewTest, TextsThatDoNotFitAreMarkedCountedAndSteppedThrough)
 {
     opened(1); // all of it fits
     EXPECT_FALSE(find<QWidget>("extras")->isVisible());
-    static const ReportEntry entry{u"t", reportFamilyA};
     const QString bands = "<detail height='9000'><field name='F' left='0' top='%1' width='2000' height='240' "
                           "dataField='a'/></detail>";
-    static Report of(entry, templateOf(bands.arg(4000)));
+    static Report of(reportFamilyA(), templateOf(bands.arg(4000)));
     const auto rows = [](int row) { return QVariantList{QString(row == 1 ? 1 : 100, 'W')}; };
     m_preview = std::make_unique<ReportPreview>(of, nullptr, [rows](const Paper &paper) {
         return of.layout(std::make_unique<TestRows>(QStringList{"a"}, 3, rows), paper);
@@ -329,8 +327,7 @@ TEST_F(PreviewTest, DataGoesOntoPreprintedPaperWhereThePrinterNeedsIt)
         "<detail height='9000'><label name='C' left='0' top='0' width='2000' height='240'>CAPTION</label>"
         "<field name='F' left='15000' top='2000' width='2000' height='240' dataField='a'/></detail>";
     for (const QString &overlay : {QStringLiteral("choice"), QStringLiteral("always")}) {
-        const ReportEntry entry{u"t", reportFamilyA};
-        Report of(entry, templateOf(bands, "overlay='" + overlay + "'"));
+        Report of(reportFamilyA(), templateOf(bands, "overlay='" + overlay + "'"));
         const auto openIt = [&] {
             m_preview = std::make_unique<ReportPreview>(of, nullptr, [&](const Paper &paper) {
                 papers.append(paper);

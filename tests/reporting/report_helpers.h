@@ -1,8 +1,8 @@
 // Reports over rows of the test's own, and their pages as text.
 #pragma once
 
+#include "papers/report_table.h"
 #include "reporting/painter.h"
-#include "reporting/report.h"
 #include "xls_readers.h"
 
 #include <QFile>

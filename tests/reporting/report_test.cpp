@@ -6,7 +6,6 @@
 #include <QRegularExpression>
 
 #include <csignal>
-#include <stdexcept>
 #include <sys/resource.h>
 
 namespace tradewick::test
@@ -107,10 +106,10 @@ TEST(Report, OneInstanceKeepsWhatItsCallersWrote)
 {
     Report &invoice = report("YY_Xsfp_Rpt");
     EXPECT_EQ(&invoice, &report("YY_Xsfp_Rpt"));
-    EXPECT_THROW(report("yy_xsfp_rpt"), std::invalid_argument);
-    EXPECT_THROW(invoice.setLabel("L_None", ""), std::invalid_argument);
-    EXPECT_THROW(invoice.setLabel("Label1", ""), std::invalid_argument);
-    EXPECT_THROW(invoice.setImage("L_FSTK", ""), std::invalid_argument);
+    EXPECT_THROW(report("yy_xsfp_rpt"), DataError);
+    EXPECT_THROW(invoice.setLabel("L_None", ""), DataError);
+    EXPECT_THROW(invoice.setLabel("Label1", ""), DataError);
+    EXPECT_THROW(invoice.setImage("L_FSTK", ""), DataError);
 
     int shown = 0;
     QStringList missing;

@@ -1,6 +1,5 @@
 #include "report_helpers.h"
 
-#include <QDirIterator>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 
@@ -9,28 +8,6 @@ namespace tradewick::test
 
 namespace
 {
-
-TEST(Template, EachReportHasOneThatTheSchemaAndTheReaderTake)
-{
-    QTemporaryDir folder;
-    const QString schema =
-        QFileInfo(QString::fromUtf8(__FILE__)).absolutePath() + "/../../resources/templates/report.xsd";
-    ASSERT_GE(reportNames().size(), 2);
-    for (const QString &name : reportNames()) {
-        const QString resource = QStringLiteral(":/templates/%1.xml").arg(name), file = folder.filePath(name + ".xml");
-        ASSERT_TRUE(QFile::copy(resource, file)) << name.toStdString();
-        QProcess xmllint;
-        xmllint.start("xmllint", {"--noout", "--schema", schema, file});
-        ASSERT_TRUE(xmllint.waitForFinished());
-        EXPECT_EQ(xmllint.exitCode(), 0) << xmllint.readAllStandardError().toStdString();
-        QString error;
-        const auto model = loadTemplate(resource, &error);
-        ASSERT_TRUE(model) << error.toStdString();
-        EXPECT_EQ(model->name, name);
-    }
-    for (QDirIterator files(":/templates"); files.hasNext();)
-        EXPECT_TRUE(reportEntry(QFileInfo(files.next()).completeBaseName())) << files.filePath().toStdString();
-}
 
 TEST(Template, ReadsEveryProperty)
 {

@@ -1,8 +1,7 @@
 // What docs/office.md tells an administrator to type, typed: certificates, settings of the server, users and rights.
 #include "common/globals.h"
 #include "common/record_form.h"
-#include "contracts/proforma_invoice.h"
-#include "masterdata/master_reports.h"
+#include "papers/papers.h"
 #include "shell/commands.h"
 #include "shell/connection_settings.h"
 #include "shell/login.h"
@@ -211,9 +210,9 @@ TEST_F(OfficeDocument, FourRightsAreEnough)
     EXPECT_EQ(contract, "X" + QDate::currentDate().toString("yyMM") + "00001");
     EXPECT_EQ(count("yy_gw_wxht_b"), 2);
 
-    for (const char *name : {"YY_Xsfp_Rpt", "yy_XsFp_dJRPT"})
-        EXPECT_EQ(proformaInvoice(name, *gConn, contract).layout()->all().size(), 1) << name;
-    EXPECT_EQ(masterReport("YY_KhZl_XX_Rpt", *gConn, "K1").layout()->all().size(), 1);
+    for (const char *name : {"形式发票", "形式发票2"})
+        EXPECT_EQ(fill(document(name), *gConn, contract).report->layout()->all().size(), 1) << name;
+    EXPECT_EQ(fill(document("国外客户资料"), *gConn, "K1").report->layout()->all().size(), 1);
     EXPECT_EQ(count("information_schema.processlist where user='desk'"), 1); // whatever forms are open
 }
 

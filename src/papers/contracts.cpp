@@ -1,0 +1,41 @@
+// The proforma invoice of an export contract, in both its forms.
+#include "papers/areas.h"
+
+namespace tradewick
+{
+
+namespace
+{
+
+QString amountInWords(const DocumentValues &values)
+{
+    return values.trimmed("bizh") + u' ' + values.inEnglish(values.total("zjje"));
+}
+
+QString furtherClauses(const DocumentValues &values)
+{
+    return values.text("fstk");
+}
+
+Document proforma(const QString &name, const QString &report)
+{
+    return {.name = name,
+            .report = report,
+            .record = {.name = "外销合同",
+                       .key = "htbh",
+                       .head = "select bizh,fstk,logo from yy_gw_wxht_h where htbh='{htbh}'",
+                       .rows = "select * from yy_wxht_rpt where HTBH='{htbh}'",
+                       .goesOn = true},
+            .totals = "select sum(isnull(je,0)) as zjje from yy_wxht_rpt where htbh='{htbh}'",
+            .logo = "Image1",
+            .labels = {{"L_ZjjE", amountInWords}, {"L_FSTK", furtherClauses}}};
+}
+
+} // namespace
+
+QVector<Document> contractDocuments()
+{
+    return {proforma("形式发票", "YY_Xsfp_Rpt"), proforma("形式发票2", "yy_XsFp_dJRPT")};
+}
+
+} // namespace tradewick

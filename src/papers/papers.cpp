@@ -1,0 +1,143 @@
+#include "papers/papers.h"
+
+#include "common/amount_words.h"
+#include "common/dialogs.h"
+#include "common/number_text.h"
+#include "papers/areas.h"
+#include "papers/report_table.h"
+
+#include <algorithm>
+
+namespace tradewick
+{
+
+namespace
+{
+
+constexpr int noCurrentRow = 3021, noSuchColumn = 3265, noPicture = 481;
+
+QVariant valueOf(const Values &row, const QString &column)
+{
+    const auto found = row.constFind(column.toLower());
+    if (found == row.constEnd())
+        throw DataError(noSuchColumn, QStringLiteral("没有名为“%1”的列").arg(column));
+    return *found;
+}
+
+QString textOf(const DocumentLabel &label, const DocumentValues &values)
+{
+    if (const QString *fixed = std::get_if<QString>(&label.text))
+        return *fixed;
+    return std::get<LabelText>(label.text)(values);
+}
+
+// The record's own row, beside what was given.
+Values headOf(const DocumentRecord &record, Connection &connection, const Values &given)
+{
+    Values head;
+    for (auto value = given.cbegin(); value != given.cend(); ++value)
+        head.insert(value.key().toLower(), value.value());
+    if (record.head.isEmpty())
+        return head;
+    const QVector<Values> rows = connection.rows(record.head, given);
+    if (rows.isEmpty())
+        throw DataError(0, QStringLiteral("没有编号为“%1”的%2").arg(given.value(record.key).toString(), record.name));
+    head.insert(rows.first());
+    return head;
+}
+
+} // namespace
+
+QVariant DocumentValues::head(const QString &column) const
+{
+    return valueOf(m_head, column);
+}
+
+double DocumentValues::number(const QString &column) const
+{
+    return numberFromText(text(column));
+}
+
+double DocumentValues::total(const QString &column) const
+{
+    if (m_totals.isEmpty())
+        throw DataError(noCurrentRow, QStringLiteral("没有可打印的明细数据"));
+    return valueOf(m_totals.first(), column).toDouble();
+}
+
+QString DocumentValues::inEnglish(double amount) const
+{
+    QString figures = numberText(amount);
+    bool tooLong = false;
+    const QString words = AmountInEnglish(figures, &tooLong);
+    if (tooLong)
+        m_messages.append(amountTooLong());
+    return words;
+}
+
+const QVector<Document> &documents()
+{
+    static const QVector<Document> all = contractDocuments() + masterDataDocuments();
+    return all;
+}
+
+const Document &document(const QString &name)
+{
+    const auto found = std::find_if(documents().cbegin(), documents().cend(),
+                                    [&name](const Document &one) { return one.name == name; });
+    if (found == documents().cend())
+        throw DataError(0, QStringLiteral("没有名为“%1”的单据").arg(name));
+    return *found;
+}
+
+FilledReport fill(const Document &document, Connection &connection, const Values &given)
+{
+    const DocumentRecord &record = document.record;
+    FilledReport filled{&report(document.report), {}, {}};
+    Report &paper = *filled.report;
+    Values head = headOf(record, connection, given);
+    paper.startOver();
+
+    if (!document.clause.label.isEmpty()) {
+        const bool isShown = valueOf(head, document.clause.flag).toBool();
+        paper.setLabel(document.clause.label, isShown ? valueOf(head, record.clause).toString().trimmed() : QString());
+    }
+    QVector<Values> totals;
+    if (!document.totals.isEmpty())
+        totals = connection.rows(document.totals, given);
+    const DocumentValues values(std::move(head), std::move(totals));
+    if (!document.logo.isEmpty()) {
+        const QString path = values.trimmed("logo");
+        if (!paper.setImage(document.logo, path) && !path.isEmpty() && !record.goesOn)
+            throw DataError(noPicture, QStringLiteral("无法读取图片“%1”").arg(path));
+    }
+    for (const DocumentLabel &label : document.labels) {
+        QString text;
+        try {
+            text = textOf(label, values);
+        } catch (const DataError &error) {
+            if (!record.goesOn)
+                throw;
+            filled.passedOver.append(label.name + QStringLiteral(": ") + error.text());
+        }
+        paper.setLabel(label.name, text);
+    }
+    paper.DataControl1 = {connection.connectionString(), record.rows + document.order, given};
+    filled.messages = values.messages();
+    return filled;
+}
+
+FilledReport fill(const Document &document, Connection &connection, const QString &number)
+{
+    return fill(document, connection, document.takesNumber() ? Values{{document.record.key, number}} : Values());
+}
+
+void showDocument(const QString &name, Connection &connection, const QString &number, QWidget *parent)
+{
+    const FilledReport filled = fill(document(name), connection, number);
+    for (const QString &message : filled.messages)
+        dialogs().message(parent, message, QStringLiteral("系统提示"), MessageIcon::Critical);
+    filled.report->show(parent);
+}
+
+} // namespace tradewick

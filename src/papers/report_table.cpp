@@ -1,0 +1,76 @@
+#include "papers/report_table.h"
+
+#include "data/data_error.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+
+namespace tradewick
+{
+
+namespace
+{
+
+// The price list tells in its head of what day it is.
+void stampPriceList(FormattedBand &band)
+{
+    stampFooter(band);
+    if (band.section.kind == SectionKind::PageHeader)
+        band.setText(QStringLiteral("lbl_dATE"), reportClock().date().toString(Qt::ISODate));
+}
+
+} // namespace
+
+const QVector<ReportEntry> &reportEntries()
+{
+    static const QVector<ReportEntry> entries{
+        {"YY_Xsfp_Rpt", reportFamilyB()},
+        {"yy_XsFp_dJRPT", reportFamilyB()},
+        {"khzl_rpt", reportFamilyC()},
+        {"YY_KhZl_XX_Rpt", reportFamilyD()},
+        {"YY_Gys_JMZL", reportFamilyC()},
+        {"Yy_Gys_xxZl", reportFamilyD()},
+        {"Sys_Cpzlb_rpt", {true, {&stampPriceList}}},
+        {"YY_FormA_rpt", reportFamilyA()},
+        {"yy_BgD_rPt", reportFamilyA()},
+    };
+    return entries;
+}
+
+const ReportEntry *reportEntry(const QString &name)
+{
+    const QVector<ReportEntry> &all = reportEntries();
+    const auto found =
+        std::find_if(all.cbegin(), all.cend(), [&name](const ReportEntry &one) { return one.name == name; });
+    return found == all.cend() ? nullptr : &*found;
+}
+
+QStringList reportNames()
+{
+    QStringList names;
+    for (const ReportEntry &entry : reportEntries())
+        names.append(entry.name);
+    return names;
+}
+
+Report &report(const QString &name)
+{
+    static std::map<QString, std::unique_ptr<Report>> reports;
+    std::unique_ptr<Report> &found = reports[name];
+    if (!found) {
+        const ReportEntry *entry = reportEntry(name);
+        if (!entry)
+            throw DataError(0, QStringLiteral("没有名为“%1”的报表").arg(name));
+        QString error;
+        auto model = loadTemplate(QStringLiteral(":/templates/%1.xml").arg(name), &error);
+        if (!model)
+            throw DataError(0, error);
+        for (const QString &family : missingFamilies())
+            qWarning("reports: the font family %s is not installed", qUtf8Printable(family));
+        found = std::make_unique<Report>(entry->family, std::move(model));
+    }
+    return *found;
+}
+
+} // namespace tradewick
