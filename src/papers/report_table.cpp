@@ -27,7 +27,7 @@ void fillFormA(FormattedBand &band)
         return;
     const bool quantity = band.value("lysl").toBool();
     band.setText("L_gC", band.value("qbgc").toBool() ? "P" : "W");
-    band.setText("L_sL", fieldText(band.value(quantity ? "sl" : "zmz"), {}));
+    band.setText("L_sL", printedText(band.value(quantity ? "sl" : "zmz"), {}));
     band.setText("L_DW", quantity ? band.value("dw").toString() : QStringLiteral("KgS"));
 }
 
