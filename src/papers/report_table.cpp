@@ -20,6 +20,17 @@ void stampPriceList(FormattedBand &band)
         band.setText(QStringLiteral("lbl_dATE"), reportClock().date().toString(Qt::ISODate));
 }
 
+// Form A shows of each row its quantity or, by a flag, its gross weight, and whether it is of this country entirely.
+void fillFormA(FormattedBand &band)
+{
+    if (band.section.kind != SectionKind::Detail)
+        return;
+    const bool quantity = band.value("lysl").toBool();
+    band.setText("L_gC", band.value("qbgc").toBool() ? "P" : "W");
+    band.setText("L_sL", printedText(band.value(quantity ? "sl" : "zmz"), {}));
+    band.setText("L_DW", quantity ? band.value("dw").toString() : QStringLiteral("KgS"));
+}
+
 } // namespace
 
 const QVector<ReportEntry> &reportEntries()
@@ -32,7 +43,7 @@ const QVector<ReportEntry> &reportEntries()
         {"YY_Gys_JMZL", reportFamilyC()},
         {"Yy_Gys_xxZl", reportFamilyD()},
         {"Sys_Cpzlb_rpt", {true, {&stampPriceList}}},
-        {"YY_FormA_rpt", reportFamilyA()},
+        {"YY_FormA_rpt", {true, {&fillFormA, {"lysl", "qbgc", "sl", "zmz", "dw"}, {"L_gC", "L_sL", "L_DW"}}}},
         {"yy_BgD_rPt", reportFamilyA()},
     };
     return entries;

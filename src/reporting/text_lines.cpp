@@ -10,10 +10,11 @@ namespace tradewick
 namespace
 {
 
-constexpr double smallest = 0.7, sizeStep = 0.05; // of a text that is made smaller to fit
-constexpr double narrowest = 0.5;                 // of a number that can still be read
-constexpr double shortBox = 0.15;                 // of a line: designers draw boxes by eye
-constexpr double touching = 0.5;                  // twips
+constexpr double smallest = 0.7;  // of a text that is made smaller to fit
+constexpr int sizes = 6;          // that are tried down to it
+constexpr double narrowest = 0.5; // of a number that can still be read
+constexpr double shortBox = 0.15; // of a line: designers draw boxes by eye
+constexpr double touching = 0.5;  // twips
 
 // Chinese characters and their punctuation: a line may end before and behind each.
 bool isWide(QChar character)
@@ -125,7 +126,8 @@ Fitted fitted(QStringView text, const TextFont &font, double width, double heigh
         return lines > 1e6 ? qsizetype(1e6) : qMax<qsizetype>(1, static_cast<qsizetype>(lines));
     };
     for (const bool dividing : {false, true}) {
-        for (double size = 1; size > smallest - sizeStep / 2; size -= sizeStep) {
+        for (int step = 0; step <= sizes; ++step) {
+            const double size = 1 - step * (1 - smallest) / sizes;
             const qsizetype room = roomAt(size);
             const Lines lines = linesOf(text, font, width / size, room);
             if (lines.lines.size() <= room && (dividing || !lines.divided))
