@@ -4,6 +4,8 @@
 #include "database/description.h"
 #include "figures.h"
 #include "form_bench.h"
+#include "common/branch_tree.h"
+#include "common/record_form.h"
 #include "masterdata/masterdata.h"
 
 #include <QApplication>

@@ -17,19 +17,22 @@ namespace
 
 enum Column { Number, Customer, Date, Rate };
 
-const RecordFormSpec contracts = {
-    .name = "contracts",
-    .caption = "Contracts",
-    .statement = "select * from yy_gw_wxht_h order by htbh",
-    .fields = {{"Text(0)", "htbh", "Number:"}, {"Text(1)", "khmc", "Customer:"}, {"Text(2)", "hl", "Rate:"}},
-    .list = {{"htbh", "Number"}, {"khmc", "Customer"}, {"djrq", "Date"}, {"hl", "Rate"}},
-    .body = {.statement = "select * from yy_gw_wxht_b where htbh='{htbh}' order by cpbh",
-             .deletion = "delete from yy_gw_wxht_b where htbh='{htbh}'",
-             .key = "htbh",
-             .columns = {{"cpbh", "Product"}, {"sl", "Quantity"}}},
-    .filter = {"Text1", "Filter", "select * from yy_gw_wxht_h where htbh like '%{text}%' order by htbh"},
-    .find = {"htbh", "prompt", "title", "not found"},
-};
+RecordFormSpec contracts()
+{
+    return {
+        .name = "contracts",
+        .caption = "Contracts",
+        .statement = "select * from yy_gw_wxht_h order by htbh",
+        .pages = {{"", {{"Text(0)", "htbh", "Number:"}, {"Text(1)", "khmc", "Customer:"}, {"Text(2)", "hl", "Rate:"}}}},
+        .list = {{"htbh", "Number"}, {"khmc", "Customer"}, {"djrq", "Date"}, {"hl", "Rate"}},
+        .lines = {.statement = "select * from yy_gw_wxht_b where htbh='{htbh}' order by cpbh",
+                  .deletion = "delete from yy_gw_wxht_b where htbh='{htbh}'",
+                  .key = "htbh",
+                  .grids = {{.columns = {{"cpbh", "Product"}, {"sl", "Quantity"}}}}},
+        .filters = {{"Text1", "Filter", "select * from yy_gw_wxht_h where htbh like '%{text}%' order by htbh"}},
+        .find = {"htbh", "prompt", "title", "not found"},
+    };
+}
 
 class Lists : public testing::Test
 {
@@ -56,7 +59,7 @@ protected:
     }
     void open()
     {
-        form = std::make_unique<RecordForm>(contracts);
+        form = std::make_unique<RecordForm>(contracts());
         drive = std::make_unique<FormDriver>(*form);
         list = drive->find<Grid>("TDBGrid3");
     }

@@ -1,4 +1,5 @@
 #include "common/numbering.h"
+#include "data/connection.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,16 @@ using namespace tradewick;
 namespace
 {
 
-const QDate today(2024, 3, 5);
+const QDate day(2024, 3, 5);
+
+const NumberRule contracts = monthly("X", "select distinct HTBH from YY_gw_wxHT_H where year(djrq)='{year}'and "
+                                          "month(djrq)='{month}' order by HTBH"),
+                 withoutTable = monthly("C", "select distinct HTBH from YY_GN_CGHT_H where year(djrq)='{year}'and "
+                                             "month(djrq)='{month}' order by HTBH"),
+                 currencies = running("$", 3, "select bzbh from sys_bzsz order by bzbh"),
+                 departments = running("B", 4, "select bmbh from sys_BMSZ order by BMbh"),
+                 ports = running("P", 4, "select gkbh from sys_gksz order by gkbh ", TooLong::IsDropped),
+                 ownRows = running("S", 3, nullptr);
 
 struct Numbering : testing::Test {
     QTemporaryDir folder;
@@ -35,7 +45,10 @@ struct Numbering : testing::Test {
                                    {{"key", key}, {"date", date}});
         });
     }
-    std::string next(const QString &form) { return proposeNumber(form, connection, today).toStdString(); }
+    QString next(const NumberRule &rule, const std::optional<QVariant> &lastKey = {}, const QStringList &waiting = {})
+    {
+        return proposeNumber(rule, connection, lastKey, day, waiting);
+    }
 };
 
 } // namespace
@@ -51,28 +64,28 @@ TEST_F(Numbering, DocumentNumbersRunThroughTheMonth)
     };
     for (const auto &[keys, number] : cases) {
         fill("yy_gw_wxht_h", "htbh", keys);
-        EXPECT_EQ(next("YY_WXHT"), number);
+        EXPECT_EQ(next(contracts), number);
     }
     fill("yy_gw_wxht_h", "htbh", {"X240300077"}, "2024-02-29");
-    EXPECT_EQ(next("YY_WXHT"), "X240300001"); // dated in another month
+    EXPECT_EQ(next(contracts), "X240300001"); // dated in another month
     EXPECT_EQ(gNumYY + gNumMM + gNumDD, "240305");
 }
 
 TEST_F(Numbering, TheDateMakesTheMonthNotTheNumber)
 {
     fill("yy_gw_wxht_h", "htbh", {"X231200500"}, "2024-03-01");
-    EXPECT_EQ(next("YY_WXHT"), "X240300501");
-    EXPECT_EQ(proposeNumber("YY_WXHT", connection, QDate(2009, 11, 30)), "X091100001");
+    EXPECT_EQ(next(contracts), "X240300501");
+    EXPECT_EQ(proposeNumber(contracts, connection, {}, QDate(2009, 11, 30)), "X091100001");
     fill("yy_gw_wxht_h", "htbh", {"X230300008"}, "2023-03-01");
-    EXPECT_EQ(next("YY_WXHT"), "X240300001"); // the same month of another year
+    EXPECT_EQ(next(contracts), "X240300001"); // the same month of another year
 }
 
 TEST_F(Numbering, AFailedLookupKeepsTheSequence)
 {
     fill("yy_gw_wxht_h", "htbh", {"X240300041"});
-    EXPECT_EQ(next("YY_WXHT"), "X240300042");
-    EXPECT_EQ(next("YY_CGHT"), "C240300042"); // has no table here
-    EXPECT_THROW(next("sys_bzsz"), DataError);
+    EXPECT_EQ(next(contracts), "X240300042");
+    EXPECT_EQ(next(withoutTable), "C240300042"); // has no table here
+    EXPECT_THROW(next(currencies), DataError);
 }
 
 // Three digits of the last code are read, or four where a form says so, and a number that would be too long is taken or
@@ -80,34 +93,42 @@ TEST_F(Numbering, AFailedLookupKeepsTheSequence)
 TEST_F(Numbering, CodesReadTheTailOfTheLastKey)
 {
     struct Case {
-        const char *form, *table, *column;
+        const NumberRule &rule;
+        const char *table, *column;
         QStringList keys;
         const char *number;
     };
     const Case cases[] = {
-        {"sys_bzsz", "sys_bzsz", "bzbh", {}, "$0001"},
-        {"sys_bzsz", "sys_bzsz", "bzbh", {"$0009"}, "$0010"},
-        {"sys_bzsz", "sys_bzsz", "bzbh", {"$0999"}, "$1000"},
-        {"sys_bzsz", "sys_bzsz", "bzbh", {"$0999", "$1000"}, "$0001"},
-        {"sys_bmsz", "sys_bmsz", "bmbh", {"B9999"}, "B10000"},
-        {"sys_bmsz", "sys_bmsz", "bmbh", {"B1000"}, "B1001"},
-        {"Sys_GKSZ", "sys_gksz", "gkbh", {"P9998"}, "P9999"},
-        {"Sys_GKSZ", "sys_gksz", "gkbh", {"P9999"}, "P9999"}, // 10000: the one before stays
-        {"Sys_GKSZ", "sys_gksz", "gkbh", {}, "P0001"},
+        {currencies, "sys_bzsz", "bzbh", {}, "$0001"},
+        {currencies, "sys_bzsz", "bzbh", {"$0009"}, "$0010"},
+        {currencies, "sys_bzsz", "bzbh", {"$0999"}, "$1000"},
+        {currencies, "sys_bzsz", "bzbh", {"$0999", "$1000"}, "$0001"},
+        {departments, "sys_bmsz", "bmbh", {"B9999"}, "B10000"},
+        {departments, "sys_bmsz", "bmbh", {"B1000"}, "B1001"},
+        {ports, "sys_gksz", "gkbh", {"P9998"}, "P9999"},
+        {ports, "sys_gksz", "gkbh", {"P9999"}, "P9999"}, // 10000: the one before stays
+        {ports, "sys_gksz", "gkbh", {}, "P0001"},
     };
-    for (const auto &[form, table, column, keys, number] : cases) {
+    for (const auto &[rule, table, column, keys, number] : cases) {
         fill(table, column, keys);
-        EXPECT_EQ(next(form), number) << form << keys.join(' ').toStdString();
+        EXPECT_EQ(next(rule), number) << table << keys.join(' ').toStdString();
     }
 }
 
 TEST_F(Numbering, AFormMayKnowItsLastRowItself)
 {
-    EXPECT_EQ(proposeCode("sys_SSDZ", {}, true), "S0001");
-    EXPECT_EQ(proposeCode("sys_SSDZ", "S0123", false), "S0124");
-    EXPECT_EQ(proposeCode("sys_SSDZ", "S1999", false), "S1000");
-    EXPECT_THROW(proposeCode("sys_SSDZ", {}, false), DataError);
-    EXPECT_EQ(next("sys_QXSZ"), ""); // numbers nothing
+    EXPECT_EQ(next(ownRows), "S0001");
+    EXPECT_EQ(next(ownRows, "S0123"), "S0124");
+    EXPECT_EQ(next(ownRows, "S1999"), "S1000");
+    EXPECT_THROW(next(ownRows, QVariant()), DataError);
+    EXPECT_EQ(next({}), ""); // numbers nothing
+}
+
+TEST_F(Numbering, RecordsThatWaitArePassedOver)
+{
+    fill("yy_gw_wxht_h", "htbh", {"X240300004"});
+    EXPECT_EQ(next(contracts, {}, {"X240300005", "x240300006", "X240300008"}), "X240300007");
+    EXPECT_EQ(next(ownRows, {}, {"S0001", "S0002"}), "S0003");
 }
 
 TEST(NextSequence, ReadsWhateverTheTailHolds)

@@ -85,7 +85,7 @@ TEST_F(Sources, AnotherKeyIsAnotherRecord)
     replaced([&] { set.Fields("gkmc").setValue("mine"); });
     EXPECT_TRUE(gone([&] { set.UpdateBatch(); }));
     set.CancelUpdate();
-    EXPECT_TRUE(gone([&] { set.connection()->transaction([&] { set.requireCurrent(); }); }));
+    EXPECT_TRUE(gone([&] { set.connection()->transaction([&] { set.requireRow(set.absolutePosition()); }); }));
     set.Resync();
     EXPECT_EQ(set.Fields("gkmc").text(), "port");
     set.renewGone();

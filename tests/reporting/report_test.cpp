@@ -176,7 +176,7 @@ TEST(Report, RowsComeFromTheDataControl)
     EXPECT_TRUE(texts.contains(contract.toString())) << texts.join('|').toStdString();
     const auto rows = database.connection().rows(invoice.DataControl1.Source, invoice.DataControl1.values);
     double amount = 0;
-    for (const Values &row : rows) {
+    for (const auto &row : rows) {
         EXPECT_TRUE(texts.contains(row["cpbh"].toString()));
         amount += row["je"].toDouble();
     }

@@ -347,7 +347,7 @@ TEST_F(BrokenLink, AnswersOfOtherKindsThanExpectedAreShownOrRefused)
     server.run({"use office", "alter table sys_gksz modify gkmc double, modify beizhu longblob, modify gkxz datetime",
                 "insert into sys_gksz(gkbh,gkmc,gkxz,beizhu,gkmc_en) values('P1',1e308,'2026-08-03 10:11:12',"
                 "repeat(x'ff00fe',300000),repeat('汉',200000)),('P2',null,null,null,null)"});
-    RecordForm form(Sys_GKSZ);
+    RecordForm form(Sys_GKSZ());
     const FormDriver drive(form);
     EXPECT_EQ(drive.text("Text(0)"), "P1");
     EXPECT_EQ(drive.text("Text(2)").size(), 32767); // as much as the box holds
