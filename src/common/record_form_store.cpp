@@ -191,8 +191,8 @@ bool RecordForm::storeWaiting()
     };
     try {
         const bool stored = store([&] {
-            if (hasRecord())
-                unit(shown);
+            if (hasRecord()) // under another identity where it is stored anew
+                unit(records().keyAt(records().absolutePosition()));
             if (m_spec.onStore)
                 m_spec.onStore(*this);
         });
