@@ -131,7 +131,7 @@ bool ComboField::eventFilter(QObject *watched, QEvent *event)
         auto *list = qobject_cast<QAbstractItemView *>(watched);
         if (list && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
             QMetaObject::invokeMethod(this, &ComboField::enterPressed, Qt::QueuedConnection); // once the list is closed
-            if (list == completer()->popup() && !list->currentIndex().isValid()) {
+            if (completer() && list == completer()->popup() && !list->currentIndex().isValid()) {
                 const int exact = findText(currentText(), Qt::MatchFixedString);
                 const int item = exact >= 0 ? exact : onlyItemBeginningWith(currentText());
                 list->hide();

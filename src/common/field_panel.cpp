@@ -76,7 +76,8 @@ FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *
         // The keys typed next belong to the tab that is shown.
         connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, [this, index] {
             const QVector<FieldSpec> &fields = m_spec.pages[index].fields;
-            const auto first = std::find_if(fields.cbegin(), fields.cend(), [](const auto &one) { return !one.hidden; });
+            const auto first =
+                std::find_if(fields.cbegin(), fields.cend(), [](const auto &one) { return !one.hidden; });
             if (first != fields.cend())
                 focus(first->name);
         });
@@ -165,8 +166,8 @@ void FieldPanel::addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame)
 
 QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
 {
-    auto control = FieldControl::make(field, m_spec.picture, page,
-                                      [this, &field](const QVariant &value) { write(field, value); });
+    auto control =
+        FieldControl::make(field, m_spec.picture, page, [this, &field](const QVariant &value) { write(field, value); });
     QWidget *widget = control->widget(), *frame = control->frame();
     widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
     QString name = plainCaption(field.caption);

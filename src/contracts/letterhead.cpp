@@ -21,8 +21,8 @@ const char *const companyWithMail = COMPANY("isnull(gs_email,'') as gs_email,");
 
 PickSpec companyPick(const QString &combo, bool withMail)
 {
-    Copies copies{{"gsmc", "gsmc"}, {"e_gsmc", "e_gsmc"}, {"gsdz", "gsdz"}, {"e_gsdz", "e_gsdz"},
-                  {"gs_phone", "gs_phone"}};
+    Copies copies{
+        {"gsmc", "gsmc"}, {"e_gsmc", "e_gsmc"}, {"gsdz", "gsdz"}, {"e_gsdz", "e_gsdz"}, {"gs_phone", "gs_phone"}};
     if (withMail)
         copies += Copies{{"gs_email", "gs_email"}};
     copies += Copies{{"gs_fax", "gs_fax"},       {"fpzt", "fpzt"},           {"logo", "logo"},

@@ -439,9 +439,9 @@ TEST_F(Contract, DelKeepsItsPlace)
     QTest::keyClick(lines(), Qt::Key_Delete);
     EXPECT_EQ(lines()->currentIndex().row(), before - 5); // where the next line is typed
     drive.click("Cmdcancel");
-    EXPECT_EQ(database.value("select count(*) from yy_gw_wxht_b where htbh='{h}' and beizhu='typed before'",
-                             {{"h", number}}),
-              1);
+    EXPECT_EQ(
+        database.value("select count(*) from yy_gw_wxht_b where htbh='{h}' and beizhu='typed before'", {{"h", number}}),
+        1);
 }
 
 // A document that the database refuses waits whole, wherever the clerk goes and whatever is stored there.
