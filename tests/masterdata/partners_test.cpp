@@ -1,5 +1,4 @@
 // The registers of domestic suppliers and foreign customers: one behaviour, two tables.
-#include "common/combo_field.h"
 #include "data/date_text.h"
 #include "make_form.h"
 #include "masterdata/masterdata.h"
@@ -9,7 +8,6 @@
 
 #include <QAbstractItemView>
 #include <QCompleter>
-#include <QSignalSpy>
 
 namespace tradewick
 {
@@ -193,15 +191,14 @@ TEST_P(Partners, ACurrencyBringsItsRateWhileTheRecordIsEdited)
     EXPECT_EQ(stored("bizh", "A"), "XXX");
 }
 
-// Enter takes from a list once and goes on; a beginning that only one item has is completed.
+// Enter takes from a list at once; a beginning that only one item has is completed.
 TEST_P(Partners, EnterTakesAChoiceOnceAndCompletesIt)
 {
     insert("A");
     database.connection().Execute("insert into sys_bzsz(bzbh,bizh,bzcode,hl) values('$0001','USD','美元','7.25')");
     database.connection().Execute("insert into sys_bzsz(bzbh,bizh,bzcode,hl) values('$0002','EUR','欧元','8')");
     const FormDriver drive = open();
-    auto *currency = drive.find<ComboField>("Combo1(1)");
-    QSignalSpy onwards(currency, &ComboField::enterPressed);
+    auto *currency = drive.find<QComboBox>("Combo1(1)");
     drive.click("Cmdedit");
     drive.type("Combo1(1)", "u"); // both have one
     QAbstractItemView *fitting = currency->completer()->popup();
@@ -209,12 +206,12 @@ TEST_P(Partners, EnterTakesAChoiceOnceAndCompletesIt)
     const auto activate = [&] { // without a window manager the list that closed has taken that along
         form->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+        QApplication::processEvents();
     };
     QTest::keyClick(fitting, Qt::Key_Return);
     activate();
     EXPECT_EQ(currency->currentText(), "USD");
     EXPECT_EQ(drive.text("Text1(7)"), "7.25");
-    EXPECT_EQ(onwards.count(), 1);
     currency->setFocus();
     drive.press("Combo1(1)", Qt::Key_Down);
     ASSERT_TRUE(currency->view()->isVisible());
@@ -223,7 +220,6 @@ TEST_P(Partners, EnterTakesAChoiceOnceAndCompletesIt)
     activate();
     EXPECT_EQ(currency->currentText(), "EUR");
     EXPECT_EQ(drive.text("Text1(7)"), "8");
-    EXPECT_EQ(onwards.count(), 2);
     drive.click("Cmdcancel");
 }
 
