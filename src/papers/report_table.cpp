@@ -45,6 +45,18 @@ const QVector<ReportEntry> &reportEntries()
         {"Sys_Cpzlb_rpt", {true, {&stampPriceList}}},
         {"YY_FormA_rpt", {true, {&fillFormA, {"lysl", "qbgc", "sl", "zmz", "dw"}, {"L_gC", "L_sL", "L_DW"}}}},
         {"yy_BgD_rPt", reportFamilyA()},
+        {"yy_CgHt_RPT", reportFamilyA()},
+        {"yy_DjFp_Rpt", reportFamilyB()},
+        {"YY_ENfp_Rpt", reportFamilyB()},
+        {"YY_PTFP_rPt", reportFamilyA()},
+        {"YY_BzZx_Rpt", reportFamilyB()},
+        {"YY_EnZxD_Rpt", reportFamilyA()},
+        {"YY_MXD_rpt", reportFamilyA()},
+        {"YY_Original_rpt", reportFamilyA()},
+        {"YY_cdZ_SqB", reportFamilyA()},
+        {"YY_FormA_sqb", reportFamilyA()},
+        {"YY_SPAD_RPt", reportFamilyA()},
+        {"YY_ZDZM_PRINT", reportFamilyA()},
     };
     return entries;
 }
