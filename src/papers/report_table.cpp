@@ -45,6 +45,14 @@ const QVector<ReportEntry> &reportEntries()
         {"Sys_Cpzlb_rpt", {true, {&stampPriceList}}},
         {"YY_FormA_rpt", {true, {&fillFormA, {"lysl", "qbgc", "sl", "zmz", "dw"}, {"L_gC", "L_sL", "L_DW"}}}},
         {"yy_BgD_rPt", reportFamilyA()},
+        {"YY_BGD_TsZy_RpT", reportFamilyA()},
+        {"YY_BG_WTS_rpt", reportFamilyA()},
+        {"yy_BjD_rpT", reportFamilyA()},
+        {"YY_Hp_rPT", reportFamilyA()},
+        {"YY_EnHp_Rpt", reportFamilyA()},
+        {"YY_Sp_CkZy_Rpt", reportFamilyA()},
+        {"YY_sp_CkZy_rptB", reportFamilyA()},
+        {"SC_Pcd_Rpt", reportFamilyA()},
     };
     return entries;
 }
