@@ -57,6 +57,14 @@ const QVector<ReportEntry> &reportEntries()
         {"YY_FormA_sqb", reportFamilyA()},
         {"YY_SPAD_RPt", reportFamilyA()},
         {"YY_ZDZM_PRINT", reportFamilyA()},
+        {"YY_BGD_TsZy_RpT", reportFamilyA()},
+        {"YY_BG_WTS_rpt", reportFamilyA()},
+        {"yy_BjD_rpT", reportFamilyA()},
+        {"YY_Hp_rPT", reportFamilyA()},
+        {"YY_EnHp_Rpt", reportFamilyA()},
+        {"YY_Sp_CkZy_Rpt", reportFamilyA()},
+        {"YY_sp_CkZy_rptB", reportFamilyA()},
+        {"SC_Pcd_Rpt", reportFamilyA()},
     };
     return entries;
 }
