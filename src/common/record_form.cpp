@@ -199,7 +199,7 @@ void RecordForm::showState()
                      : !m_busy ? QStringLiteral("浏览")
                      : adding  ? QStringLiteral("新增")
                                : QStringLiteral("编辑"));
-    m_list->grid()->recordsetModel()->markChanged();
+    m_list->showMarks();
 }
 
 void RecordForm::showLines()

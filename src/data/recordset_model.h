@@ -33,7 +33,6 @@ public:
     void sort(int column, Qt::SortOrder order) override;
     // Rows that bear a mark beside them, asked for by record.
     void setMark(std::function<bool(int record)> mark) { m_mark = std::move(mark); }
-    void markChanged();
     // Rows whose column holds the value, regardless of case and blanks at the end, stand before all others from the
     // next opening on; for sets that nobody adds to.
     void setFirst(const QString &column, const QString &value);

@@ -1,4 +1,5 @@
 // The export contract by its controls, over demonstration data.
+#include "common/line_totals.h"
 #include "contracts/contracts.h"
 #include "reporting/report.h"
 #include "support/form_driver.h"
@@ -321,6 +322,10 @@ TEST_F(Contract, LineRulesDeriveWhatWasTypedOver)
     EXPECT_EQ(cell(row, "dj"), "5");
     drive.typeCell(lines(), row, "jkdj", "1.005");
     EXPECT_EQ(cell(row, "je"), "20.025");
+    double sum = 0;
+    for (int line = 0; line < form->lines().RecordCount(); ++line)
+        sum += cell(line, "je").toDouble();
+    EXPECT_DOUBLE_EQ(drive.find<LineTotals>("TDBGrid1_totals")->text("je").toDouble(), sum);
     // A line whose contract number was blanked is not the contract's own until it is chosen again.
     drive.typeCell(lines(), row, "cpbh", "A");
     drive.typeCell(lines(), row, "htbh", "");
