@@ -40,8 +40,8 @@ public:
             add("list", {column.column, column.caption});
         for (const QString &note : spec.notes)
             add("note", {note});
-        add("number", {spec.numbering.prefix, spec.numbering.lookup, QString::number(spec.numbering.tail),
-                       spec.alsoNumbered});
+        add("number",
+            {spec.numbering.prefix, spec.numbering.lookup, QString::number(spec.numbering.tail), spec.alsoNumbered});
         addPresets("default", spec.defaults);
         for (const RequiredField &field : spec.required)
             add("required", {field.name, field.message, QString::number(field.length), field.focus});
