@@ -305,13 +305,12 @@ bool FieldPanel::key(const QString &name, QWidget *widget, int key)
     if (!name.contains(u'('))
         return false;
     const QString array = arrayOf(name);
-    int elements = 0;
-    for (const Entry *entry : std::as_const(m_order))
-        elements += arrayOf(entry->spec->name) == array ? 1 : 0;
+    const auto elements = static_cast<int>(std::count_if(
+        m_order.cbegin(), m_order.cend(), [&](const Entry *entry) { return arrayOf(entry->spec->name) == array; }));
     const int next = indexOf(name) + (key == Qt::Key_Down ? 1 : -1);
     if (!m_spec.arrowsWrap && (next < 0 || next == elements))
         return true;
-    focus(QStringLiteral("%1(%2)").arg(array).arg((next + elements) % elements));
+    focus(QStringLiteral("%1(%2)").arg(array).arg(next < 0 ? elements - 1 : next == elements ? 0 : next));
     return true;
 }
 
