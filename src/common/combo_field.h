@@ -23,6 +23,8 @@ public:
     // A text typed since showText or the last choice that is an item in full counts as chosen; one that was merely
     // passed does not.
     void takeTyped();
+    // The choice could not be carried out: the same text counts again when the box is left.
+    void forgetChoice() { m_shown = QString(); }
     void showPopup() override;
     void hidePopup() override;
 

@@ -42,9 +42,10 @@ const QString lastFolderKey = QStringLiteral("files/folder");
 QDir lastFolder()
 {
     const QString folder = userSettings().value(lastFolderKey).toString();
-    return QDir(!folder.isEmpty() && QFileInfo(folder).isDir()
-                    ? folder
-                    : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    for (const QString &place : {folder, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)})
+        if (!place.isEmpty() && QFileInfo(place).isDir())
+            return {place};
+    return QDir::home();
 }
 
 std::optional<QString> chosen(const QString &path)

@@ -140,8 +140,10 @@ void FieldPanel::addPage(int index)
             auto *label = new QLabel(field.caption, page);
             label->setBuddy(control(field.name).widget());
             for (const RequiredField &required : m_spec.required)
-                if (required.name == field.name)
+                if (required.name == field.name) {
                     label->setProperty("required", true);
+                    label->buddy()->setAccessibleDescription(QStringLiteral("必填"));
+                }
             grid->addWidget(label, row, pair * 2, Qt::AlignRight | Qt::AlignVCenter);
             // A field of one line lets its row be as high as a long text beside it.
             grid->addLayout(cell, row, pair * 2 + 1, 1, field.span * 2 - 1,
@@ -219,6 +221,13 @@ void FieldPanel::focus(const QString &name)
     wanted.selectAll();
 }
 
+void FieldPanel::takeTyped()
+{
+    for (const Entry *entry : std::as_const(m_order))
+        if (ComboField *combo = entry->control->combo(); combo && combo->hasFocus() && !combo->isReadOnly())
+            combo->takeTyped();
+}
+
 void FieldPanel::lock(bool locked)
 {
     for (const Entry *entry : std::as_const(m_order))
@@ -258,7 +267,8 @@ void FieldPanel::show(const FieldSpec &field)
     const bool hasValue = !m_records.BOF() && !m_records.EOF_() && !m_isUnread;
     const QString text = hasValue ? m_records.Fields(field.column).text() : QString();
     FieldControl &shown = control(field.name);
-    if (text != shown.text())
+    // A combo box is told even of the same text: what it held before is no choice of this record's.
+    if (text != shown.text() || (shown.combo() && m_writing != &field))
         shown.setText(text);
 }
 
@@ -269,6 +279,7 @@ void FieldPanel::write(const FieldSpec &field, const QVariant &value)
     if (!field.column.isEmpty()) {
         if (m_records.BOF() || m_records.EOF_())
             return;
+        const QScopedValueRollback writing(m_writing, &field);
         m_records.Fields(field.column).setValue(value);
     }
     Q_EMIT typed(field.name);

@@ -40,6 +40,8 @@ public:
     // Writes the record as typing does.
     void setText(const QString &name, const QString &text);
     void focus(const QString &name);
+    // An item typed in full into the combo box that has the focus counts as chosen, as when it is left.
+    void takeTyped();
 
     // Puts other items into a combo box; the text that it holds stays.
     void offer(const QString &combo, const QStringList &items);
@@ -81,8 +83,9 @@ private:
     QVector<QBoxLayout *> m_pages;
     QTabWidget *m_tabs = nullptr;
     bool m_isUnread = false;
-    bool m_showing = false;   // fields are being filled from the record
-    bool m_composing = false; // an input method holds text that is not committed yet
+    const FieldSpec *m_writing = nullptr; // the field whose text is on its way into the record
+    bool m_showing = false;               // fields are being filled from the record
+    bool m_composing = false;             // an input method holds text that is not committed yet
 };
 
 // A caption without colon, blanks and mark.

@@ -352,9 +352,15 @@ void Grid::keyPressEvent(QKeyEvent *event)
         return;
     }
     switch (event->key()) {
+    case Qt::Key_Escape:
+        if (!m_keyHook || !m_keyHook(event->key()))
+            QTableView::keyPressEvent(event);
+        return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (m_editing)
+        if (m_editing && m_model->recordAt(currentIndex().row()) >= m_model->recordCount())
+            focusNextChild(); // nothing is begun in the blank line: the lines are done
+        else if (m_editing)
             goOn();
         else if (currentIndex().isValid())
             Q_EMIT rowActivated();
@@ -381,6 +387,14 @@ void Grid::sortFurther(int column)
         head.setSortIndicator(column, Qt::DescendingOrder);
     else
         head.setSortIndicator(-1, Qt::AscendingOrder);
+}
+
+void Grid::commitData(QWidget *editor)
+{
+    const QModelIndex cell = currentIndex();
+    QTableView::commitData(editor);
+    if (cell.isValid())
+        Q_EMIT cellLeft(m_model->recordAt(cell.row()), m_model->columns()[cell.column()].column);
 }
 
 // The view itself wants an input method only for cells that can be typed into; here Chinese finds a row, too.

@@ -52,6 +52,7 @@ public:
 Q_SIGNALS:
     void typed(const QString &column, const QString &text); // each change of the text in a cell editor
     void cellEdited(int row, const QString &column);        // the value stands in the record set
+    void cellLeft(int record, const QString &column);       // changed or not, what stood in its editor is taken
     void deletePressed();
     void rowActivated(); // double click or Enter where nothing can be typed; the row is the current one
 
@@ -61,6 +62,7 @@ protected:
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void focusInEvent(QFocusEvent *event) override;
+    void commitData(QWidget *editor) override;
     int sizeHintForColumn(int column) const override;
     void scrollContentsBy(int dx, int dy) override;
 

@@ -71,15 +71,19 @@ Grid *LinesPanel::addGrid(const LineGridSpec &spec, QWidget *parent)
     grid->setEnterColumns(spec.enterColumns);
     grid->setMinimumHeight(grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
     connect(grid, &Grid::cellEdited, this, [this, &spec](int, const QString &column) { edited(spec, column); });
+    connect(grid, &Grid::cellLeft, this, &LinesPanel::left);
     connect(grid, &Grid::typed, this,
             [this, grid](const QString &column, const QString &text) { typed(grid, column, text); });
     connect(grid, &Grid::deletePressed, this, [this, grid] { removeLines(grid); });
     grid->setKeyHook([this](int key) {
+        if (key == Qt::Key_Escape) {
+            const bool wasOpen = m_lookup && m_lookup->isVisible();
+            hideLookup();
+            return wasOpen;
+        }
         if (!isSearched())
             return false;
-        if (key == Qt::Key_Escape) {
-            hideLookup();
-        } else if (key == Qt::Key_Down) {
+        if (key == Qt::Key_Down) {
             m_typing->commitEditor();
             m_lookup->setFocus();
         } else {
@@ -269,6 +273,22 @@ void LinesPanel::tellBad(int row, int column)
     }
 }
 
+bool LinesPanel::isOwn(const Conflict &conflict) const
+{
+    const qsizetype key = conflict.columns.indexOf(m_spec.key.toLower());
+    const auto keyIn = [key](const QVariantList &row) { return row.value(key).toString().trimmed(); };
+    return key < 0 || conflict.now.isEmpty() ||
+           keyIn(conflict.now).compare(keyIn(conflict.read), Qt::CaseInsensitive) == 0;
+}
+
+void LinesPanel::goToNewLine()
+{
+    m_form.showLines();
+    Grid *grid = m_grids.first();
+    grid->setFocus();
+    grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 0));
+}
+
 bool LinesPanel::tellBadCell()
 {
     const QVector<int> waiting = records().isOpen() ? records().waitingRows() : QVector<int>();
@@ -281,20 +301,29 @@ bool LinesPanel::tellBadCell()
     return false;
 }
 
+// A text that its column cannot take is told behind the key that left the cell, which would close a message at once.
+void LinesPanel::left(int row, const QString &column)
+{
+    const int at = records().columnIndex(column);
+    const auto isLeftBad = [this, row, at] { return row < records().RecordCount() && at >= 0 && isBad(row, at); };
+    if (!isLeftBad())
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this, row, at, isLeftBad] {
+            const bool isOpen = std::any_of(m_grids.cbegin(), m_grids.cend(),
+                                            [](const Grid *grid) { return grid->cellEditor() != nullptr; });
+            if (m_form.isBusy() && !isOpen && isLeftBad()) // OK tells by itself
+                tellBad(row, at);
+        },
+        Qt::QueuedConnection);
+}
+
 void LinesPanel::edited(const LineGridSpec &spec, const QString &column)
 {
     const int row = records().absolutePosition(), at = records().columnIndex(column);
-    if (isBad(row, at)) {
-        // Behind the key that left the cell, which would close a message at once.
-        QMetaObject::invokeMethod(
-            this,
-            [this, row, at] {
-                if (m_form.isBusy() && row < records().RecordCount() && isBad(row, at))
-                    tellBad(row, at);
-            },
-            Qt::QueuedConnection);
-        return;
-    }
+    if (isBad(row, at))
+        return; // told when the cell is left
     // People write "1,234.50"; what follows calculates with the number.
     const QVariant value = records().valueAt(row, at);
     if (records().columnKind(at) == ColumnKind::Number && value.typeId() == QMetaType::QString)
@@ -350,7 +379,8 @@ void LinesPanel::placeLookup(const Grid *grid)
     const QPoint corner = grid->mapTo(window, QPoint(0, 0));
     const QRect cell = grid->visualRect(grid->currentIndex());
     const int cellTop = grid->viewport()->mapTo(window, cell.topLeft()).y(), cellBottom = cellTop + cell.height();
-    const int wanted = head + row * rowsOfLookup, least = head + row * leastRowsOfLookup;
+    const int wanted = head + row * qBound(1, m_lookup->model()->rowCount(), rowsOfLookup),
+              least = head + row * leastRowsOfLookup;
     QRect place(corner.x(), 0, qMin(grid->width(), window->width() - corner.x()), wanted);
     if (corner.y() >= least) {
         place.setHeight(qMin(wanted, corner.y()));
@@ -408,6 +438,7 @@ void LinesPanel::typed(Grid *grid, const QString &column, const QString &text)
         if (m_found.Recordset().isOpen() && m_found.Recordset().RecordCount() > 0)
             m_found.Recordset().setAbsolutePosition(m_lookup->recordsetModel()->recordAt(0));
         m_lookup->scrollToTop();
+        placeLookup(grid);
         m_searched = column;
         return;
     }

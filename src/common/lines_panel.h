@@ -55,6 +55,11 @@ public:
     // Forgets what waits of a head's lines.
     void drop(qint64 head);
 
+    // Whether what stands in the place of a line now is a line of the same head.
+    bool isOwn(const Conflict &conflict) const;
+    // The blank line, or the first where none can be added.
+    void goToNewLine();
+
     // Tells of the first cell whose text its column cannot take, opens it, and gives whether there was one.
     bool tellBadCell();
     QString captionOf(const QString &column) const;
@@ -67,6 +72,7 @@ private:
     void addLookup(QWidget *window);
     void startLine();
     void removeLines(Grid *grid);
+    void left(int row, const QString &column);
     void edited(const LineGridSpec &spec, const QString &column);
     void runRules(const LineGridSpec &spec, const QString &column);
     void take(const QVector<Preset> &presets);

@@ -98,6 +98,9 @@ void RecordForm::build()
         m_lines->addTo(layout, m_content.get());
     else
         layout->addStretch(1);
+    if (m_lines)
+        connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+Return")), this), &QShortcut::activated, m_lines.get(),
+                &LinesPanel::goToNewLine);
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
     scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere

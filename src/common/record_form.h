@@ -134,8 +134,8 @@ private:
     QStringList firstColumn(const char *statement, const Values &values);
 
     bool missesRequiredField();
-    bool storeWaiting();                   // gives false when the clerk goes back
-    bool settle(const Conflict &conflict); // asks; gives whether to go on storing
+    bool storeWaiting();            // gives false when the clerk goes back
+    bool settle(Conflict conflict); // asks; gives whether to go on storing
     QString worded(const DataError &error);
 
     RecordFormSpec m_spec;

@@ -1,5 +1,6 @@
 // What a record form's declared rules do: values that new records begin with, choices in combo boxes, checks of fields
 // that are left.
+#include "common/combo_field.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
 #include "common/record_form.h"
@@ -170,8 +171,10 @@ void RecordForm::fieldChosen(const QString &field)
         return;
     const bool writes = std::any_of(pick->steps.cbegin(), pick->steps.cend(),
                                     [](const PickStep &step) { return step.clear || step.insert; });
-    if (writes && tellTakenKey())
+    if (writes && tellTakenKey()) {
+        m_panel->control(field).combo()->forgetChoice();
         return;
+    }
     struct Write {
         const char *statement;
         Values values;

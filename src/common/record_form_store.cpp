@@ -18,7 +18,8 @@ QString RecordForm::proposedKey()
     const int column = records().columnIndex(m_panel->field(keyField()).column);
     QStringList waiting;
     for (const int row : records().waitingRows())
-        waiting.append(records().valueAt(row, column).toString());
+        if (!m_added || records().keyAt(row) != m_added) // its own number is no other record's
+            waiting.append(records().valueAt(row, column).toString());
     std::optional<QVariant> last;
     if (!m_spec.numbering.lookup && records().RecordCount() > 0)
         last = records().valueAt(records().RecordCount() - 1, column);
@@ -98,6 +99,7 @@ void RecordForm::edit()
 
 void RecordForm::save()
 {
+    m_panel->takeTyped(); // a shortcut key leaves no field
     if (m_lines)
         m_lines->commitEditors();
     if (!passesOwnChecks() || (m_lines && m_lines->tellBadCell()))
@@ -219,9 +221,12 @@ bool RecordForm::store(const std::function<void()> &work)
     }
 }
 
-bool RecordForm::settle(const Conflict &conflict)
+bool RecordForm::settle(Conflict conflict)
 {
     const bool isLine = conflict.set != &records();
+    if (isLine &&
+        !m_lines->isOwn(conflict)) // another document's line, which was given the identity of one that is gone
+        conflict.now.clear();
     ConflictQuestion question;
     question.kind = conflict.now.isEmpty()     ? ConflictQuestion::Gone
                     : conflict.typed.isEmpty() ? ConflictQuestion::Deleting
@@ -230,6 +235,8 @@ bool RecordForm::settle(const Conflict &conflict)
         return Recordset::text(row.value(column), conflict.kinds[column]);
     };
     question.record = m_spec.caption + u' ' + text(keyField()).trimmed();
+    if (isLine && conflict.set->rowOfKey(conflict.key) >= 0)
+        question.record += QStringLiteral("，第%1行").arg(conflict.set->rowOfKey(conflict.key) + 1);
     QVector<qsizetype> asked; // columns of the question's fields
     for (qsizetype i = 0; i < conflict.columns.size(); ++i) {
         const QString &column = conflict.columns[i];

@@ -227,7 +227,12 @@ void Recordset::Delete()
 {
     if (m_position < 0 || EOF_())
         throw DataError(3021, QStringLiteral("没有当前记录"));
-    m_impl->remove(*m_connection, this, m_position);
+    try {
+        m_impl->remove(*m_connection, this, m_position);
+    } catch (DataError &error) {
+        error.locate(this, m_position);
+        throw;
+    }
     const int row = m_position;
     removeRow(row);
     m_position = row;

@@ -40,6 +40,7 @@ public:
     QModelIndexList match(const QModelIndex &start, int role, const QVariant &value, int hits,
                           Qt::MatchFlags flags) const override;
 
+    int recordCount() const { return m_recordset.RecordCount(); }
     // Where a row stands in the record set, and where a record stands among the rows.
     int recordAt(int row) const { return m_records.value(row, row); }
     int rowOf(int record) const { return m_rows.value(record, record); }

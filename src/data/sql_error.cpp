@@ -40,6 +40,7 @@ const QList<Meaning> &meanings()
         {"录入的内容太长", Refusal::TooLong, {1406, 8152, 2628}, {"22001"}, {"string or blob too big"}, 0},
         {"该栏不能为空", Refusal::Missing, {1048, 1364, 515}, {}, {"NOT NULL constraint failed"}, 0},
         {"其他用户正在保存，请稍后再试", Refusal::None, {1205, 1213, 1222}, {"40001"}, {"database is locked"}, 0},
+        {"文件不是数据库，或已损坏", Refusal::None, {}, {}, {"file is not a database"}, 0},
         {"数据库服务器不接受这个用户名、口令或数据库名",
          Refusal::None,
          {1044, 1045, 1049, 4060, 18452, 18456},

@@ -1,6 +1,7 @@
 #include "shell/main_window.h"
 
 #include "common/dialogs.h"
+#include "data/data_error.h"
 #include "shell/commands.h"
 #include "shell/open_forms.h"
 #include "shell/picture.h"
@@ -222,7 +223,12 @@ void main_FRM::openForm(const QString &form)
         const FormEntry *entry = formEntry(form);
         if (!entry)
             return;
-        window = entry->make(this);
+        try {
+            window = entry->make(this);
+        } catch (const DataError &error) { // what is open stays open
+            dialogs().message(this, error.text(), QStringLiteral("系统提示"), MessageIcon::Critical);
+            return;
+        }
         // Only dialogs stay in front of the window that they belong to, whoever manages the windows.
         Qt::WindowFlags flags = window->windowFlags() | Qt::Dialog;
         if (!window->isWindow())

@@ -41,6 +41,7 @@ QTableView { gridline-color: palette(midlight); }
 QHeaderView::section { padding: 4px 6px; border: 0; border-right: 1px solid palette(midlight); border-bottom: 1px solid palette(mid); background: palette(window); }
 #state { padding: 4px 10px; border-left: 6px solid palette(mid); }
 #state[busy="true"] { border-left-color: palette(highlight); background: palette(base); font-weight: bold; }
+QLabel[required="true"] { color: #b3261e; }
 #lblTitle, #brand { font-size: 14pt; font-weight: bold; }
 )";
 
