@@ -74,7 +74,8 @@ FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *
         // The keys typed next belong to the tab that is shown.
         connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, [this, index] {
             const QVector<FieldSpec> &fields = m_spec.pages[index].fields;
-            const auto first = std::find_if(fields.cbegin(), fields.cend(), [](const auto &one) { return !one.hidden; });
+            const auto first =
+                std::find_if(fields.cbegin(), fields.cend(), [](const auto &one) { return !one.hidden; });
             if (first != fields.cend())
                 focus(first->name);
         });
@@ -163,11 +164,13 @@ void FieldPanel::addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame)
 
 QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
 {
-    auto control = FieldControl::make(field, m_spec.picture, page,
-                                      [this, &field](const QVariant &value) { write(field, value); });
+    auto control =
+        FieldControl::make(field, m_spec.picture, page, [this, &field](const QVariant &value) { write(field, value); });
     QWidget *widget = control->widget(), *frame = control->frame();
     widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
     QString name = plainCaption(field.caption);
+    if (name.isEmpty() && field.joined && !m_order.isEmpty())
+        name = m_order.last()->control->widget()->accessibleName();
     if (name.isEmpty() && widget->accessibleName().isEmpty())
         name = m_spec.pages[index].caption;
     if (!name.isEmpty())
@@ -234,9 +237,13 @@ void FieldPanel::offer(const QString &combo, const QStringList &items)
 
 QString FieldPanel::captionOf(const QString &column) const
 {
-    for (const Entry *entry : m_order) // joined boxes and papers repeat a column; the first caption names it
-        if (entry->spec->column.compare(column, Qt::CaseInsensitive) == 0 && !entry->spec->caption.isEmpty())
-            return plainCaption(entry->spec->caption);
+    QString caption; // joined boxes have that of the field before; papers repeat a column, the first caption names it
+    for (const Entry *entry : m_order) {
+        if (!entry->spec->joined || !entry->spec->caption.isEmpty())
+            caption = plainCaption(entry->spec->caption);
+        if (entry->spec->column.compare(column, Qt::CaseInsensitive) == 0 && !caption.isEmpty())
+            return caption;
+    }
     return column;
 }
 
