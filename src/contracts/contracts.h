@@ -7,5 +7,6 @@ namespace tradewick
 {
 
 RecordFormSpec YY_WXHT(); // export contracts
+RecordFormSpec YY_CGHT(); // purchase contracts
 
 } // namespace tradewick

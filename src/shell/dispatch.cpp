@@ -45,6 +45,7 @@ const QVector<DeclaredForm> &declaredForms()
         {"sys_bzsz", sys_bzsz, Placement::FreeArea},
         {"sys_QXSZ", sys_QXSZ, Placement::FreeArea},
         {"YY_WXHT", YY_WXHT, Placement::ScreenWidth},
+        {"YY_CGHT", YY_CGHT, Placement::ScreenWidth},
         {"Sys_CwGs_ZL", Sys_CwGs_ZL, Placement::ScreenWidth},
         {"Sys_GKSZ", Sys_GKSZ, Placement::FreeArea},
         {"sys_JLDW", sys_JLDW, Placement::FreeArea},
