@@ -46,6 +46,8 @@ const QVector<DeclaredForm> &declaredForms()
         {"sys_QXSZ", sys_QXSZ, Placement::FreeArea},
         {"YY_WXHT", YY_WXHT, Placement::ScreenWidth},
         {"YY_CGHT", YY_CGHT, Placement::ScreenWidth},
+        {"YY_XyZ_New_Rpt", YY_XyZ_New_Rpt, Placement::ScreenWidth},
+        {"YY_Yh_XYZ", YY_Yh_XYZ, Placement::ScreenWidth},
         {"Sys_CwGs_ZL", Sys_CwGs_ZL, Placement::ScreenWidth},
         {"Sys_GKSZ", Sys_GKSZ, Placement::FreeArea},
         {"sys_JLDW", sys_JLDW, Placement::FreeArea},
