@@ -18,7 +18,8 @@ QString RecordForm::proposedKey()
     const int column = records().columnIndex(m_panel->field(keyField()).column);
     QStringList waiting;
     for (const int row : records().waitingRows())
-        waiting.append(records().valueAt(row, column).toString());
+        if (records().keyAt(row) != m_added) // the record that the number is for
+            waiting.append(records().valueAt(row, column).toString());
     std::optional<QVariant> last;
     if (!m_spec.numbering.lookup && records().RecordCount() > 0)
         last = records().valueAt(records().RecordCount() - 1, column);
@@ -32,6 +33,7 @@ void RecordForm::add()
         run(m_spec.failures.add,
             {[this] {
                  m_adding = true;
+                 m_added = 0;
                  setBusy(true, true);
              },
              [&] { number = proposedKey(); },
