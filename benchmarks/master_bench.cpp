@@ -1,11 +1,11 @@
 // Master data of a large company: forms with trees, the product register, a sorted list; each beside the bare SQL.
+#include "common/branch_tree.h"
 #include "common/globals.h"
+#include "common/record_form.h"
 #include "contracts/contracts.h"
 #include "database/description.h"
 #include "figures.h"
 #include "form_bench.h"
-#include "common/branch_tree.h"
-#include "common/record_form.h"
 #include "masterdata/masterdata.h"
 
 #include <QApplication>

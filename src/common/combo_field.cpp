@@ -130,16 +130,15 @@ bool ComboField::eventFilter(QObject *watched, QEvent *event)
         const int key = static_cast<QKeyEvent *>(event)->key();
         auto *list = qobject_cast<QAbstractItemView *>(watched);
         if (list && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
-            if (list == completer()->popup() && !list->currentIndex().isValid()) {
+            QMetaObject::invokeMethod(this, &ComboField::enterPressed, Qt::QueuedConnection); // once the list is closed
+            if (completer() && list == completer()->popup() && !list->currentIndex().isValid()) {
                 const int exact = findText(currentText(), Qt::MatchFixedString);
                 const int item = exact >= 0 ? exact : onlyItemBeginningWith(currentText());
                 list->hide();
                 if (item >= 0 && currentText() != m_shown)
                     choose(item);
-                Q_EMIT enterPressed();
                 return true;
             }
-            QMetaObject::invokeMethod(this, &ComboField::enterPressed, Qt::QueuedConnection);
         }
     }
     return QComboBox::eventFilter(watched, event);

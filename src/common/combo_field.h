@@ -1,4 +1,5 @@
-// A combo box of a form: it can be locked like a text field, and it tells a choice from a text that merely stands there.
+// A combo box of a form: it can be locked like a text field, and it tells a choice from a text that merely stands
+// there.
 #pragma once
 
 #include <QComboBox>

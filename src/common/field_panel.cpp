@@ -3,6 +3,7 @@
 #include "common/combo_field.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCompleter>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QShortcut>
 #include <QTabWidget>
@@ -180,7 +182,7 @@ QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
         combo->lineEdit()->installEventFilter(this);
         combo->lineEdit()->setAccessibleName(combo->accessibleName());
         connect(combo, &ComboField::chosen, this, [this, &field] { Q_EMIT chosen(field.name); });
-        connect(combo, &ComboField::enterPressed, this, [this] { focusNextChild(); });
+        connect(combo, &ComboField::enterPressed, this, [this] { goOn(); });
     }
     const auto at = m_fields.emplace(field.name, Entry{&field, index, std::move(control)});
     m_order.append(&at.first->second);
@@ -280,13 +282,22 @@ void FieldPanel::write(const FieldSpec &field, const QVariant &value)
 
 // ---- the keyboard ----
 
+// To the next field; buttons beside a field are Tab's, for Enter there would act.
+void FieldPanel::goOn()
+{
+    focusNextChild();
+    for (int buttons = 0; buttons < 2 && isAncestorOf(QApplication::focusWidget()); ++buttons)
+        if (qobject_cast<QPushButton *>(QApplication::focusWidget()))
+            focusNextChild();
+}
+
 bool FieldPanel::key(const QString &name, QWidget *widget, int key)
 {
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
         // While the list of what fits is open, the focus would move without a word to the field that is left.
         if (ComboField *combo = control(name).combo())
             combo->completer()->popup()->hide();
-        focusNextChild();
+        goOn();
         return true;
     }
     // A long text keeps the arrows until its first or last line.

@@ -67,6 +67,7 @@ private:
     void show(const FieldSpec &field);
     void write(const FieldSpec &field, const QVariant &value);
     bool key(const QString &name, QWidget *widget, int key);
+    void goOn();
 
     struct Entry {
         const FieldSpec *spec;

@@ -259,9 +259,9 @@ void LinesPanel::tellBad(int row, int column)
         });
         if (shown == columns.cend())
             continue;
-        dialogs().message(&m_form,
-                          records().columnKind(column) == ColumnKind::Date ? RecordForm::badDate() : RecordForm::badNumber(),
-                          RecordForm::systemTitle(), MessageIcon::Critical);
+        dialogs().message(
+            &m_form, records().columnKind(column) == ColumnKind::Date ? RecordForm::badDate() : RecordForm::badNumber(),
+            RecordForm::systemTitle(), MessageIcon::Critical);
         m_form.showLines();
         grid->setFocus();
         grid->editCell(row, shown->column);

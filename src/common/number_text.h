@@ -14,8 +14,8 @@ QString numberText(double number);
 // What follows is ignored, a text that begins with no number gives 0. Throws DataError 6 for a number too large.
 double numberFromText(const QString &text);
 
-// Rounds to decimal places; an exact half of the number's decimal form goes to the even neighbour. That form has at most
-// 15 significant digits, so that a sum of 3.1349999999999998 is the 3.135 that its figures make.
+// Rounds to decimal places; an exact half of the number's decimal form goes to the even neighbour. That form has at
+// most 15 significant digits, so that a sum of 3.1349999999999998 is the 3.135 that its figures make.
 double roundHalfEven(double number, int places);
 
 } // namespace tradewick

@@ -199,7 +199,7 @@ void RecordForm::showState()
                      : !m_busy ? QStringLiteral("浏览")
                      : adding  ? QStringLiteral("新增")
                                : QStringLiteral("编辑"));
-    m_list->grid()->recordsetModel()->markChanged();
+    m_list->showMarks();
 }
 
 void RecordForm::showLines()
@@ -238,8 +238,9 @@ void RecordForm::closeEvent(QCloseEvent *event)
         QApplication::beep();
         event->ignore();
     } else {
-        event->setAccepted(!anyWaits || dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"),
-                                                      systemTitle(), OnEnter::No));
+        event->setAccepted(!anyWaits ||
+                           dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"),
+                                         systemTitle(), OnEnter::No));
     }
 }
 

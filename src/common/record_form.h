@@ -134,7 +134,7 @@ private:
     QStringList firstColumn(const char *statement, const Values &values);
 
     bool missesRequiredField();
-    bool storeWaiting(); // gives false when the clerk goes back
+    bool storeWaiting();                   // gives false when the clerk goes back
     bool settle(const Conflict &conflict); // asks; gives whether to go on storing
     QString worded(const DataError &error);
 

@@ -296,9 +296,12 @@ void RecordForm::fieldLeft(const QString &field)
     if (!isBusy() || control->hasFocus() || m_buttons["Cmdcancel"]->hasFocus())
         return;
     if (field == keyField() && m_lines && hasRecord()) {
-        // Lines are found by the key as it stands; blanks around it would part them from their head.
-        if (const QString key = text(field); key != key.trimmed())
-            setText(field, key.trimmed());
+        // Lines bear the key without blanks around it; one before it would part them from their head.
+        if (QString key = text(field); key.startsWith(u' ')) {
+            while (key.startsWith(u' '))
+                key.remove(0, 1);
+            setText(field, key);
+        }
         const bool ownCheck = std::any_of(m_spec.checks.cbegin(), m_spec.checks.cend(),
                                           [](const FieldCheck &check) { return check.kind == FieldCheck::NotTaken; });
         if (!ownCheck && tellTakenKey())
@@ -342,9 +345,9 @@ bool RecordForm::tellTakenKey()
     if (!isTaken)
         return false;
     const FieldSpec &key = m_panel->field(keyField());
-    dialogs().message(
-        this, QStringLiteral("%1“%2”已被另一记录使用，请核对！").arg(plainCaption(key.caption), text(key.name)),
-        systemTitle(), MessageIcon::Critical);
+    dialogs().message(this,
+                      QStringLiteral("%1“%2”已被另一记录使用，请核对！").arg(plainCaption(key.caption), text(key.name)),
+                      systemTitle(), MessageIcon::Critical);
     focusFirst();
     return true;
 }

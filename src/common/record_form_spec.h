@@ -202,8 +202,8 @@ struct LineGridSpec {
 struct LookupSearch {
     QString column;
     const char *statement = nullptr;
-    QString needs{};                           // a column of the line without which nothing is searched
-    QString ownColumn{}, notOwn{};             // a column that must hold the head's key, and what is said otherwise
+    QString needs{};               // a column of the line without which nothing is searched
+    QString ownColumn{}, notOwn{}; // a column that must hold the head's key, and what is said otherwise
 };
 
 // The list that is searched, and what a row chosen there does to the line.
@@ -233,7 +233,8 @@ struct LinesSpec {
 struct FilterSpec {
     QString name, caption;
     const char *statement = nullptr; // with {text}
-    const char *via = nullptr;       // whose first row's columns are placeholders of the statement; without a row nothing changes
+    const char *via =
+        nullptr; // whose first row's columns are placeholders of the statement; without a row nothing changes
     bool trimmed = true;
 };
 

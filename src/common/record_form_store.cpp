@@ -30,47 +30,46 @@ void RecordForm::add()
 {
     QString number;
     const bool reached =
-        run(m_spec.failures.add,
-            {[this] {
-                 m_adding = true;
-                 m_added = 0;
-                 setBusy(true, true);
-             },
-             [&] { number = proposedKey(); },
-             [this] {
-                 if (records().RecordCount() > 0)
-                     records().MoveLast();
-             },
-             [this] {
-                 records().AddNew();
-                 m_added = records().keyAt(records().absolutePosition());
-             },
-             [this] { m_panel->lock(false); }, [this] { focusFirst(); },
-             [&] {
-                 const auto take = [&] {
-                     setText(keyField(), number);
-                     if (!m_spec.alsoNumbered.isEmpty())
-                         records().Fields(m_spec.alsoNumbered).setValue(number);
-                 };
-                 if (!number.isEmpty())
-                     take();
-                 // Lines under a number just proposed are another desktop's, which was faster.
-                 while (!number.isEmpty() && m_lines && lines().RecordCount() > 0) {
-                     const QString next = proposedKey();
-                     if (next == number)
-                         break;
-                     number = next;
-                     take();
-                 }
-                 for (const Preset &preset : std::as_const(m_spec.defaults))
-                     records().Fields(preset.column).setValue(filled(preset));
-                 for (const DefaultSpec &box : std::as_const(m_spec.tree.defaults))
-                     if (const QString offered = m_list->defaultValue(box); !offered.isEmpty())
-                         setText(box.field, offered);
-                 if (m_spec.onAdd)
-                     m_spec.onAdd(*this);
-                 focusFirst(); // what was proposed is selected, to be typed over
-             }});
+        run(m_spec.failures.add, {[this] {
+                                      m_adding = true;
+                                      m_added = 0;
+                                      setBusy(true, true);
+                                  },
+                                  [&] { number = proposedKey(); },
+                                  [this] {
+                                      if (records().RecordCount() > 0)
+                                          records().MoveLast();
+                                  },
+                                  [this] {
+                                      records().AddNew();
+                                      m_added = records().keyAt(records().absolutePosition());
+                                  },
+                                  [this] { m_panel->lock(false); }, [this] { focusFirst(); },
+                                  [&] {
+                                      const auto take = [&] {
+                                          setText(keyField(), number);
+                                          if (!m_spec.alsoNumbered.isEmpty())
+                                              records().Fields(m_spec.alsoNumbered).setValue(number);
+                                      };
+                                      if (!number.isEmpty())
+                                          take();
+                                      // Lines under a number just proposed are another desktop's, which was faster.
+                                      while (!number.isEmpty() && m_lines && lines().RecordCount() > 0) {
+                                          const QString next = proposedKey();
+                                          if (next == number)
+                                              break;
+                                          number = next;
+                                          take();
+                                      }
+                                      for (const Preset &preset : std::as_const(m_spec.defaults))
+                                          records().Fields(preset.column).setValue(filled(preset));
+                                      for (const DefaultSpec &box : std::as_const(m_spec.tree.defaults))
+                                          if (const QString offered = m_list->defaultValue(box); !offered.isEmpty())
+                                              setText(box.field, offered);
+                                      if (m_spec.onAdd)
+                                          m_spec.onAdd(*this);
+                                      focusFirst(); // what was proposed is selected, to be typed over
+                                  }});
     if (reached)
         return;
     // Without the server there is neither a number nor a record to type into.
@@ -193,8 +192,8 @@ bool RecordForm::storeWaiting()
     };
     try {
         const bool stored = store([&] {
-            if (hasRecord())
-                unit(shown);
+            if (hasRecord()) // under another identity where it is stored anew
+                unit(records().keyAt(records().absolutePosition()));
             if (m_spec.onStore)
                 m_spec.onStore(*this);
         });
@@ -361,8 +360,7 @@ void RecordForm::dropLines()
 
 void RecordForm::deleteRecord()
 {
-    if (!m_spec.deleteQuestion.isEmpty() &&
-        !dialogs().ask(this, m_spec.deleteQuestion, systemTitle(), OnEnter::No))
+    if (!m_spec.deleteQuestion.isEmpty() && !dialogs().ask(this, m_spec.deleteQuestion, systemTitle(), OnEnter::No))
         return;
     bool back = false;
     run(m_spec.failures.deleteAndCancel,
@@ -371,9 +369,10 @@ void RecordForm::deleteRecord()
              const bool isThere = hasRecord(), isNew = isThere && records().isNew(row);
              const qint64 head = isThere ? records().keyAt(row) : 0;
              // Of a record whose number was typed over the lines of the stored one go, not those of the number's owner.
-             const QVariant key = isThere && !isNew ? records().storedValueAt(row, records().columnIndex(m_panel->field(
-                                                                                       keyField()).column))
-                                                    : QVariant(text(keyField()));
+             const QVariant key =
+                 isThere && !isNew
+                     ? records().storedValueAt(row, records().columnIndex(m_panel->field(keyField()).column))
+                     : QVariant(text(keyField()));
              const bool ownLines = m_lines && (!isNew || !isKeyTaken());
              back = !store([&] {
                  if (ownLines)

@@ -59,6 +59,12 @@ RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *pa
         setTabOrder(m_tree, m_grid);
 }
 
+// By the view: a header told of its sections looks at every one of them.
+void RecordList::showMarks()
+{
+    m_grid->verticalHeader()->viewport()->update();
+}
+
 void RecordList::setWaysOpen(bool open)
 {
     for (QWidget *way : std::as_const(m_ways))

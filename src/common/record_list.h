@@ -25,6 +25,8 @@ public:
 
     Grid *grid() const { return m_grid; }
     BranchTree *tree() const { return m_tree; }
+    // Other records bear a mark than before.
+    void showMarks();
     // Whether the clerk can go to other records.
     void setWaysOpen(bool open);
     // Reads the tree and what the boxes above it offer anew. Throws DataError.

@@ -222,12 +222,6 @@ void RecordsetModel::setFirst(const QString &column, const QString &value)
     m_firstValue = value.trimmed();
 }
 
-void RecordsetModel::markChanged()
-{
-    if (rowCount() > 0)
-        Q_EMIT headerDataChanged(Qt::Vertical, 0, rowCount() - 1);
-}
-
 QModelIndexList RecordsetModel::match(const QModelIndex &start, int role, const QVariant &value, int hits,
                                       Qt::MatchFlags flags) const
 {

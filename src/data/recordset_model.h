@@ -33,9 +33,8 @@ public:
     void sort(int column, Qt::SortOrder order) override;
     // Rows that bear a mark beside them, asked for by record.
     void setMark(std::function<bool(int record)> mark) { m_mark = std::move(mark); }
-    void markChanged();
-    // Rows whose column holds the value, regardless of case and blanks at the end, stand before all others from the next
-    // opening on; for sets that nobody adds to.
+    // Rows whose column holds the value, regardless of case and blanks at the end, stand before all others from the
+    // next opening on; for sets that nobody adds to.
     void setFirst(const QString &column, const QString &value);
     // As a view asks for what is typed on the keyboard; the column is read in one statement.
     QModelIndexList match(const QModelIndex &start, int role, const QVariant &value, int hits,

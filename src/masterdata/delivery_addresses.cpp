@@ -7,14 +7,14 @@ namespace tradewick
 RecordFormSpec sys_SSDZ()
 {
     const char *const classes = "select DISTINCT sslb from sys_SSDz";
-    const BranchSpec addresses{
-        "ssdz", "select distinct ssdz from sys_SSDz where sslb='{sslb}'", {"ssdz"}, "ssdz"};
+    const BranchSpec addresses{"ssdz", "select distinct ssdz from sys_SSDz where sslb='{sslb}'", {"ssdz"}, "ssdz"};
     return {
         .name = "sys_SSDZ",
         .caption = "收货地点、送货地点设置",
         .statement = "select * FROM sys_SSDZ order by dzbh",
-        .pages = {{"",
-                   {{"Text(0)", "dzbh", "地址编号:"}, {"Text(1)", "sslb", "收送类别:"}, {"Text(2)", "ssdz", "收送地址:"}}}},
+        .pages =
+            {{"",
+              {{"Text(0)", "dzbh", "地址编号:"}, {"Text(1)", "sslb", "收送类别:"}, {"Text(2)", "ssdz", "收送地址:"}}}},
         .list = {{"dzbh", "地址编号"}, {"ssdz", "收送地址"}},
         .numbering = running("S", 3, nullptr), // from the last row that the form shows
         .required = codeAndName(),

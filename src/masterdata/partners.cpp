@@ -11,8 +11,8 @@ RecordFormSpec partnerRegister(const PartnerNaming &own)
 {
     const auto print = [own](RecordForm &form) {
         const QString key = form.text("Text1(0)");
-        const bool one = key.trimmed().isEmpty() || 
-                         dialogs().ask(&form, own.question, RecordForm::systemTitle(), OnEnter::Yes);
+        const bool one =
+            key.trimmed().isEmpty() || dialogs().ask(&form, own.question, RecordForm::systemTitle(), OnEnter::Yes);
         printRecord(one ? own.one : own.all, key, &form);
     };
     return {
@@ -41,8 +41,8 @@ RecordFormSpec partnerRegister(const PartnerNaming &own)
                     {"Combo1(4)", "zffs", "付款方式:", field::combo("select DISTINCT zffs from sys_zffs")},
                     // A text like the others: no format is asked of it before the database does.
                     {"Text1(6)", "djrq", own.dateCaption},
-                    {"Combo1(3)", "djy", "登记员:",
-                     field::combo("select DISTINCT name from sys_gzry where zhwu like '%文%'")}}}},
+                    {"Combo1(3)", "djy",
+                     "登记员:", field::combo("select DISTINCT name from sys_gzry where zhwu like '%文%'")}}}},
         .pairsInRow = 2,
         .captions = {"前端", "向前", "向后", "后端", "新增", "删除", "修改", "确认", "取消", "返回"},
         .buttons = {{"Cmdprint", "打印", "Ctrl+P", print}},

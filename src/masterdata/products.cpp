@@ -33,19 +33,18 @@ void saveAs(RecordForm &form)
     for (const QString &field : fields)
         kept.append(form.text(field).trimmed());
     bool copied = false;
-    form.run(Failure::Report,
-             {[&] {
-                  form.connection()->transaction([&] {
-                      Recordset &prices = form.lines();
-                      for (int row = 0; row < prices.RecordCount(); ++row) {
-                          Values price; // a general price: whose customer it was for is not copied
-                          for (const char *column : {"gg", "gys_bizh", "gys_dj", "jmdj", "jkdj"})
-                              price.insert(column, prices.valueAt(row, prices.columnIndex(column)));
-                          form.connection()->Execute(copyPrice, price);
-                      }
-                  });
-              },
-              [&] { copied = true; }});
+    form.run(Failure::Report, {[&] {
+                                   form.connection()->transaction([&] {
+                                       Recordset &prices = form.lines();
+                                       for (int row = 0; row < prices.RecordCount(); ++row) {
+                                           Values price; // a general price: whose customer it was for is not copied
+                                           for (const char *column : {"gg", "gys_bizh", "gys_dj", "jmdj", "jkdj"})
+                                               price.insert(column, prices.valueAt(row, prices.columnIndex(column)));
+                                           form.connection()->Execute(copyPrice, price);
+                                       }
+                                   });
+                               },
+                               [&] { copied = true; }});
     if (!copied)
         return;
     form.setProperty(copying, true);
@@ -88,21 +87,18 @@ RecordFormSpec yy_cpbj()
                    {{"Text(0)", "cpbh", "商品编号:"},
                     {"Combo1(0)", "cplb", "商品类别:", field::combo("select DISTINCT cplb from yy_bzdj")},
                     {"Text(1)", "cpmc", "商品名称:"},
-                    {"Combo1(1)", "dw", "单    位:",
-                     field::combo("select DISTINCT jldw from sys_jldw where not jldw is null ")},
+                    {"Combo1(1)", "dw",
+                     "单    位:", field::combo("select DISTINCT jldw from sys_jldw where not jldw is null ")},
                     {"Text(2)", "bacp", "H.S.编码:"},
                     {"Text(3)", "beizhu", "备    注:"}}}},
         .pairsInRow = 2,
         .list = {{"cpbh", "商品编号"}, {"cpmc", "商品名称"}},
-        .buttons = {{.name = "CMd_LC",
-                     .caption = "另存",
-                     .shortcut = "Ctrl+Shift+S",
-                     .press = saveAs,
-                     .whileAdding = true},
-                    {"Cmdprint", "打印", "Ctrl+P",
-                     [](RecordForm &form) { // the whole price list, whatever product is shown
-                         printRecord("商品资料明细表", form.text("Text(0)"), &form, "没有记录，不能打印！");
-                     }}},
+        .buttons =
+            {{.name = "CMd_LC", .caption = "另存", .shortcut = "Ctrl+Shift+S", .press = saveAs, .whileAdding = true},
+             {"Cmdprint", "打印", "Ctrl+P",
+              [](RecordForm &form) { // the whole price list, whatever product is shown
+                  printRecord("商品资料明细表", form.text("Text(0)"), &form, "没有记录，不能打印！");
+              }}},
         .required = {{"Text(0)", "编号不能为空"}},
         .checks = {isNew("Text(0)", "select * from yy_bzdj where cpbh='{text}'", "商品编码，不能重复，请核对！")},
         .lines = {.statement = "select * from yy_bzdj_b where cpbh='{cpbh}'",

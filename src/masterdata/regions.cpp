@@ -16,14 +16,15 @@ RecordFormSpec sys_qysz()
 {
     // Cities follow the region's name alone: one that two countries have shows the same cities under both.
     const BranchSpec cities{"zheng", "select distinct zheng from sys_qysz where shi='{shi}'", {"zheng"}, "zheng"};
-    const BranchSpec provinces{
-        "shi", "select distinct shi from sys_qysz where sheng='{sheng}'", {"shi"}, "shi", 0, {cities}};
+    const BranchSpec provinces{"shi",   "select distinct shi from sys_qysz where sheng='{sheng}'", {"shi"}, "shi", 0,
+                               {cities}};
     return {
         .name = "sys_qysz",
         .caption = "区域设置",
         .statement = "select * FROM sys_qysz order by sheng,shi,zheng",
-        .pages = {{"",
-                   {{"Text(0)", "sheng", "国别设置:"}, {"Text(1)", "shi", "州省/地区:"}, {"Text(2)", "zheng", "市/县:"}}}},
+        .pages =
+            {{"",
+              {{"Text(0)", "sheng", "国别设置:"}, {"Text(1)", "shi", "州省/地区:"}, {"Text(2)", "zheng", "市/县:"}}}},
         .list = {{"sheng", "国别"}, {"shi", "州省/地区"}, {"zheng", "市/县"}},
         .notes = {"注：区域设置，是对国内供应厂家按区域分类而设，分三层管理。"},
         // No command of the menus opens the addresses; they are reached from here.

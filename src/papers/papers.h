@@ -106,8 +106,8 @@ FilledReport fill(const Document &document, Connection &connection, const QStrin
 // DataError as fill() does; nothing is shown then.
 void showDocument(const QString &name, Connection &connection, const QString &number, QWidget *parent);
 
-// What the print button of a form does: the document of the record that is shown. Without a number it says so; what goes
-// wrong is told.
+// What the print button of a form does: the document of the record that is shown. Without a number it says so; what
+// goes wrong is told.
 void printRecord(const QString &name, const QString &number, QWidget *parent,
                  const QString &withoutNumber = QStringLiteral("没有当前记录，不能打印！"));
 

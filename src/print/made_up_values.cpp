@@ -103,8 +103,9 @@ constexpr Known table[] = {
      "FOR ACCOUNT OF THE APPLICANT."},
     {"beizhu jyfw jkgx l_nr", "家居装饰品、镜子、装饰画", "家居装饰品、镜子、装饰画、相框及配件的生产与销售；样品须经客户书面确认后方可投产"},
     // amounts in words, and what else forms put into labels
-    {"l_zjje l_talam l_ywje", amountInWords, longAmountInWords},
+    {"l_talam l_ywje", amountInWords, longAmountInWords},
     {"l_talau", "TWENTY FOUR THOUSAND PCS ONLY", "NINE HUNDRED AND EIGHTY SEVEN THOUSAND SEVEN HUNDRED AND SEVENTY SEVEN PCS ONLY"},
+    {"l_zjje", "USD 12705.5", "USD 98765432.1"},
     {"l_hzje l_zwje jshj_dx sj_sjjedx", "壹万贰仟柒佰零伍元伍角整", "玖亿捌仟柒佰柒拾柒万柒仟柒佰柒拾柒元柒角柒分"},
     {"l_qsrq l_jzrq l_djrq l_nyr l_bjrq l_dcrq lbl_date", "2026-11-24", ""},
     {"qyrq qzrq kzrq bgrq hgfxrq xyzyxq djrq jhrq zyqx yxqsrq yxjzrq htrq zhsj", "2026-11-24", ""},

@@ -157,7 +157,8 @@ bool ReportPreview::printOn(QPrinter &printer)
 {
     Paper paper = paperOf(printer.pageLayout(), false);
     if (!isOverlay() && !fitsAcross(m_report.model(), paper.width, paper.height) &&
-        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption(), OnEnter::Yes))
+        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption(),
+                      OnEnter::Yes))
         paper = paperOf(printer.pageLayout(), true);
     QVector<PagePtr> pages = m_view->pages();
     if (pages.isEmpty())

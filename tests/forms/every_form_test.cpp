@@ -23,8 +23,8 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
     for (const FieldSpec &field : fields) {
         if (!isTyped(field) || typed.contains(field.column.toLower()))
             continue;
-        const QString text = kindOf(field) == ColumnKind::Date ? QStringLiteral("2026-03-05")
-                                                                : QString::number(10000 + typed.size());
+        const QString text =
+            kindOf(field) == ColumnKind::Date ? QStringLiteral("2026-03-05") : QString::number(10000 + typed.size());
         drive.type(field.name, text);
         typed[field.column.toLower()] = text;
         if (!field.caption.isEmpty() && !field.joined) {
@@ -244,9 +244,7 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
         dialogs.shown.clear();
     };
     const auto *list = drive.find<Grid>("TDBGrid3");
-    const auto mark = [&](int row) {
-        return list->model()->headerData(row, Qt::Vertical, Qt::ToolTipRole).toString();
-    };
+    const auto mark = [&](int row) { return list->model()->headerData(row, Qt::Vertical, Qt::ToolTipRole).toString(); };
     add("N0001", "never");
     add("N0002", "second");
     EXPECT_EQ(count(), 2);

@@ -6,6 +6,9 @@
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
+
 namespace tradewick
 {
 
@@ -186,6 +189,38 @@ TEST_P(Partners, ACurrencyBringsItsRateWhileTheRecordIsEdited)
     EXPECT_EQ(stored("hl", "A"), 7.5);
     EXPECT_EQ(stored("bzcode", "A"), "美元");
     EXPECT_EQ(stored("bizh", "A"), "XXX");
+}
+
+// Enter takes from a list at once; a beginning that only one item has is completed.
+TEST_P(Partners, EnterTakesAChoiceOnceAndCompletesIt)
+{
+    insert("A");
+    database.connection().Execute("insert into sys_bzsz(bzbh,bizh,bzcode,hl) values('$0001','USD','美元','7.25')");
+    database.connection().Execute("insert into sys_bzsz(bzbh,bizh,bzcode,hl) values('$0002','EUR','欧元','8')");
+    const FormDriver drive = open();
+    auto *currency = drive.find<QComboBox>("Combo1(1)");
+    drive.click("Cmdedit");
+    drive.type("Combo1(1)", "u"); // both have one
+    QAbstractItemView *fitting = currency->completer()->popup();
+    ASSERT_TRUE(fitting->isVisible());
+    const auto activate = [&] { // without a window manager the list that closed has taken that along
+        form->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+        QApplication::processEvents();
+    };
+    QTest::keyClick(fitting, Qt::Key_Return);
+    activate();
+    EXPECT_EQ(currency->currentText(), "USD");
+    EXPECT_EQ(drive.text("Text1(7)"), "7.25");
+    currency->setFocus();
+    drive.press("Combo1(1)", Qt::Key_Down);
+    ASSERT_TRUE(currency->view()->isVisible());
+    QTest::keyClick(currency->view(), Qt::Key_End);
+    QTest::keyClick(currency->view(), Qt::Key_Return);
+    activate();
+    EXPECT_EQ(currency->currentText(), "EUR");
+    EXPECT_EQ(drive.text("Text1(7)"), "8");
+    drive.click("Cmdcancel");
 }
 
 TEST_P(Partners, CancelGoesToTheFirstAndArrowsStopAtTheEnds)

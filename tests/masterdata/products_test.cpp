@@ -66,10 +66,7 @@ TEST_F(Products, APriceIsTheSumOfItsPartsAndBelongsToTheProduct)
     drive.typeCell(grid, 0, "gg", "40x40");
     const struct {
         const char *column, *typed, *sum;
-    } cases[] = {{"jkdj", "12.5", "12.5"},
-                 {"jmdj", "7.5", "20"},
-                 {"gys_dj", "99", "20"},
-                 {"jkdj", "2", "9.5"}};
+    } cases[] = {{"jkdj", "12.5", "12.5"}, {"jmdj", "7.5", "20"}, {"gys_dj", "99", "20"}, {"jkdj", "2", "9.5"}};
     EXPECT_EQ(cell(*grid, 0, "gys_dj"), "0");
     for (const auto &c : cases) {
         drive.typeCell(grid, 0, c.column, c.typed);

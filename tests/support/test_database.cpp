@@ -117,10 +117,9 @@ void TestDatabase::useServer(Content content)
         EXPECT_TRUE(takeLock(*m_reservation, m_serverDatabase, 0));
     }
     makeSchema(*m_reservation, m_serverDatabase);
-    for (const Row &trigger :
-         m_reservation->rows("select trigger_name as name from information_schema.triggers where "
-                             "trigger_schema='{n}'",
-                             {{"n", m_serverDatabase}}))
+    for (const Row &trigger : m_reservation->rows("select trigger_name as name from information_schema.triggers where "
+                                                  "trigger_schema='{n}'",
+                                                  {{"n", m_serverDatabase}}))
         m_reservation->executeBound({"drop trigger " + trigger["name"].toString(), {}});
     m_reservation->transaction([&] {
         for (const TableDescription &table : tableDescriptions()) {
