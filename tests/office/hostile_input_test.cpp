@@ -43,10 +43,10 @@ struct FormName {
     friend void PrintTo(const FormName &form, std::ostream *out) { *out << form.name.toStdString(); }
 };
 
-// Every form that a command opens, and the one that another form opens.
+// Every form that a command opens, and those that another form opens.
 QVector<FormName> formNames()
 {
-    QVector<FormName> names{{"sys_SSDZ"}};
+    QVector<FormName> names{{"sys_SSDZ"}, {"YY_Yh_XYZ"}};
     std::vector<Band> bands = menuBands();
     bands.insert(bands.end(), sideBands().begin(), sideBands().end());
     bands.push_back(toolBand());
@@ -62,8 +62,6 @@ QVector<FormName> formNames()
 
 std::unique_ptr<QWidget> make(const QString &form)
 {
-    if (form == "sys_SSDZ")
-        return std::make_unique<RecordForm>(sys_SSDZ());
     return std::unique_ptr<QWidget>(formEntry(form)->make(nullptr));
 }
 
