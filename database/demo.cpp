@@ -90,6 +90,16 @@ constexpr const char *copies[] = {
     " (select h.djrq, h.qydz, h.yxqsrq, h.yxjzrq from yy_gw_wxht_h h where h.htbh = yy_xyz_nb.htbh),"
     " (sl, je) = (select sum(b.sl), sum(b.je) from yy_gw_wxht_b b"
     " where b.htbh = yy_xyz_nb.htbh and b.dw = yy_xyz_nb.dw)",
+
+    "update yy_xyz_h set"
+    " (khmc, khdz, syr, mdgk, zygk, jgtk, bizh, qttk, khbh) ="
+    " (select h.khmc, h.dizh, h.gsmc, h.mdgk, h.zygk, h.jgtk, h.bizh, h.qttk, h.khbh"
+    " from yy_gw_wxht_h h where h.htbh = yy_xyz_h.htbh),"
+    " kzje = (select sum(b.je) from yy_gw_wxht_b b where b.htbh = yy_xyz_h.htbh)",
+
+    "insert into yy_xyz_b (xyzh, cpbh, cpmc, cplb, khlh, gg, dj, dw, htbh, gsmc, jhrq, sl, je, bacp, yanse, zzs, zsl,"
+    " yw_cpmc) select h.xyzh, b.cpbh, b.cpmc, b.cplb, b.khlh, b.gg, b.dj, b.dw, b.htbh, b.gsmc, b.jhrq, b.sl, b.je,"
+    " b.bacp, b.yanse, b.zzs, b.zsl, b.yw_cpmc from yy_gw_wxht_b b join yy_xyz_h h on h.htbh = b.htbh order by b.xc",
 };
 #undef LETTERHEAD_OF
 
