@@ -132,6 +132,7 @@ RecordFormSpec YY_CGHT()
         .pairsInRow = 3,
         .list = {{"htbh", "合同编号"}, {"csmc", "厂商名称"}},
         .captions = documentCaptions(),
+        .buttons = {printing("Cmdprint", "打印", "采购合同书")},
         .numbering = monthly("C", "select distinct HTBH from YY_GN_CGHT_H where year(djrq)='{year}'and "
                                   "month(djrq)='{month}' order by HTBH"),
         .defaults = {today("djrq"), today("yxqsrq"), today("yxjzrq", daysOfValidity)},
