@@ -31,25 +31,30 @@ void insertRows(const std::function<void(const QString &, const QVariantList &)>
     }
 }
 
+#define LETTERHEAD_OF(CONTRACTS)                                                                                       \
+    "update " CONTRACTS " set (gsmc, e_gsmc, gsdz, e_gsdz, gs_phone, gs_fax, fpzt, logo, bgbm, sjzch, bank_en,"        \
+    " bank_code, bank_name, swdjh) = (select c.gsmc, c.e_gsmc, c.gsdz, c.e_gsdz, c.gs_phone, c.gs_fax, c.fpzt,"        \
+    " c.logo, c.bgbm, c.sjzch, c.bank_en, c.bank_code, c.bank_name, c.swdjh from sys_gsmc c)"
+
 // What the forms copy when a customer, a company, a supplier or a price is chosen.
 constexpr const char *copies[] = {
     "update yy_gwkh_zl set (hl, bzcode) = (select c.hl, c.bzcode from sys_bzsz c where c.bizh = yy_gwkh_zl.bizh)",
     "update yy_gyszl set (hl, bzcode) = (select c.hl, c.bzcode from sys_bzsz c where c.bizh = yy_gyszl.bizh)",
     "update sys_gzry set bmmc = (select d.bmmc from sys_bmsz d where d.bmbh = sys_gzry.bmbh)",
 
-    "update yy_bzdj_b set gys_dj = round(jkdj + jmdj, 2),"
+    "update yy_bzdj_b set gys_dj = round(jkdj + jmdj, 2), gys_lh = gysbh || '-' || replace(cpbh, '-', ''),"
     " (khmc, gys_bizh) = (select k.khmc, k.bizh from yy_gwkh_zl k where k.khbh = yy_bzdj_b.khbh),"
     " (gys_mc, gys_dizhi, gys_phone) ="
     " (select g.zwmc, g.zwdz, g.phone from yy_gyszl g where g.gfbh = yy_bzdj_b.gysbh)",
+
+    LETTERHEAD_OF("yy_gw_wxht_h"),
+    LETTERHEAD_OF("yy_gn_cght_h"),
 
     "update yy_gw_wxht_h set"
     " (khmc, dizh, phone, fax, gb, e_mail, bizh, hl, jsfs) ="
     " (select k.khmc, k.zwdz, k.phone, k.fax, k.gb, k.dzyx, k.bizh, k.hl, k.zffs"
     " from yy_gwkh_zl k where k.khbh = yy_gw_wxht_h.khbh),"
-    " (gsmc, e_gsmc, gsdz, e_gsdz, gs_phone, gs_email, gs_fax, fpzt, logo, bgbm, sjzch, bank_en, bank_code,"
-    " bank_name, swdjh) ="
-    " (select c.gsmc, c.e_gsmc, c.gsdz, c.e_gsdz, c.gs_phone, c.gs_email, c.gs_fax, c.fpzt, c.logo, c.bgbm, c.sjzch,"
-    " c.bank_en, c.bank_code, c.bank_name, c.swdjh from sys_gsmc c),"
+    " gs_email = (select c.gs_email from sys_gsmc c),"
     " yxqsrq = djrq, yxjzrq = date(djrq, '+90 days')",
 
     "update yy_gw_wxht_b set (khbh, gsmc) ="
@@ -63,7 +68,40 @@ constexpr const char *copies[] = {
     " where q.cpbh = yy_gw_wxht_b.cpbh and q.gg = yy_gw_wxht_b.gg and q.khbh = yy_gw_wxht_b.khbh)",
 
     "update yy_gw_wxht_b set je = (jkdj + jmdj) * sl, sxh = xc",
+
+    "update yy_gn_cght_h set"
+    " (csmc, dizh, phone, fax, e_mail, shi, zheng, bizh, hl, jsfs, cs_bank, cs_bcode, cs_swdjh) ="
+    " (select g.zwmc, g.zwdz, g.phone, g.fax, g.dzyx, g.shi, g.zheng, g.bizh, g.hl, g.zffs, g.khh, g.yhzh, g.tysh"
+    " from yy_gyszl g where g.gfbh = yy_gn_cght_h.csbh),"
+    " yxqsrq = djrq, yxjzrq = date(djrq, '+30 days')",
+
+    "update yy_gn_cght_b set wanch = '未完成', je = sl * dj,"
+    " (csbh, gsmc) = (select h.csbh, h.gsmc from yy_gn_cght_h h where h.htbh = yy_gn_cght_b.htbh),"
+    " (cpmc, yanse, dw, cplb, yw_cpmc, zzs, zsl) ="
+    " (select p.cpmc, p.yanse, p.dw, p.cplb, p.yw_cpmc, p.zzs, p.zsl from yy_bzdj p where p.cpbh = yy_gn_cght_b.cpbh),"
+    " cslh = (select q.gys_lh from yy_bzdj_b q where q.cpbh = yy_gn_cght_b.cpbh)",
+
+    "update yy_xyz_nh set kzr = khmc, syr = (select c.gsmc from sys_gsmc c),"
+    " (bizh, hl) = (select coalesce(nullif(yy_xyz_nh.bizh, ''), k.bizh), k.hl"
+    " from yy_gwkh_zl k where k.khmc = yy_xyz_nh.khmc)",
+
+    "update yy_xyz_nb set"
+    " (htrq, qydd, yxqsrq, yxjzrq) ="
+    " (select h.djrq, h.qydz, h.yxqsrq, h.yxjzrq from yy_gw_wxht_h h where h.htbh = yy_xyz_nb.htbh),"
+    " (sl, je) = (select sum(b.sl), sum(b.je) from yy_gw_wxht_b b"
+    " where b.htbh = yy_xyz_nb.htbh and b.dw = yy_xyz_nb.dw)",
+
+    "update yy_xyz_h set"
+    " (khmc, khdz, syr, mdgk, zygk, jgtk, bizh, qttk, khbh) ="
+    " (select h.khmc, h.dizh, h.gsmc, h.mdgk, h.zygk, h.jgtk, h.bizh, h.qttk, h.khbh"
+    " from yy_gw_wxht_h h where h.htbh = yy_xyz_h.htbh),"
+    " kzje = (select sum(b.je) from yy_gw_wxht_b b where b.htbh = yy_xyz_h.htbh)",
+
+    "insert into yy_xyz_b (xyzh, cpbh, cpmc, cplb, khlh, gg, dj, dw, htbh, gsmc, jhrq, sl, je, bacp, yanse, zzs, zsl,"
+    " yw_cpmc) select h.xyzh, b.cpbh, b.cpmc, b.cplb, b.khlh, b.gg, b.dj, b.dw, b.htbh, b.gsmc, b.jhrq, b.sl, b.je,"
+    " b.bacp, b.yanse, b.zzs, b.zsl, b.yw_cpmc from yy_gw_wxht_b b join yy_xyz_h h on h.htbh = b.htbh order by b.xc",
 };
+#undef LETTERHEAD_OF
 
 } // namespace
 
@@ -75,7 +113,7 @@ void insertDemonstration(const std::function<void(const QString &statement, cons
             insertRows(run, table.name, file);
     run(QStringLiteral("update sys_gsmc set logo = ?"), {logo});
     for (const char *copy : copies)
-        run(QString::fromLatin1(copy), {});
+        run(QString::fromUtf8(copy), {});
 }
 
 } // namespace tradewick

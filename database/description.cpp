@@ -67,13 +67,13 @@ constexpr TableText tableTexts[] = {
     {"yy_gn_cght_b", "", "htbh",
      "cpbh cpmc gg yanse dw dj:n sl:n jhrq:d je:n beizhu:l cslh htbh csbh gsmc cplb yw_cpmc zzs:n zsl:n wanch"},
     {"yy_xyz_nh", "xyzh", "djrq",
-     "xyzh kzrq:d xyzlb kzhbm xyzyxq:d fpzy zhuanchuan kzje:n bizh hl:n yfdz syr khmc kzr kzyh tzyh yfyh "
+     "xyzh kzrq:d xyzlb kzhbm xyzyxq:d fpzy zhuanchuan kzje:n bizh hl:n yfdz:l syr khmc kzr kzyh tzyh yfyh "
      "beizhu:l djrq:d"},
     {"yy_xyz_nb", "", "xyzh htbh",
      "htbh htrq:d qydd sl:n dw je:n yxqsrq:d yxjzrq:d xyzh beizhu:l"},
     {"yy_xyz_h", "xyzh", "htbh djrq",
      "xyzh htbh kzrq:d xyzlb kzhbm xyzyxq:d jgtk:l qttk:l zyqx:d zygk mdgk kzyh tzyh yfyh khmc syr fpzy "
-     "zhuanchuan kzje:n bizh yfdz djrq:d khdz:l khbh"},
+     "zhuanchuan kzje:n bizh yfdz:l djrq:d khdz:l khbh"},
     {"yy_xyz_b", "", "xyzh htbh",
      "cpbh cpmc gg yanse dw dj:n sl:n jhrq:d khlh beizhu:l je:n htbh khbh gsmc cplb bacp xyzh zzs:n zsl:n "
      "yw_cpmc sxh:n gfbh ddbh"},

@@ -173,6 +173,8 @@ QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
     QWidget *widget = control->widget(), *frame = control->frame();
     widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
     QString name = plainCaption(field.caption);
+    if (name.isEmpty() && field.joined && !m_order.isEmpty())
+        name = m_order.last()->control->widget()->accessibleName();
     if (name.isEmpty() && widget->accessibleName().isEmpty())
         name = m_spec.pages[index].caption;
     if (!name.isEmpty())
@@ -246,9 +248,13 @@ void FieldPanel::offer(const QString &combo, const QStringList &items)
 
 QString FieldPanel::captionOf(const QString &column) const
 {
-    for (const Entry *entry : m_order) // joined boxes and papers repeat a column; the first caption names it
-        if (entry->spec->column.compare(column, Qt::CaseInsensitive) == 0 && !entry->spec->caption.isEmpty())
-            return plainCaption(entry->spec->caption);
+    QString caption; // joined boxes have that of the field before; papers repeat a column, the first caption names it
+    for (const Entry *entry : m_order) {
+        if (!entry->spec->joined || !entry->spec->caption.isEmpty())
+            caption = plainCaption(entry->spec->caption);
+        if (entry->spec->column.compare(column, Qt::CaseInsensitive) == 0 && !caption.isEmpty())
+            return caption;
+    }
     return column;
 }
 

@@ -326,6 +326,7 @@ struct RecordFormSpec {
     QVector<PickSpec> picks;
     LinesSpec lines;
 
+    QString filterCaption; // of the frame around the filters; empty: no frame
     QVector<FilterSpec> filters;
     DateFilterSpec dateFilter;
     FindSpec find;

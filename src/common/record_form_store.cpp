@@ -18,7 +18,7 @@ QString RecordForm::proposedKey()
     const int column = records().columnIndex(m_panel->field(keyField()).column);
     QStringList waiting;
     for (const int row : records().waitingRows())
-        if (!m_added || records().keyAt(row) != m_added) // its own number is no other record's
+        if (records().keyAt(row) != m_added) // the record that the number is for
             waiting.append(records().valueAt(row, column).toString());
     std::optional<QVariant> last;
     if (!m_spec.numbering.lookup && records().RecordCount() > 0)
@@ -32,6 +32,7 @@ void RecordForm::add()
     const bool reached =
         run(m_spec.failures.add, {[this] {
                                       m_adding = true;
+                                      m_added = 0;
                                       setBusy(true, true);
                                   },
                                   [&] { number = proposedKey(); },

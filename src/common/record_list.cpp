@@ -6,6 +6,7 @@
 #include "common/record_form.h"
 
 #include <QDateEdit>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -37,8 +38,14 @@ RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *pa
     layout->setContentsMargins(0, 0, 0, 0);
     if (spec.dateFilter.statement)
         addDateFilter(layout);
+    QBoxLayout *filters = layout;
+    if (!spec.filterCaption.isEmpty()) {
+        auto *frame = new QGroupBox(spec.filterCaption, this);
+        layout->addWidget(frame);
+        filters = new QVBoxLayout(frame);
+    }
     for (const FilterSpec &filter : spec.filters)
-        addFilter(layout, filter);
+        addFilter(filters, filter);
     if (!spec.tree.branches.empty())
         addTree(layout);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);

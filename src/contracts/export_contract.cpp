@@ -1,8 +1,6 @@
 // Export sales contracts: the head of the document chain.
-#include "common/record_form.h"
+#include "contracts/contract_parts.h"
 #include "contracts/contracts.h"
-#include "contracts/letterhead.h"
-#include "papers/papers.h"
 
 namespace tradewick
 {
@@ -13,31 +11,12 @@ namespace
 constexpr int daysOfValidity = 90;
 
 const char *const customers = "select DISTINCT khbh from yy_gwkh_zl where not khbh is null order by khbh";
-const char *const companies = "select DISTINCT gsmc from sys_gsmc where not gsmc is null order by gsmc";
-const char *const departments = "select DISTINCT bmmc from sys_bmsz where not bmmc is null";
-const char *const signers = "select DISTINCT name from sys_gzry where not name is null order by name";
-const char *const ports = "select DISTINCT gkmc from sys_gksz where not gkmc is null order by gkmc";
 
 const char *const customer =
     "select isnull(bizh,'')as bizh,isnull(zwdz,'')as zwdz,isnull(fax,'')as fax,isnull(phone,'')as phone "
     ",isnull(dzyx,'')as dzyx,isnull(zffs,'')as zffs,isnull(fkfs,'')as fkfs,isnull(hl,0)as hl,isnull(khmc,'')as "
     "khmc,isnull(shi,'')as shi,isnull(DZYX,'')as DZYX,isnull(gb,'')as gb from yy_gwkh_zl where khbh='{text}' and not "
     "khmc is null";
-
-#define QUOTE                                                                                                          \
-    "SELECT dbo.yy_BzDj.cpbh,isnull(dbo.yy_BzDj.zzs,0) as zzs,isnull(dbo.yy_BzDj.zsl,0) as "                           \
-    "zsl,isnull(dbo.yy_BzDj.cplb,'') as cplb,isnull(dbo.yy_BzDj.cpmc,'') as cpmc,isnull(dbo.yy_BzDj.dw,'') as "        \
-    "dw,isnull(dbo.yy_BzDj.YW_CPMC,'') as yw_cpmc,isnull(dbo.yy_BzDj.yanse,'') as "                                    \
-    "yanse,isnull(dbo.yy_BzDj_b.gg,'') as cpgg,isnull(dbo.yy_BzDj.bacp,'') as bacp,isnull(dbo.YY_BZDJ_B.GYS_DJ,0) "    \
-    "as gys_dj,isnull(dbo.YY_BZDJ_B.GYS_DIZHI,'') as gys_dizhi,isnull(dbo.YY_BZDJ_B.jmdj ,0) as "                      \
-    "jmdj,isnull(dbo.YY_BZDJ_B.jkdj ,0) as jkdj ,dbo.yy_bzdj_b.khbh FROM dbo.yy_BzDj left JOIN dbo.YY_BZDJ_B ON "      \
-    "dbo.yy_BzDj.cpbh = dbo.YY_BZDJ_B.CPBH where "
-
-const char *const quoteOfCustomer = QUOTE "dbo.yy_bzdj_b.khbh='{text}'";
-const char *const quoteByCode = QUOTE "dbo.yy_bzdj.cpbh like '%{typed}%'";
-const char *const quoteBySize = QUOTE "dbo.yy_bzdj.cpbh ='{cpbh}' and dbo.yy_bzdj_b.gg like '%{gg}%' and "
-                                      "dbo.yy_bzdj_b.khbh='{khbh}'";
-#undef QUOTE
 
 const char *const removeLines = "DELETE FROM YY_gw_WXHT_B WHERE HTBH='{htbh}'";
 const char *const insertLine =
@@ -68,9 +47,9 @@ QVector<PageSpec> pages()
           {"Text1(5)", "dizh", "客户地址：", field::text, 2},
           {"Text1(6)", "fax", "传真号码："},
           {"Text1(7)", "e_mail", "E_Mail：", field::text, 2},
-          {"Combo1(1)", "gsmc", "签约公司：", field::combo(companies)},
-          {"Combo1(2)", "bmmc", "签约部门：", field::combo(departments)},
-          {"Combo1(3)", "qyr", "签 约 人：", field::combo(signers)},
+          {"Combo1(1)", "gsmc", "签约公司：", field::combo(offers::companies)},
+          {"Combo1(2)", "bmmc", "签约部门：", field::combo(offers::departments)},
+          {"Combo1(3)", "qyr", "签 约 人：", field::combo(offers::signers)},
           {"Text1(8)", "bizh", "客户币制："},
           {"Text1(9)", "hl", "汇    率："},
           {"Text1(10)", "qydz", "签约地点："},
@@ -82,8 +61,8 @@ QVector<PageSpec> pages()
           {"Text1(15)", "yyqx", "提出异议期限："},
           {"Text1(16)", "jgtk", "价格条款："},
           {"Text1(17)", "wyj", "违约金：按合约总价的"},
-          {"Combo1(4)", "zygk", "装运港口：", field::combo(ports)},
-          {"Combo1(5)", "mdgk", "目的港口：", field::combo(ports)},
+          {"Combo1(4)", "zygk", "装运港口：", field::combo(offers::ports)},
+          {"Combo1(5)", "mdgk", "目的港口：", field::combo(offers::ports)},
           {"Text1(18)", "qttk", "其它条款：", field::longText, 2},
           {"Text1(19)", "madol", "唛头：", field::longText},
           {"Text1(20)", "jsfs", "结算方式："},
@@ -124,9 +103,9 @@ LinesSpec goods()
                                {"bizh", "币种"},
                                {"khbh", "客户编号"},
                                {"cplb", "商品类别"}},
-                   .searches = {{"cpbh", quoteByCode},
+                   .searches = {{"cpbh", prices::byCode},
                                 {.column = "gg",
-                                 .statement = quoteBySize,
+                                 .statement = prices::bySize,
                                  .needs = "cpbh",
                                  .ownColumn = "htbh",
                                  .notOwn = "请双击此行表格，再录入数据！"}},
@@ -150,12 +129,6 @@ LinesSpec goods()
     };
 }
 
-ButtonSpec printing(const QString &name, const QString &document, const QString &shortcut)
-{
-    return {name, document, shortcut,
-            [document](RecordForm &form) { printRecord(document, form.text("Text1(0)"), &form); }};
-}
-
 } // namespace
 
 RecordFormSpec YY_WXHT()
@@ -168,9 +141,9 @@ RecordFormSpec YY_WXHT()
         .pages = pages(),
         .pairsInRow = 3,
         .list = {{"htbh", "合同编号"}, {"khmc", "客户名称"}},
-        .captions = {"前端", "向前", "向后", "后端", "添加", "删除", "编辑", "确认", "取消", "返回"},
-        .buttons = {printing("Cmdprint(1)", "形式发票", "Ctrl+P"),
-                    printing("Cmdprint(0)", "形式发票2", "Ctrl+Shift+P")},
+        .captions = documentCaptions(),
+        .buttons = {printing("Cmdprint(1)", "形式发票", "形式发票"),
+                    printing("Cmdprint(0)", "形式发票2", "形式发票2", "Ctrl+Shift+P")},
         .numbering = monthly("X", "select distinct HTBH from YY_gw_wxHT_H where year(djrq)='{year}'and "
                                   "month(djrq)='{month}' order by HTBH"),
         .defaults = {today("djrq"), today("yxqsrq"), today("yxjzrq", daysOfValidity)},
@@ -189,7 +162,7 @@ RecordFormSpec YY_WXHT()
                                 {"hl", "hl"},
                                 {"jsfs", "zffs"}},
                      .none = WhenNone::Stop},
-                    {.statement = quoteOfCustomer, .clear = removeLines, .insert = insertLine}}},
+                    {.statement = prices::ofCustomer, .clear = removeLines, .insert = insertLine}}},
                   companyPick("Combo1(1)", true)},
         .lines = goods(),
         .dateFilter = {"DTPicker3", "日期查询", "select* FROM YY_gw_wxHT_H with(nolock) where djrq='{date}'"},

@@ -1,12 +1,8 @@
 // The export contract by its controls, over demonstration data.
 #include "common/line_totals.h"
 #include "contracts/contracts.h"
+#include "document_form.h"
 #include "reporting/report.h"
-#include "support/form_driver.h"
-#include "support/scripted_dialogs.h"
-#include "support/test_database.h"
-
-#include <gtest/gtest.h>
 
 #include <QDateEdit>
 
@@ -18,27 +14,10 @@ using namespace test;
 namespace
 {
 
-class Contract : public testing::Test
+class Contract : public DocumentForm
 {
 protected:
-    TestDatabase database{TestDatabase::Demonstration};
-    ScriptedDialogs dialogs;
-    std::unique_ptr<RecordForm> form;
-
-    FormDriver open()
-    {
-        form = std::make_unique<RecordForm>(YY_WXHT());
-        return FormDriver(*form);
-    }
-    Grid *lines() { return form->findChild<Grid *>("TDBGrid1"); }
-    Grid *pickerGrid() { return form->findChild<Grid *>("TDBGrid2"); }
-    QString cell(int row, const QString &column)
-    {
-        for (int i = 0; i < lines()->model()->columnCount(); ++i)
-            if (lines()->recordsetModel()->columns()[i].column == column)
-                return lines()->model()->index(row, i).data().toString();
-        return "no column";
-    }
+    FormDriver open() { return DocumentForm::open(YY_WXHT()); }
     int storedLines(const QString &contract)
     {
         return database.value("select count(*) from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}}).toInt();
