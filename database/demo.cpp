@@ -25,7 +25,7 @@ void insertRows(const std::function<void(const QString &, const QVariantList &)>
     for (QString line; lines.readLineInto(&line);) {
         QVariantList values;
         for (QString cell : line.split(u'\t'))
-            values.append(cell.isEmpty() ? QVariant(QMetaType::fromType<QString>())
+            values.append(cell.isEmpty() ? QVariant()
                                          : QVariant(cell.replace(QLatin1String("\\n"), QLatin1String("\n"))));
         run(statement, values);
     }
@@ -65,9 +65,9 @@ constexpr const char *copies[] = {
     "update yy_gw_wxht_b set je = (jkdj + jmdj) * sl, sxh = xc",
 
     "update yy_mxb_h set"
-    " (khmc, khdz, mygb, mdgk, zygk, jgtk, bizh, qttk, babm, zyqx, madol, sjzch, swdjh, gsmc, hl, e_gsmc, phone, fax,"
+    " (khmc, khdz, mdgk, zygk, jgtk, bizh, qttk, babm, zyqx, sjzch, swdjh, gsmc, hl, e_gsmc, phone, fax,"
     " bank_name, bank_code, gs_phone, gs_fax, logo, gsdz, e_gsdz, gs_email) ="
-    " (select c.khmc, c.dizh, c.gb, c.mdgk, c.zygk, c.jgtk, c.bizh, c.qttk, c.bgbm, c.jhdz, c.madol, c.sjzch, c.swdjh,"
+    " (select c.khmc, c.dizh, c.mdgk, c.zygk, c.jgtk, c.bizh, c.qttk, c.bgbm, c.jhdz, c.sjzch, c.swdjh,"
     " c.gsmc, c.hl, c.e_gsmc, c.phone, c.fax, c.bank_name, c.bank_code, c.gs_phone, c.gs_fax, c.logo, c.gsdz,"
     " c.e_gsdz, c.gs_email from yy_gw_wxht_h c where c.htbh = yy_mxb_h.htbh),"
     " kzje = coalesce(kzje, (select sum(c.je) from yy_gw_wxht_b c where c.htbh = yy_mxb_h.htbh)),"
