@@ -77,11 +77,13 @@ public:
         return box.exec() == QMessageBox::Yes;
     }
 
-    std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title) override
+    std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title,
+                                 const QString &proposed) override
     {
         QInputDialog box(parent);
         box.setWindowTitle(title);
         box.setLabelText(prompt);
+        box.setTextValue(proposed);
         box.setOkButtonText(QStringLiteral("确定"));
         box.setCancelButtonText(QStringLiteral("取消"));
         return box.exec() == QDialog::Accepted ? std::optional(box.textValue()) : std::nullopt;
