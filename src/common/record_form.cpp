@@ -39,8 +39,9 @@ RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidge
             m_panel->showRecord(column);
     });
     connect(&records(), &Recordset::keyChanged, this, [this](qint64 before, qint64 now) {
-        if (m_added == before)
-            m_added = now;
+        for (qint64 *kept : {&m_added, &m_left})
+            if (*kept == before)
+                *kept = now;
         if (m_lines)
             m_lines->headKeyChanged(before, now);
     });
@@ -330,13 +331,19 @@ bool RecordForm::isHeadStored()
     return !records().isNew(row) && records().storedValueAt(row, key) == records().valueAt(row, key);
 }
 
-void RecordForm::showStatement(const char *statement, const Values &values)
+bool RecordForm::tellWaiting()
 {
-    if (records().hasPendingChanges() || (m_lines && !m_lines->headsWaiting().isEmpty())) {
+    const bool anyWaits = records().hasPendingChanges() || (m_lines && !m_lines->headsWaiting().isEmpty());
+    if (anyWaits)
         dialogs().message(this, QStringLiteral("尚有未保存的记录，请先保存或取消。"), systemTitle(),
                           MessageIcon::Exclamation);
+    return anyWaits;
+}
+
+void RecordForm::showStatement(const char *statement, const Values &values)
+{
+    if (tellWaiting())
         return;
-    }
     m_primary.setRecordSource(statement, values);
     run(Failure::Report, {[this] { m_primary.Refresh(); }});
 }

@@ -74,6 +74,10 @@ public:
     // false when the user goes back to what was typed.
     bool store(const std::function<void()> &work);
 
+    // The number that Add would give a new record now. Throws DataError.
+    QString proposedKey();
+    // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
+    bool tellWaiting();
     // Shows the records of another statement, unless some wait to be stored, which is told.
     void showStatement(const char *statement, const Values &values);
     // Whether a record or its lines wait to be stored.
@@ -122,7 +126,6 @@ private:
     void last();
     void next();
     void previous();
-    QString proposedKey();
     void edit();
     void save();
     void cancel();
@@ -148,6 +151,7 @@ private:
     QLabel *m_state = nullptr;
     QString m_lost;     // what is to be told of a connection that was lost while the record was shown
     qint64 m_added = 0; // the record that Add began, until it is stored or dropped
+    qint64 m_left = 0;  // the record that was shown when Add began last
     bool m_busy = false, m_adding = false;
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };

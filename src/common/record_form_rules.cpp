@@ -181,6 +181,7 @@ void RecordForm::fieldChosen(const QString &field)
     const auto take = [&](const PickStep &step) {
         Values values = headValues();
         values.insert("text", text(field).trimmed());
+        values.insert("key", text(keyField()).trimmed());
         const QStringList offers = step.offers.isEmpty() ? QStringList() : firstColumn(step.statement, values);
         const auto rows = connection()->rows(QString::fromUtf8(step.statement), values);
         if (rows.isEmpty() && !step.message.isEmpty())
