@@ -2,6 +2,7 @@
 
 #include "common/record_form.h"
 #include "contracts/contracts.h"
+#include "documents/documents.h"
 #include "masterdata/masterdata.h"
 #include "shell/about.h"
 #include "shell/connection_settings.h"
@@ -45,6 +46,7 @@ const QVector<DeclaredForm> &declaredForms()
         {"sys_bzsz", sys_bzsz, Placement::FreeArea},
         {"sys_QXSZ", sys_QXSZ, Placement::FreeArea},
         {"YY_WXHT", YY_WXHT, Placement::ScreenWidth},
+        {"YY_DZ_MXB", YY_DZ_MXB, Placement::ScreenWidth},
         {"Sys_CwGs_ZL", Sys_CwGs_ZL, Placement::ScreenWidth},
         {"Sys_GKSZ", Sys_GKSZ, Placement::FreeArea},
         {"sys_JLDW", sys_JLDW, Placement::FreeArea},
