@@ -25,7 +25,7 @@ void insertRows(const std::function<void(const QString &, const QVariantList &)>
     for (QString line; lines.readLineInto(&line);) {
         QVariantList values;
         for (QString cell : line.split(u'\t'))
-            values.append(cell.isEmpty() ? QVariant(QMetaType::fromType<QString>())
+            values.append(cell.isEmpty() ? QVariant()
                                          : QVariant(cell.replace(QLatin1String("\\n"), QLatin1String("\n"))));
         run(statement, values);
     }
@@ -63,6 +63,22 @@ constexpr const char *copies[] = {
     " where q.cpbh = yy_gw_wxht_b.cpbh and q.gg = yy_gw_wxht_b.gg and q.khbh = yy_gw_wxht_b.khbh)",
 
     "update yy_gw_wxht_b set je = (jkdj + jmdj) * sl, sxh = xc",
+
+    "update yy_mxb_h set"
+    " (khmc, khdz, mdgk, zygk, jgtk, bizh, qttk, babm, zyqx, sjzch, swdjh, gsmc, hl, e_gsmc, phone, fax,"
+    " bank_name, bank_code, gs_phone, gs_fax, logo, gsdz, e_gsdz, gs_email) ="
+    " (select c.khmc, c.dizh, c.mdgk, c.zygk, c.jgtk, c.bizh, c.qttk, c.bgbm, c.jhdz, c.sjzch, c.swdjh,"
+    " c.gsmc, c.hl, c.e_gsmc, c.phone, c.fax, c.bank_name, c.bank_code, c.gs_phone, c.gs_fax, c.logo, c.gsdz,"
+    " c.e_gsdz, c.gs_email from yy_gw_wxht_h c where c.htbh = yy_mxb_h.htbh),"
+    " kzje = coalesce(kzje, (select sum(c.je) from yy_gw_wxht_b c where c.htbh = yy_mxb_h.htbh)),"
+    " (cg_csmc, cg_csdz, cg_csswdjh, cg_cskhh, cg_csyhzh, cg_csphone, cg_csfax) ="
+    " (select g.zwmc, g.zwdz, g.tysh, g.khh, g.yhzh, g.phone, g.fax from yy_gyszl g where g.gfbh = yy_mxb_h.cg_csbh)",
+
+    "update yy_mxb_b set"
+    " (cpmc, yw_cpmc, cplb, khlh, dj, dw, gsmc, jhrq, sl, je, bacp, yanse, zzs, zsl, jmdj, jkdj) ="
+    " (select c.cpmc, c.yw_cpmc, c.cplb, c.khlh, c.dj, c.dw, c.gsmc, c.jhrq, c.sl, c.je, c.bacp, c.yanse, c.zzs,"
+    " c.zsl, c.jmdj, c.jkdj from yy_gw_wxht_b c where c.htbh = yy_mxb_b.htbh and c.xc = yy_mxb_b.xh),"
+    " zjz = round(jianshu * djz, 3), zmz = round(jianshu * dmz, 3), hjtj = round(jianshu * djtj, 3)",
 };
 
 } // namespace

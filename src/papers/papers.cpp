@@ -15,7 +15,7 @@ namespace tradewick
 namespace
 {
 
-constexpr int noCurrentRow = 3021, noSuchColumn = 3265, noPicture = 481;
+constexpr int noSuchColumn = 3265, noPicture = 481;
 
 QVariant valueOf(const Values &row, const QString &column)
 {
@@ -62,7 +62,7 @@ double DocumentValues::number(const QString &column) const
 double DocumentValues::total(const QString &column) const
 {
     if (m_totals.isEmpty())
-        throw DataError(noCurrentRow, QStringLiteral("没有可打印的明细数据"));
+        throw DataError(nothingToPrint, QStringLiteral("没有可打印的明细数据"));
     return valueOf(m_totals.first(), column).toDouble();
 }
 
@@ -78,7 +78,7 @@ QString DocumentValues::inEnglish(double amount) const
 
 const QVector<Document> &documents()
 {
-    static const QVector<Document> all = contractDocuments() + masterDataDocuments();
+    static const QVector<Document> all = contractDocuments() + sheetDocuments() + masterDataDocuments();
     return all;
 }
 
@@ -97,6 +97,8 @@ FilledReport fill(const Document &document, Connection &connection, const Values
     FilledReport filled{&report(document.report), {}, {}};
     Report &paper = *filled.report;
     Values head = headOf(record, connection, given);
+    if (!document.needed.isEmpty() && valueOf(head, document.needed).toString().trimmed().isEmpty())
+        throw DataError(nothingToPrint, QStringLiteral("没有当前记录，不能打印！"));
     paper.startOver();
 
     if (!document.clause.label.isEmpty()) {
@@ -151,7 +153,9 @@ void printRecord(const QString &name, const QString &number, QWidget *parent, co
     try {
         showDocument(name, *gConn, number.trimmed(), parent);
     } catch (const DataError &error) {
-        dialogs().message(parent, error.text(), {}, MessageIcon::None);
+        const bool nothing = error.number() == nothingToPrint;
+        dialogs().message(parent, error.text(), nothing ? QStringLiteral("系统提示") : QString(),
+                          nothing ? MessageIcon::Critical : MessageIcon::None);
     }
 }
 

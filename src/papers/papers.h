@@ -14,6 +14,9 @@
 namespace tradewick
 {
 
+// The number of the error of a record that has nothing to print: no row of totals, or not what the document needs.
+constexpr int nothingToPrint = 3021;
+
 // What the labels of one document are worked out from: the record's own row and one row of totals. Columns in any case
 // of their letters. A column that the row lacks throws DataError 3265, which names it.
 class DocumentValues
@@ -29,7 +32,7 @@ public:
     QString trimmed(const QString &column) const { return text(column).trimmed(); }
     double number(const QString &column) const;
 
-    // Whether the totals have a row, and a figure of it, 0 for Null. Throws DataError 3021 without a row.
+    // Whether the totals have a row, and a figure of it, 0 for Null. Throws DataError nothingToPrint without a row.
     bool hasTotals() const { return !m_totals.isEmpty(); }
     double total(const QString &column) const;
 
@@ -74,6 +77,7 @@ struct Document {
     QString name;   // what it is chosen by
     QString report; // of reportEntries()
     DocumentRecord record;
+    QString needed{}; // the head's column without which a record counts as none
     QString order{};  // put behind the record's rows
     QString totals{}; // select of one row of sums
     DocumentClause clause{};

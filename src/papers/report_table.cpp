@@ -1,6 +1,7 @@
 #include "papers/report_table.h"
 
 #include "data/data_error.h"
+#include "papers/report_rules.h"
 
 #include <algorithm>
 #include <map>
@@ -8,30 +9,6 @@
 
 namespace tradewick
 {
-
-namespace
-{
-
-// The price list tells in its head of what day it is.
-void stampPriceList(FormattedBand &band)
-{
-    stampFooter(band);
-    if (band.section.kind == SectionKind::PageHeader)
-        band.setText(QStringLiteral("lbl_dATE"), reportClock().date().toString(Qt::ISODate));
-}
-
-// Form A shows of each row its quantity or, by a flag, its gross weight, and whether it is of this country entirely.
-void fillFormA(FormattedBand &band)
-{
-    if (band.section.kind != SectionKind::Detail)
-        return;
-    const bool quantity = band.value("lysl").toBool();
-    band.setText("L_gC", band.value("qbgc").toBool() ? "P" : "W");
-    band.setText("L_sL", printedText(band.value(quantity ? "sl" : "zmz"), {}));
-    band.setText("L_DW", quantity ? band.value("dw").toString() : QStringLiteral("KgS"));
-}
-
-} // namespace
 
 const QVector<ReportEntry> &reportEntries()
 {
@@ -42,8 +19,8 @@ const QVector<ReportEntry> &reportEntries()
         {"YY_KhZl_XX_Rpt", reportFamilyD()},
         {"YY_Gys_JMZL", reportFamilyC()},
         {"Yy_Gys_xxZl", reportFamilyD()},
-        {"Sys_Cpzlb_rpt", {true, {&stampPriceList}}},
-        {"YY_FormA_rpt", {true, {&fillFormA, {"lysl", "qbgc", "sl", "zmz", "dw"}, {"L_gC", "L_sL", "L_DW"}}}},
+        {"Sys_Cpzlb_rpt", priceListFamily()},
+        {"YY_FormA_rpt", formAFamily()},
         {"yy_BgD_rPt", reportFamilyA()},
         {"yy_CgHt_RPT", reportFamilyA()},
         {"yy_DjFp_Rpt", reportFamilyB()},
@@ -52,10 +29,10 @@ const QVector<ReportEntry> &reportEntries()
         {"YY_BzZx_Rpt", reportFamilyB()},
         {"YY_EnZxD_Rpt", reportFamilyA()},
         {"YY_MXD_rpt", reportFamilyA()},
-        {"YY_Original_rpt", reportFamilyA()},
+        {"YY_Original_rpt", certificateFamily()},
         {"YY_cdZ_SqB", reportFamilyA()},
-        {"YY_FormA_sqb", reportFamilyA()},
-        {"YY_SPAD_RPt", reportFamilyA()},
+        {"YY_FormA_sqb", formAApplicationFamily()},
+        {"YY_SPAD_RPt", shippingAdviceFamily()},
         {"YY_ZDZM_PRINT", reportFamilyA()},
         {"YY_BGD_TsZy_RpT", reportFamilyA()},
         {"YY_BG_WTS_rpt", reportFamilyA()},
@@ -63,7 +40,7 @@ const QVector<ReportEntry> &reportEntries()
         {"YY_Hp_rPT", reportFamilyA()},
         {"YY_EnHp_Rpt", reportFamilyA()},
         {"YY_Sp_CkZy_Rpt", reportFamilyA()},
-        {"YY_sp_CkZy_rptB", reportFamilyA()},
+        {"YY_sp_CkZy_rptB", taxInvoiceOverlayFamily()},
         {"SC_Pcd_Rpt", reportFamilyA()},
     };
     return entries;

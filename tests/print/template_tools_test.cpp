@@ -125,7 +125,7 @@ TEST_F(TemplateTools, TheCheckFindsEachFaultAndNothingElse)
         {label("A", 0, 16650, 2000, 230, "TOTAL"), "", "", "pages: takes 2 pages|outside: A beyond the sheet", 17000},
         {label("A", 0, 0, 600, 230, "COMMERCIAL INVOICE"), "", "", "cut: A"},
         {label("A", 0, 0, 900, 230, "COMMERCIAL INVOICE"), "", "", "cut: A"},
-        {"", "", label("L_ZjjE", 0, 0, 9000, 410, "", "font='Arial' size='10' bold='true'"), "short: L_ZjjE"},
+        {"", "", label("L_TalAM", 0, 0, 9000, 410, "", "font='Arial' size='10' bold='true'"), "short: L_TalAM"},
         {"", field("F", "je", 0, 20, 700), "", "narrow: F"},
         {"", field("F", "je", 0, 20, 1200), "", ""},
         {"", "", label("L_LEss", 0, 0, 500, 230, ""), "narrow: L_LEss"},
