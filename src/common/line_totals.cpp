@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QScrollBar>
 
+#include <utility>
+
 namespace tradewick
 {
 
@@ -19,14 +21,28 @@ LineTotals::LineTotals(Grid *grid, const QStringList &columns, QWidget *parent)
     connect(grid->horizontalScrollBar(), &QScrollBar::valueChanged, this, repaint);
     const QAbstractItemModel *model = grid->model();
     for (const auto change : {&QAbstractItemModel::rowsRemoved, &QAbstractItemModel::rowsInserted})
-        connect(model, change, this, &LineTotals::add);
-    connect(model, &QAbstractItemModel::modelReset, this, &LineTotals::add);
-    connect(model, &QAbstractItemModel::dataChanged, this, &LineTotals::add);
+        connect(model, change, this, &LineTotals::change);
+    connect(model, &QAbstractItemModel::modelReset, this, &LineTotals::change);
+    connect(model, &QAbstractItemModel::dataChanged, this, &LineTotals::change);
+}
+
+// What follows from one cell comes as several changes; the sums are added once, when they are next shown or asked for.
+void LineTotals::change()
+{
+    m_changed = true;
+    update();
+}
+
+QString LineTotals::text(const QString &column)
+{
     add();
+    return m_sums.value(column);
 }
 
 void LineTotals::add()
 {
+    if (!std::exchange(m_changed, false))
+        return;
     const RecordsetModel &model = *m_grid->recordsetModel();
     QStringList spoken;
     for (int i = 0; i < model.columnCount(); ++i) {
@@ -41,7 +57,6 @@ void LineTotals::add()
         spoken.append(column.caption + m_sums[column.column]);
     }
     setAccessibleDescription(spoken.join(u' '));
-    update();
 }
 
 QSize LineTotals::sizeHint() const
@@ -51,6 +66,7 @@ QSize LineTotals::sizeHint() const
 
 void LineTotals::paintEvent(QPaintEvent *)
 {
+    add();
     QPainter painter(this);
     QFont bold = font();
     bold.setBold(true);

@@ -17,7 +17,7 @@ public:
     LineTotals(Grid *grid, const QStringList &columns, QWidget *parent);
 
     // The sum that stands below a column, empty for one that is not summed.
-    Q_INVOKABLE QString text(const QString &column) const { return m_sums.value(column); }
+    Q_INVOKABLE QString text(const QString &column);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -26,11 +26,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void change();
     void add();
 
     Grid *m_grid;
     QStringList m_columns;
     QHash<QString, QString> m_sums;
+    bool m_changed = true; // since they were added last
 };
 
 } // namespace tradewick
