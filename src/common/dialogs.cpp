@@ -66,9 +66,9 @@ public:
         box.exec();
     }
 
-    bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter) override
+    bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter, MessageIcon icon) override
     {
-        QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No, parent);
+        QMessageBox box(iconOf(icon), title, text, QMessageBox::Yes | QMessageBox::No, parent);
         box.setTextFormat(Qt::PlainText);
         box.button(QMessageBox::Yes)->setText(QStringLiteral("是(&Y)"));
         box.button(QMessageBox::No)->setText(QStringLiteral("否(&N)"));

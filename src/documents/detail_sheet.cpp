@@ -329,19 +329,27 @@ void saveAs(RecordForm &form)
 
 // ---- printing ----
 
-const QStringList &choices()
+const QString taxInvoice = "出口专用发票", taxInvoiceOverlay = "出口专用发票套打";
+
+// The documents of a sheet; how the tax invoice is printed is asked.
+QStringList choices()
 {
-    static const QStringList all{"单价格发票",  "发票",         "装箱单",         "报关单",   "产地证",
-                                 "FormA",       "装船通知",     "寄单证明",       "汇票",     "产地证申请书",
-                                 "FormA申请书", "报检单",       "报关委托书",     "英文发票", "英文装箱单",
-                                 "英文汇票",    "出口专用发票", "退税专用报关单", "明细单"};
+    QStringList all;
+    for (const Document &document : documents())
+        if (document.record.key == u"fpbh" && document.name != taxInvoiceOverlay)
+            all.append(document.name);
     return all;
 }
 
 void print(RecordForm &form)
 {
-    if (const QString chosen = form.choice("Com_Print"); choices().contains(chosen))
-        printRecord(chosen, form.text("Text1(0)"), &form);
+    QString chosen = form.choice("Com_Print");
+    if (!choices().contains(chosen))
+        return;
+    if (chosen == taxInvoice && dialogs().ask(&form, QStringLiteral("是否套打？否，则正常打印。"),
+                                              RecordForm::systemTitle(), OnEnter::Yes, MessageIcon::Information))
+        chosen = taxInvoiceOverlay;
+    printRecord(chosen, form.text("Text1(0)"), &form);
 }
 
 } // namespace

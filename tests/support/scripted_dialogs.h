@@ -34,9 +34,9 @@ public:
     {
         shown.append({text, title, icon});
     }
-    bool ask(QWidget *, const QString &text, const QString &title, OnEnter) override
+    bool ask(QWidget *, const QString &text, const QString &title, OnEnter, MessageIcon icon) override
     {
-        shown.append({text, title, MessageIcon::Question});
+        shown.append({text, title, icon});
         return answer;
     }
     std::optional<QString> input(QWidget *, const QString &prompt, const QString &title,
