@@ -295,9 +295,10 @@ QVector<PageSpec> pages()
 
 // ---- save as ----
 
-// A row that every copy finds, written to before the scratch tables are: whoever copies next waits here. They are of no
-// use for that themselves, for an empty table holds nobody back.
-const char *const lockCopying = "update yy_mxb_h set fpbh=fpbh where fpbh=(select min(fpbh) from yy_mxb_h)";
+// A row that every copy finds is written to before the scratch tables are: whoever copies next waits there. The scratch
+// tables cannot hold anybody back as long as they are empty.
+const char *const firstSheet = "select min(fpbh) as fpbh from yy_mxb_h";
+const char *const lockSheet = "update yy_mxb_h set fpbh=fpbh where fpbh='{fpbh}'";
 const char *const takenBySheet = "select fpbh from yy_mxb_h where fpbh='{new}'";
 const char *const takenByGoods = "select fpbh from yy_mxb_b where fpbh='{new}'";
 const char *const copying[] = {"delete from yy_mxb_h_tm",
@@ -357,8 +358,10 @@ void print(RecordForm &form)
 void copySheet(Connection &connection, const QString &from, const QString &to)
 {
     const Values values{{"fpbh", from}, {"new", to}, {"today", dateText(QDate::currentDate())}};
+    // Read before, for what a transaction reads is as old as its first reading.
+    const Values first = connection.rows(firstSheet).first().named();
     connection.transaction([&] {
-        connection.Execute(lockCopying);
+        connection.Execute(lockSheet, first);
         for (const char *taken : {takenBySheet, takenByGoods})
             if (!connection.rows(taken, values).isEmpty())
                 throw refused(Refusal::Duplicate, {});
