@@ -352,6 +352,7 @@ TEST_F(DetailSheet, CopiesOfTwoDesktopsAreNeverMixed)
     constexpr int copies = 25;
     const std::map<QString, int> sources{{"FP-A", 3}, {"FP-B", 8}};
     std::vector<std::thread> desktops;
+    desktops.reserve(sources.size());
     std::map<QString, QString> errors;
     for (const auto &[source, lines] : sources) {
         addSheet(source, "X260800001");
