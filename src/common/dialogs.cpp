@@ -67,9 +67,9 @@ public:
         box.exec();
     }
 
-    bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter) override
+    bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter, MessageIcon icon) override
     {
-        QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No, parent);
+        QMessageBox box(iconOf(icon), title, text, QMessageBox::Yes | QMessageBox::No, parent);
         box.setTextFormat(Qt::PlainText);
         box.button(QMessageBox::Yes)->setText(QStringLiteral("是(&Y)"));
         box.button(QMessageBox::No)->setText(QStringLiteral("否(&N)"));
@@ -78,11 +78,13 @@ public:
         return box.exec() == QMessageBox::Yes;
     }
 
-    std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title) override
+    std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title,
+                                 const QString &proposed) override
     {
         QInputDialog box(parent);
         box.setWindowTitle(title);
         box.setLabelText(prompt);
+        box.setTextValue(proposed);
         box.setOkButtonText(QStringLiteral("确定"));
         box.setCancelButtonText(QStringLiteral("取消"));
         return box.exec() == QDialog::Accepted ? std::optional(box.textValue()) : std::nullopt;

@@ -22,10 +22,12 @@ public:
     virtual ~Dialogs() = default;
     // A message with OK alone. title may be empty.
     virtual void message(QWidget *parent, const QString &text, const QString &title, MessageIcon icon) = 0;
-    // A question with Yes and No and the question icon; gives whether Yes was chosen. Escape is No.
-    virtual bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter) = 0;
-    // An input box; no value when it was cancelled.
-    virtual std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title) = 0;
+    // A question with Yes and No; gives whether Yes was chosen. Escape is No.
+    virtual bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter,
+                     MessageIcon icon = MessageIcon::Question) = 0;
+    // An input box; no value when it was cancelled. proposed stands there to be taken or typed over.
+    virtual std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title,
+                                         const QString &proposed = {}) = 0;
     // The path of a file to open, or no value when cancelled; filter in the form of QFileDialog.
     virtual std::optional<QString> openFile(QWidget *parent, const QString &title, const QString &filter) = 0;
     // The path of a file to write, or no value when cancelled. suggested is a name without a folder: files are looked

@@ -22,6 +22,7 @@ namespace tradewick
 {
 
 class BranchTree;
+class ComboField;
 class FieldPanel;
 class RecordList;
 
@@ -48,6 +49,7 @@ public:
     // What declared rules and handlers work with. A field that is not there ends the program.
     QString text(const QString &field) const;
     void setText(const QString &field, const QString &text); // writes the record as typing does
+    QString choice(const QString &name) const; // what stands in a ChoiceSpec's box, without blanks around it
     void focusField(const QString &field);
     void lockField(const QString &field);
     void offer(const QString &combo, const char *statement); // throws DataError
@@ -74,6 +76,10 @@ public:
     // false when the user goes back to what was typed.
     bool store(const std::function<void()> &work);
 
+    // The number that Add would give a new record now. Throws DataError.
+    QString proposedKey();
+    // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
+    bool tellWaiting();
     // Shows the records of another statement, unless some wait to be stored, which is told.
     void showStatement(const char *statement, const Values &values);
     // Whether a record or its lines wait to be stored.
@@ -99,6 +105,7 @@ private:
     void build();
     void buildButtons(QBoxLayout *layout);
     QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press);
+    void addChoice(QBoxLayout *layout, const ChoiceSpec &choice);
     LinesPanel &linesPanel() const;
     void load();
     void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit
@@ -122,7 +129,6 @@ private:
     void last();
     void next();
     void previous();
-    QString proposedKey();
     void edit();
     void save();
     void cancel();
@@ -145,9 +151,11 @@ private:
     FieldPanel *m_panel = nullptr;
     RecordList *m_list = nullptr;
     QHash<QString, QPushButton *> m_buttons;
+    QHash<QString, ComboField *> m_choices;
     QLabel *m_state = nullptr;
     QString m_lost;     // what is to be told of a connection that was lost while the record was shown
     qint64 m_added = 0; // the record that Add began, until it is stored or dropped
+    qint64 m_left = 0;  // the record that was shown when Add began last
     bool m_busy = false, m_adding = false;
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };

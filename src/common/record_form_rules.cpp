@@ -34,6 +34,14 @@ QString RecordForm::text(const QString &field) const
     return m_panel->text(field);
 }
 
+QString RecordForm::choice(const QString &name) const
+{
+    const ComboField *combo = m_choices.value(name);
+    if (!combo)
+        throw std::logic_error("the form " + m_spec.name.toStdString() + " has no choice " + name.toStdString());
+    return combo->currentText().trimmed();
+}
+
 void RecordForm::setText(const QString &field, const QString &text)
 {
     m_panel->setText(field, text);
@@ -184,6 +192,7 @@ void RecordForm::fieldChosen(const QString &field)
     const auto take = [&](const PickStep &step) {
         Values values = headValues();
         values.insert("text", text(field).trimmed());
+        values.insert("key", text(keyField()).trimmed());
         const QStringList offers = step.offers.isEmpty() ? QStringList() : firstColumn(step.statement, values);
         const auto rows = connection()->rows(QString::fromUtf8(step.statement), values);
         if (rows.isEmpty() && !step.message.isEmpty())

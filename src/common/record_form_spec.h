@@ -138,7 +138,7 @@ inline FieldCheck isNew(const QString &field, const char *statement, const QStri
 enum class WhenNone { GoOn, Stop, Cancel };
 
 // One step of what a choice does. All that the steps write is one transaction, behind all that they read.
-//   statement: with {text}, the chosen text without blanks around it.
+//   statement: with {text}, the chosen text, and {key}, the head's key, both without blanks around them.
 struct PickStep {
     const char *statement = nullptr;
     Copies copies{}; // from the first row into the head
@@ -229,13 +229,14 @@ struct LinesSpec {
 
 // ---- the list of records ----
 
-// A box over the list: each change of its text shows the records of a statement.
+// A box over the list: each change of its text shows the records of a statement, or each choice among what it offers.
 struct FilterSpec {
     QString name, caption;
     const char *statement = nullptr; // with {text}
     const char *via =
         nullptr; // whose first row's columns are placeholders of the statement; without a row nothing changes
     bool trimmed = true;
+    const char *offers = nullptr; // it is a combo box, of the first column of these rows
 };
 
 struct DateFilterSpec {
@@ -289,6 +290,13 @@ struct ButtonSpec {
     bool whileAdding = false; // enabled in Browse and in Add, else in Browse alone
 };
 
+// A box beside the buttons from which the user chooses what one of them does. It takes any other text too.
+struct ChoiceSpec {
+    QString name, caption;
+    QStringList items;
+    std::function<void(RecordForm &form)> press{}; // an item was chosen; none: a button asks RecordForm::choice
+};
+
 // Which record a deletion shows.
 enum class AfterDelete {
     Next,             // the one behind; behind the last the first
@@ -314,6 +322,7 @@ struct RecordFormSpec {
     QStringList notes;        // texts below the fields
     PictureSpec picture;      // of the one field of that kind
     QStringList captions{"前端", "向前", "向后", "后端", "新增", "删除", "编辑", "确认", "取消", "返回"};
+    QVector<ChoiceSpec> choices;
     QVector<ButtonSpec> buttons; // beside those of every form
 
     NumberRule numbering; // without a prefix the user types the key
@@ -339,6 +348,7 @@ struct RecordFormSpec {
     QString firstFocus;     // where Add and Edit begin; empty: the key
     Adding adding = Adding::UntilOk;
     bool cancelDropsLines = false; // Cancel while adding removes the lines that are shown
+    bool cancelReturns = false;    // Cancel shows the record that Add left last, without one the first
     AfterDelete afterDelete = AfterDelete::Next;
     QString deleteQuestion = QStringLiteral("是否真的删除当前记录 ？"); // empty: nothing is asked
     QStringList refilled; // combo boxes that read what they offer again after OK, Cancel and Delete

@@ -33,6 +33,7 @@ void RecordForm::add()
         run(m_spec.failures.add, {[this] {
                                       m_adding = true;
                                       m_added = 0;
+                                      m_left = hasRecord() ? records().keyAt(records().absolutePosition()) : 0;
                                       setBusy(true, true);
                                   },
                                   [&] { number = proposedKey(); },
@@ -342,7 +343,10 @@ void RecordForm::cancel()
                  m_lines->drop(records().keyAt(row));
              records().CancelUpdate(row);
          },
-         [this] { records().MoveFirst(); },
+         [this] {
+             const int left = m_spec.cancelReturns && m_left ? records().rowOfKey(m_left) : -1;
+             left < 0 ? records().MoveFirst() : records().setAbsolutePosition(left);
+         },
          [this] {
              m_adding = false;
              refill();

@@ -19,7 +19,7 @@ namespace tradewick
 namespace
 {
 
-void addRow(QBoxLayout *layout, const QString &caption, QWidget *control)
+QBoxLayout *addRow(QBoxLayout *layout, const QString &caption, QWidget *control)
 {
     auto *row = new QHBoxLayout;
     auto *label = new QLabel(caption, control->parentWidget());
@@ -27,6 +27,7 @@ void addRow(QBoxLayout *layout, const QString &caption, QWidget *control)
     row->addWidget(label);
     row->addWidget(control, 1);
     layout->addLayout(row);
+    return row;
 }
 
 } // namespace
@@ -45,7 +46,7 @@ RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *pa
         filters = new QVBoxLayout(frame);
     }
     for (const FilterSpec &filter : spec.filters)
-        addFilter(filters, filter);
+        filter.offers ? addChoosingFilter(filters, filter) : addFilter(filters, filter);
     if (!spec.tree.branches.empty())
         addTree(layout);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -82,19 +83,43 @@ void RecordList::addDateFilter(QBoxLayout *layout)
     picker->setDisplayFormat("yyyy-MM-dd");
     picker->setCalendarPopup(true);
     label->setBuddy(picker);
+    row->addWidget(label);
+    row->addWidget(picker, 1);
+    addAll(row);
+    layout->addLayout(row);
+    m_ways.append(picker);
+    connect(picker, &QDateEdit::dateChanged, this, [this](QDate date) {
+        m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}});
+    });
+}
+
+// The way back from a choice that cannot be emptied.
+void RecordList::addAll(QBoxLayout *row)
+{
     auto *all = new QPushButton(QStringLiteral("全部"), this);
     all->setObjectName("Cmd_all");
     all->setAutoDefault(true);
     all->setAccessibleName(QStringLiteral("显示全部记录"));
-    row->addWidget(label);
-    row->addWidget(picker, 1);
     row->addWidget(all);
-    layout->addLayout(row);
-    m_ways.append({picker, all});
-    connect(picker, &QDateEdit::dateChanged, this, [this](QDate date) {
-        m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}});
-    });
+    m_ways.append(all);
     connect(all, &QPushButton::clicked, this, [this] { m_form.showStatement(m_spec.statement, {}); });
+}
+
+void RecordList::addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter)
+{
+    auto *box = new ComboField(this);
+    box->setObjectName(filter.name);
+    box->setAccessibleName(plainCaption(filter.caption));
+    box->lineEdit()->setAccessibleName(box->accessibleName());
+    box->addItems(m_form.offered(filter.offers));
+    box->setCurrentIndex(-1);
+    addAll(addRow(layout, filter.caption, box));
+    m_ways.append(box);
+    connect(box->lineEdit(), &QLineEdit::returnPressed, box, &ComboField::takeTyped);
+    connect(box, &ComboField::chosen, this, [this, box, &filter] {
+        if (const QString chosen = box->currentText().trimmed(); !chosen.isEmpty())
+            m_form.showStatement(filter.statement, {{"text", chosen}});
+    });
 }
 
 void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)

@@ -38,6 +38,8 @@ public:
 
 private:
     void addDateFilter(QBoxLayout *layout);
+    void addAll(QBoxLayout *row);
+    void addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter);
     void addFilter(QBoxLayout *layout, const FilterSpec &filter);
     void addTree(QBoxLayout *layout);
     void branchChosen(const BranchSpec &branch, const QVariant &key);

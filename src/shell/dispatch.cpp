@@ -2,6 +2,7 @@
 
 #include "common/record_form.h"
 #include "contracts/contracts.h"
+#include "documents/documents.h"
 #include "masterdata/masterdata.h"
 #include "shell/about.h"
 #include "shell/connection_settings.h"
@@ -48,6 +49,7 @@ const QVector<DeclaredForm> &declaredForms()
         {"YY_CGHT", YY_CGHT, Placement::ScreenWidth},
         {"YY_XyZ_New_Rpt", YY_XyZ_New_Rpt, Placement::ScreenWidth},
         {"YY_Yh_XYZ", YY_Yh_XYZ, Placement::ScreenWidth},
+        {"YY_DZ_MXB", YY_DZ_MXB, Placement::ScreenWidth},
         {"Sys_CwGs_ZL", Sys_CwGs_ZL, Placement::ScreenWidth},
         {"Sys_GKSZ", Sys_GKSZ, Placement::FreeArea},
         {"sys_JLDW", sys_JLDW, Placement::FreeArea},

@@ -58,7 +58,8 @@ protected:
     {
         QStringList columns;
         for (const FieldSpec &field : fields)
-            if (kindOf(field) == ColumnKind::Text && !columns.contains(field.column, Qt::CaseInsensitive))
+            if (kindOf(field) == ColumnKind::Text && field.type.kind != FieldKind::Date &&
+                !columns.contains(field.column, Qt::CaseInsensitive))
                 columns.append(field.column);
         database.connection().Execute("insert into " + table + "(" + columns.join(u',') + ") values('{t}'" +
                                           QString(",'{t}'").repeated(columns.size() - 1) + ")",

@@ -23,8 +23,8 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
     for (const FieldSpec &field : fields) {
         if (!isTyped(field) || typed.contains(field.column.toLower()))
             continue;
-        const QString text =
-            kindOf(field) == ColumnKind::Date ? QStringLiteral("2026-03-05") : QString::number(10000 + typed.size());
+        const bool isDate = field.type.kind == FieldKind::Date || kindOf(field) == ColumnKind::Date;
+        const QString text = isDate ? QStringLiteral("2026-03-05") : QString::number(10000 + typed.size());
         drive.type(field.name, text);
         typed[field.column.toLower()] = text;
         if (!field.caption.isEmpty() && !field.joined) {
@@ -81,7 +81,7 @@ TEST_P(EveryForm, AsksForWhatIsMissing)
         EXPECT_EQ(drive.text(blank.name), blank.stored);
 }
 
-TEST_P(EveryForm, WalksToTheEndsAndBackToTheFirstOnCancel)
+TEST_P(EveryForm, WalksToTheEndsAndBackOnCancel)
 {
     {
         const FormDriver none = open();
@@ -115,7 +115,8 @@ TEST_P(EveryForm, WalksToTheEndsAndBackToTheFirstOnCancel)
         form->close();
         EXPECT_TRUE(form->isVisible());
         drive.click("Cmdcancel");
-        EXPECT_EQ(drive.text(key()), "A0001");
+        // Where Add left from, or the first, wherever that was.
+        EXPECT_EQ(drive.text(key()), spec.cancelReturns ? "D0001" : "A0001");
         EXPECT_TRUE(drive.control(name())->property("readOnly").toBool());
         EXPECT_FALSE(form->records().hasPendingChanges());
     }
@@ -273,6 +274,7 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
     drive.click("Cmdedit");
     drive.click("Cmdcancel");
     EXPECT_EQ(mark(1), "未保存");
+    drive.click("cmdqd");
     drive.click("cmdnext");
     EXPECT_EQ(drive.text(name()), "never");
     drive.click("Cmdedit");

@@ -25,7 +25,7 @@ public:
 
     QVector<Shown> shown;         // messages and questions in their order
     bool answer = true;           // to every question
-    QString suggested;            // name of the last file to write
+    QString suggested;            // name of the last file to write, or what an input box proposed
     std::optional<QString> typed; // into every input box and file choice
     QVector<ConflictQuestion> conflicts;
     std::function<std::optional<ConflictAnswer>(const ConflictQuestion &question)> settle; // none: goes back
@@ -34,13 +34,15 @@ public:
     {
         shown.append({text, title, icon});
     }
-    bool ask(QWidget *, const QString &text, const QString &title, OnEnter) override
+    bool ask(QWidget *, const QString &text, const QString &title, OnEnter, MessageIcon icon) override
     {
-        shown.append({text, title, MessageIcon::Question});
+        shown.append({text, title, icon});
         return answer;
     }
-    std::optional<QString> input(QWidget *, const QString &prompt, const QString &title) override
+    std::optional<QString> input(QWidget *, const QString &prompt, const QString &title,
+                                 const QString &proposed) override
     {
+        suggested = proposed;
         shown.append({prompt, title, MessageIcon::None});
         return typed;
     }
