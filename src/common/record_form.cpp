@@ -1,5 +1,6 @@
 #include "common/record_form.h"
 
+#include "common/combo_field.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
@@ -10,6 +11,7 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
@@ -125,6 +127,29 @@ QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button,
     return push;
 }
 
+void RecordForm::addChoice(QBoxLayout *layout, const ChoiceSpec &choice)
+{
+    auto *combo = new ComboField(layout->parentWidget());
+    combo->setObjectName(choice.name);
+    combo->setAccessibleName(plainCaption(choice.caption));
+    combo->lineEdit()->setAccessibleName(combo->accessibleName());
+    combo->addItems(choice.items);
+    combo->showText({});
+    auto *label = new QLabel(choice.caption, layout->parentWidget());
+    label->setBuddy(combo);
+    layout->addWidget(label);
+    layout->addWidget(combo);
+    m_choices.insert(choice.name, combo);
+    connect(combo, &ComboField::chosen, this, [this, &choice] {
+        if (choice.press)
+            choice.press(*this);
+    });
+    // On to the button that acts upon it.
+    const auto goOn = [this] { focusNextChild(); };
+    connect(combo, &ComboField::enterPressed, this, goOn);
+    connect(combo->lineEdit(), &QLineEdit::returnPressed, this, goOn);
+}
+
 void RecordForm::buildButtons(QBoxLayout *layout)
 {
     auto *bar = new QWidget(m_content.get());
@@ -155,6 +180,8 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     addButton(row, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
     addButton(row, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
     row = group();
+    for (const ChoiceSpec &choice : std::as_const(m_spec.choices))
+        addChoice(row, choice);
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
         addButton(row, button, [this, &button] { button.press(*this); });
     addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { close(); });

@@ -22,6 +22,7 @@ namespace tradewick
 {
 
 class BranchTree;
+class ComboField;
 class FieldPanel;
 class RecordList;
 
@@ -48,6 +49,7 @@ public:
     // What declared rules and handlers work with. A field that is not there ends the program.
     QString text(const QString &field) const;
     void setText(const QString &field, const QString &text); // writes the record as typing does
+    QString choice(const QString &name) const; // what stands in a ChoiceSpec's box, without blanks around it
     void focusField(const QString &field);
     void lockField(const QString &field);
     void offer(const QString &combo, const char *statement); // throws DataError
@@ -99,6 +101,7 @@ private:
     void build();
     void buildButtons(QBoxLayout *layout);
     QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press);
+    void addChoice(QBoxLayout *layout, const ChoiceSpec &choice);
     LinesPanel &linesPanel() const;
     void load();
     void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit
@@ -145,6 +148,7 @@ private:
     FieldPanel *m_panel = nullptr;
     RecordList *m_list = nullptr;
     QHash<QString, QPushButton *> m_buttons;
+    QHash<QString, ComboField *> m_choices;
     QLabel *m_state = nullptr;
     QString m_lost;     // what is to be told of a connection that was lost while the record was shown
     qint64 m_added = 0; // the record that Add began, until it is stored or dropped

@@ -1,5 +1,6 @@
 // What a record form's declared rules do: values that new records begin with, choices in combo boxes, checks of fields
 // that are left.
+#include "common/combo_field.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
 #include "common/record_form.h"
@@ -31,6 +32,14 @@ BranchTree *RecordForm::tree() const
 QString RecordForm::text(const QString &field) const
 {
     return m_panel->text(field);
+}
+
+QString RecordForm::choice(const QString &name) const
+{
+    const ComboField *combo = m_choices.value(name);
+    if (!combo)
+        throw std::logic_error("the form " + m_spec.name.toStdString() + " has no choice " + name.toStdString());
+    return combo->currentText().trimmed();
 }
 
 void RecordForm::setText(const QString &field, const QString &text)

@@ -289,6 +289,13 @@ struct ButtonSpec {
     bool whileAdding = false; // enabled in Browse and in Add, else in Browse alone
 };
 
+// A box beside the buttons from which the user chooses what one of them does. It takes any other text too.
+struct ChoiceSpec {
+    QString name, caption;
+    QStringList items;
+    std::function<void(RecordForm &form)> press{}; // an item was chosen; none: a button asks RecordForm::choice
+};
+
 // Which record a deletion shows.
 enum class AfterDelete {
     Next,             // the one behind; behind the last the first
@@ -314,6 +321,7 @@ struct RecordFormSpec {
     QStringList notes;        // texts below the fields
     PictureSpec picture;      // of the one field of that kind
     QStringList captions{"前端", "向前", "向后", "后端", "新增", "删除", "编辑", "确认", "取消", "返回"};
+    QVector<ChoiceSpec> choices;
     QVector<ButtonSpec> buttons; // beside those of every form
 
     NumberRule numbering; // without a prefix the user types the key
