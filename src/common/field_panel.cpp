@@ -308,10 +308,17 @@ bool FieldPanel::key(const QString &name, QWidget *widget, int key)
     int elements = 0;
     for (const Entry *entry : std::as_const(m_order))
         elements += arrayOf(entry->spec->name) == array ? 1 : 0;
-    const int next = indexOf(name) + (key == Qt::Key_Down ? 1 : -1);
-    if (!m_spec.arrowsWrap && (next < 0 || next == elements))
+    for (int at = indexOf(name), steps = 0; steps < elements; ++steps) {
+        const int next = at + (key == Qt::Key_Down ? 1 : -1);
+        if (!m_spec.arrowsWrap && (next < 0 || next == elements))
+            return true;
+        at = (next + elements) % elements;
+        const QString other = QStringLiteral("%1(%2)").arg(array).arg(at);
+        if (field(other).hidden)
+            continue;
+        focus(other);
         return true;
-    focus(QStringLiteral("%1(%2)").arg(array).arg((next + elements) % elements));
+    }
     return true;
 }
 
