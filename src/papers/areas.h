@@ -7,6 +7,7 @@ namespace tradewick
 {
 
 QVector<Document> contractDocuments();
+QVector<Document> shippingDocuments();
 QVector<Document> masterDataDocuments();
 
 } // namespace tradewick

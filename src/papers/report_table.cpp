@@ -31,6 +31,13 @@ void fillFormA(FormattedBand &band)
     band.setText("L_DW", quantity ? band.value("dw").toString() : QStringLiteral("KgS"));
 }
 
+// The general bill numbers its pages in the head.
+void numberHead(FormattedBand &band)
+{
+    if (band.section.kind == SectionKind::PageHeader)
+        band.setText("L_Pages", QString::number(band.page));
+}
+
 } // namespace
 
 const QVector<ReportEntry> &reportEntries()
@@ -84,7 +91,7 @@ const QVector<ReportEntry> &reportEntries()
         {"CY_DcD_ZGWY_Rpt", reportFamilyA()},
         {"CY_Dcd_WanHai_Rpt", {false}},
         {"Cy_DcD_HaPaG_lioyd", {false}},
-        {"CY_HYTD_RPT", reportFamilyA()},
+        {"CY_HYTD_RPT", {true, {&numberHead, {}, {"L_Pages"}}}},
         {"CY_hytd_GH_rpt", reportFamilyA()},
         {"CY_HYTD_mSj_Rpt", reportFamilyA()},
         {"CY_HYTD_ZgWy_Rpt", reportFamilyA()},
