@@ -104,13 +104,13 @@ constexpr TableText tableTexts[] = {
      "gxgs zgxxdd:l bgdz:l fyzj:n tygs_emc tygs_edz:l tygs_dz:l tygs_fax cygs_emc cygs_dz:l cygs_phone "
      "cygs_fax cygs_logo:l cygs_lxr hyd shr_dz:l shr_phone shr_fax htbh fpbh shdd"},
     {"cy_dcd_djb_b", "", "dcdh fpbh",
-     "madol:l gfh xjh cpmc jianshu:n b_zdw zmz:n hjtj:n cw_dcdh dcdh fpbh htbh xh:n sxh cpgg"},
+     "madol:l gfh xjh cpmc jianshu:n b_zdw zmz:n hjtj:n cw_dcdh dcdh fpbh htbh xh sxh cpgg"},
     {"cy_hytd_djb_h", "tdhm", "dcdh djrq",
      "tdhm cw_tdhm djrq:d dcdh tygs shr tzr ship_name zhgk xhgk mdgk ycys hyd zyqx:l shr_dz:l shr_phone "
      "shr_fax tygs_emc tygs_edz:l tygs_dz:l tygs_phone tygs_fax cygs cygs_emc cygs_dz:l cygs_phone cygs_fax "
      "cygs_lxr shdd"},
     {"cy_hytd_djb_b", "", "tdhm dcdh",
-     "madol:l gfh xjh cpmc cpgg jianshu:n b_zdw zmz:n hjtj:n fpbh dcdh tdhm htbh xh:n"},
+     "madol:l gfh xjh cpmc cpgg jianshu:n b_zdw zmz:n hjtj:n fpbh dcdh tdhm htbh xh"},
     {"cy_hxd_wgj_ld", "", "djrq",
      "djrq:d start endh gsmc lqr gl_fenshu:n yy_fenshu:n sy_fenshu:n hs_fenshu:n"},
     {"cy_hxd_gshs", "", "djrq htbh",

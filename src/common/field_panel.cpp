@@ -322,12 +322,20 @@ bool FieldPanel::key(const QString &name, QWidget *widget, int key)
     if (!name.contains(u'('))
         return false;
     const QString array = arrayOf(name);
-    const auto elements = static_cast<int>(std::count_if(
-        m_order.cbegin(), m_order.cend(), [&](const Entry *entry) { return arrayOf(entry->spec->name) == array; }));
-    const int next = indexOf(name) + (key == Qt::Key_Down ? 1 : -1);
-    if (!m_spec.arrowsWrap && (next < 0 || next == elements))
+    int elements = 0;
+    for (const Entry *entry : std::as_const(m_order))
+        elements += arrayOf(entry->spec->name) == array ? 1 : 0;
+    for (int at = indexOf(name), steps = 0; steps < elements; ++steps) {
+        const int next = at + (key == Qt::Key_Down ? 1 : -1);
+        if (!m_spec.arrowsWrap && (next < 0 || next == elements))
+            return true;
+        at = (next + elements) % elements;
+        const QString other = QStringLiteral("%1(%2)").arg(array).arg(at);
+        if (field(other).hidden)
+            continue;
+        focus(other);
         return true;
-    focus(QStringLiteral("%1(%2)").arg(array).arg(next < 0 ? elements - 1 : next == elements ? 0 : next));
+    }
     return true;
 }
 

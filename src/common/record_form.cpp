@@ -138,6 +138,7 @@ void RecordForm::addChoice(QBoxLayout *layout, const ChoiceSpec &choice)
     combo->setAccessibleName(plainCaption(choice.caption));
     combo->lineEdit()->setAccessibleName(combo->accessibleName());
     combo->addItems(choice.items);
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToContents); // its texts are names, which must be whole
     combo->showText({});
     auto *label = new QLabel(choice.caption, layout->parentWidget());
     label->setBuddy(combo);

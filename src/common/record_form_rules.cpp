@@ -120,7 +120,8 @@ QStringList RecordForm::firstColumn(const char *statement, const Values &values)
     connection()->read(
         QString::fromUtf8(statement), values, [](const QStringList &) {},
         [&](const QVariantList &row) {
-            items.append(row.first().toString());
+            if (!row.first().isNull()) // which nobody can choose
+                items.append(row.first().toString());
             return true;
         });
     return items;
@@ -177,6 +178,11 @@ void RecordForm::fieldChosen(const QString &field)
                                    [&](const PickSpec &one) { return one.combo == field; });
     if (pick == m_spec.picks.cend() || !isBusy() || !hasRecord())
         return;
+    if (!pick->blank.isEmpty() && text(field).trimmed().isEmpty()) {
+        dialogs().message(this, pick->blank, systemTitle(), MessageIcon::Critical);
+        cancel();
+        return;
+    }
     const bool writes = std::any_of(pick->steps.cbegin(), pick->steps.cend(),
                                     [](const PickStep &step) { return step.clear || step.insert; });
     if (writes && tellTakenKey()) {
@@ -188,9 +194,11 @@ void RecordForm::fieldChosen(const QString &field)
         Values values;
     };
     QVector<Write> writing;
+    Values remembered;
     bool clears = false, cancelled = false;
     const auto take = [&](const PickStep &step) {
         Values values = headValues();
+        values.insert(remembered);
         values.insert("text", text(field).trimmed());
         values.insert("key", text(keyField()).trimmed());
         const QStringList offers = step.offers.isEmpty() ? QStringList() : firstColumn(step.statement, values);
@@ -202,6 +210,8 @@ void RecordForm::fieldChosen(const QString &field)
             return false;
         if (!rows.isEmpty() && !step.copies.isEmpty())
             copyColumns(rows.first(), records(), step.copies, step.trimmed);
+        for (const ColumnPair &pair : step.remembers)
+            remembered.insert(pair.to, rows.isEmpty() ? QVariant() : rows.first()[pair.from]);
         if (!step.offers.isEmpty())
             m_panel->offer(step.offers, offers);
         if (step.clear && (step.insert || !rows.isEmpty())) {
@@ -215,6 +225,7 @@ void RecordForm::fieldChosen(const QString &field)
             Values line = values;
             line.insert(row.named());
             line.insert("i", QString::number(++number));
+            line.insert("n", u' ' + QString::number(lines().RecordCount() + 1));
             writing.append({step.insert, line});
         }
         if (step.also)
@@ -270,7 +281,8 @@ bool RecordForm::passes(const FieldCheck &check)
     case FieldCheck::Date: {
         const QDate date = dateFromText(typed);
         if (date.isValid()) {
-            if (dateText(date) != typed)
+            // A date that is kept as a text stays as it was typed.
+            if (m_panel->field(check.field).type.kind == FieldKind::Date && dateText(date) != typed)
                 setText(check.field, dateText(date));
             return true;
         }
@@ -372,7 +384,8 @@ bool RecordForm::missesRequiredField()
             continue;
         if (!field.message.isEmpty()) {
             dialogs().message(this, field.message, m_spec.requiredTitle, MessageIcon::Exclamation);
-            focusField(field.focus.isEmpty() ? field.name : field.focus);
+            if (field.movesFocus)
+                focusField(field.focus.isEmpty() ? field.name : field.focus);
         }
         return true;
     }

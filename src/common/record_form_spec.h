@@ -97,6 +97,7 @@ struct RequiredField {
     QString name, message; // an empty message stops the save without a word
     int length = 0;        // that the text must have; 0: any but none
     QString focus{};       // the field that takes the focus; empty: the one that misses something
+    bool movesFocus = true;
 };
 // The code forms ask for both alike, and go back to the code.
 inline QVector<RequiredField> codeAndName()
@@ -138,14 +139,17 @@ inline FieldCheck isNew(const QString &field, const char *statement, const QStri
 enum class WhenNone { GoOn, Stop, Cancel };
 
 // One step of what a choice does. All that the steps write is one transaction, behind all that they read.
-//   statement: with {text}, the chosen text, and {key}, the head's key, both without blanks around them.
+//   statement: with {text}, the chosen text, and {key}, the head's key, both without blanks around them, and what the
+//     steps before it remembered.
 struct PickStep {
     const char *statement = nullptr;
     Copies copies{}; // from the first row into the head
     bool trimmed = false;
+    Copies remembers{};           // columns of the first row that are placeholders of the steps behind it
     const char *clear = nullptr;  // removes lines, where the step found a row or inserts
     const char *insert = nullptr; // makes a line of each row; its placeholders are the row's columns too, and {i}, the
-                                  // row's number from 1
+                                  // row's number from 1, and {n}, the number behind that of the lines which were there,
+                                  // a blank before it: one for all rows
     QString offers{};             // the combo box that offers the rows from now on, keeping its text
     WhenNone none = WhenNone::GoOn;
     QString message{}; // told where there is no row
@@ -156,6 +160,7 @@ struct PickSpec {
     QString combo;
     QVector<PickStep> steps;
     QString needs{}, message{}; // the field that must be filled before this one is entered, and what is said otherwise
+    QString blank{};            // what is said where a blank is chosen, which is a Cancel; empty: it is as any text
 };
 
 // ---- lines ----

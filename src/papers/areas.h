@@ -8,6 +8,7 @@ namespace tradewick
 
 QVector<Document> contractDocuments();
 QVector<Document> sheetDocuments();
+QVector<Document> shippingDocuments();
 QVector<Document> masterDataDocuments();
 
 } // namespace tradewick

@@ -41,6 +41,8 @@ Values headOf(const DocumentRecord &record, Connection &connection, const Values
     if (record.head.isEmpty())
         return head;
     const QVector<Row> rows = connection.rows(record.head, given);
+    if (rows.isEmpty() && record.printsWithout && given.value(record.key).toString().isEmpty())
+        return head;
     if (rows.isEmpty())
         throw DataError(0, QStringLiteral("没有编号为“%1”的%2").arg(given.value(record.key).toString(), record.name));
     head.insert(rows.first().named());
@@ -78,7 +80,8 @@ QString DocumentValues::inEnglish(double amount) const
 
 const QVector<Document> &documents()
 {
-    static const QVector<Document> all = contractDocuments() + sheetDocuments() + masterDataDocuments();
+    static const QVector<Document> all =
+        contractDocuments() + sheetDocuments() + shippingDocuments() + masterDataDocuments();
     return all;
 }
 
@@ -146,16 +149,36 @@ void showDocument(const QString &name, Connection &connection, const QString &nu
 
 void printRecord(const QString &name, const QString &number, QWidget *parent, const QString &withoutNumber)
 {
-    if (number.trimmed().isEmpty()) {
-        dialogs().message(parent, withoutNumber, QStringLiteral("系统提示"), MessageIcon::Critical);
-        return;
-    }
     try {
-        showDocument(name, *gConn, number.trimmed(), parent);
+        if (number.trimmed().isEmpty() && !document(name).record.printsWithout)
+            dialogs().message(parent, withoutNumber, QStringLiteral("系统提示"), MessageIcon::Critical);
+        else
+            showDocument(name, *gConn, number.trimmed(), parent);
     } catch (const DataError &error) {
         const bool nothing = error.number() == nothingToPrint;
         dialogs().message(parent, error.text(), nothing ? QStringLiteral("系统提示") : QString(),
                           nothing ? MessageIcon::Critical : MessageIcon::None);
+    }
+}
+
+QStringList choicesOf(const QString &record)
+{
+    QStringList choices;
+    for (const Document &one : documents())
+        if (one.record.name == record && one.choice)
+            choices.append(*one.choice);
+    return choices;
+}
+
+void printChoice(const QString &record, const QString &choice, const QString &number, QWidget *parent)
+{
+    for (const Document &one : documents()) {
+        // A record that is missing is told whatever is chosen.
+        const bool isChosen = one.choice == choice || (number.trimmed().isEmpty() && !one.record.printsWithout);
+        if (one.record.name == record && isChosen) {
+            printRecord(one.name, number, parent);
+            return;
+        }
     }
 }
 

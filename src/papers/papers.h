@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QVector>
 
+#include <optional>
 #include <variant>
 
 namespace tradewick
@@ -67,6 +68,7 @@ struct DocumentRecord {
     // A label that fails is left empty and a logo that cannot be read is left out, and the report is shown all the
     // same; otherwise either ends the printing with its error.
     bool goesOn = false;
+    bool printsWithout = false; // without a number it is shown all the same, with nothing filled in
 };
 
 struct DocumentClause {
@@ -83,6 +85,7 @@ struct Document {
     DocumentClause clause{};
     QString logo{}; // the image that takes the picture of the head's column logo
     QVector<DocumentLabel> labels{};
+    std::optional<QString> choice{}; // what a form's box of choices calls it, among the documents of its record
 
     bool takesNumber() const { return !record.key.isEmpty(); }
 };
@@ -114,5 +117,10 @@ void showDocument(const QString &name, Connection &connection, const QString &nu
 // goes wrong is told.
 void printRecord(const QString &name, const QString &number, QWidget *parent,
                  const QString &withoutNumber = QStringLiteral("没有当前记录，不能打印！"));
+
+// What the documents of a kind of record (DocumentRecord::name) are chosen by, in their order.
+QStringList choicesOf(const QString &record);
+// The same for the document of that kind and choice, to the letter. Any other choice prints nothing.
+void printChoice(const QString &record, const QString &choice, const QString &number, QWidget *parent);
 
 } // namespace tradewick

@@ -38,6 +38,12 @@ void fillFormA(FormattedBand &band)
 }
 
 // Goods with foreign parts are under the second criterion, whatever else is ticked.
+void numberHead(FormattedBand &band)
+{
+    if (band.section.kind == SectionKind::PageHeader)
+        band.setText("L_Pages", QString::number(band.page));
+}
+
 void fillFormAApplication(FormattedBand &band)
 {
     if (band.section.kind == SectionKind::GroupHeader)
@@ -65,6 +71,11 @@ void fillTaxInvoiceOverlay(FormattedBand &band)
 }
 
 } // namespace
+
+ReportFamily generalBillFamily()
+{
+    return {true, {&numberHead, {}, {"L_Pages"}}};
+}
 
 ReportFamily priceListFamily()
 {

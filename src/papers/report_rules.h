@@ -22,4 +22,7 @@ ReportFamily shippingAdviceFamily();
 // The preprinted tax invoice has a place of its own for year, month and day.
 ReportFamily taxInvoiceOverlayFamily();
 
+// The general bill of lading numbers its pages in the head.
+ReportFamily generalBillFamily();
+
 } // namespace tradewick

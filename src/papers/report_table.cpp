@@ -61,7 +61,7 @@ const QVector<ReportEntry> &reportEntries()
         {"CY_DcD_ZGWY_Rpt", reportFamilyA()},
         {"CY_Dcd_WanHai_Rpt", {false}},
         {"Cy_DcD_HaPaG_lioyd", {false}},
-        {"CY_HYTD_RPT", reportFamilyA()},
+        {"CY_HYTD_RPT", generalBillFamily()},
         {"CY_hytd_GH_rpt", reportFamilyA()},
         {"CY_HYTD_mSj_Rpt", reportFamilyA()},
         {"CY_HYTD_ZgWy_Rpt", reportFamilyA()},

@@ -8,6 +8,7 @@
 #include "shell/connection_settings.h"
 #include "shell/splash.h"
 #include "shell/users.h"
+#include "shipping/shipping.h"
 
 #include <QHash>
 
@@ -54,6 +55,9 @@ const QVector<DeclaredForm> &declaredForms()
         {"Sys_GKSZ", Sys_GKSZ, Placement::FreeArea},
         {"sys_JLDW", sys_JLDW, Placement::FreeArea},
         {"Sys_TcGs_Set", Sys_TcGs_Set, Placement::ScreenWidth},
+        {"CY_Dcd_Rpt", CY_Dcd_Rpt, Placement::ScreenWidth},
+        {"CY_Pcd_Djb", CY_Pcd_Djb, Placement::ScreenWidth},
+        {"cy_HYtD_DjB", cy_HYtD_DjB, Placement::ScreenWidth},
         {"sys_bmsz", sys_bmsz, Placement::FreeArea},
         {"sys_fkfs", sys_fkfs, Placement::FreeArea},
         {"sys_gssz", sys_gssz, Placement::ScreenWidth},

@@ -48,22 +48,40 @@ protected:
     {
         return database.connection().kindsOf(table).value(field.column.toLower(), ColumnKind::Unknown);
     }
+    // Takes dates alone, in whatever kind of column it keeps them.
+    bool isDate(const FieldSpec &field) const
+    {
+        return kindOf(field) == ColumnKind::Date ||
+               std::any_of(spec.checks.cbegin(), spec.checks.cend(), [&](const FieldCheck &check) {
+                   return check.field == field.name && check.kind == FieldCheck::Date;
+               });
+    }
+    void typeRequired(const FormDriver &drive, const QString &text) const
+    {
+        for (const RequiredField &required : spec.required)
+            for (const FieldSpec &field : fields)
+                if (field.name == required.name)
+                    drive.type(field.name,
+                               isDate(field) ? "2026-03-05" : text.left(required.length ? required.length : 5));
+    }
     static bool isTyped(const FieldSpec &field)
     {
         return !field.column.isEmpty() && !field.hidden && field.type.kind != FieldKind::Check;
     }
 
-    // One row with this text in every column of the fields that takes text.
+    // One row with this text in every column of the fields that takes text, and a date where one is required.
     void insert(const QString &text)
     {
-        QStringList columns;
-        for (const FieldSpec &field : fields)
-            if (kindOf(field) == ColumnKind::Text && field.type.kind != FieldKind::Date &&
-                !columns.contains(field.column, Qt::CaseInsensitive))
-                columns.append(field.column);
-        database.connection().Execute("insert into " + table + "(" + columns.join(u',') + ") values('{t}'" +
-                                          QString(",'{t}'").repeated(columns.size() - 1) + ")",
-                                      {{"t", text}});
+        Values row;
+        for (const FieldSpec &field : fields) {
+            const bool isRequired = std::any_of(spec.required.cbegin(), spec.required.cend(),
+                                                [&](const RequiredField &one) { return one.name == field.name; });
+            if (isDate(field) ? isRequired : kindOf(field) == ColumnKind::Text)
+                row.insert(field.column.toLower(), isDate(field) ? QStringLiteral("2026-03-05") : text);
+        }
+        const QStringList columns = row.keys();
+        database.connection().Execute(
+            "insert into " + table + "(" + columns.join(u',') + ") values('{" + columns.join("}','{") + "}')", row);
     }
     int count() { return database.count(table); }
     int count(const QString &column, const QString &value)
