@@ -51,7 +51,7 @@ protected:
     // Takes dates alone, in whatever kind of column it keeps them.
     bool isDate(const FieldSpec &field) const
     {
-        return kindOf(field) == ColumnKind::Date ||
+        return field.type.kind == FieldKind::Date || kindOf(field) == ColumnKind::Date ||
                std::any_of(spec.checks.cbegin(), spec.checks.cend(), [&](const FieldCheck &check) {
                    return check.field == field.name && check.kind == FieldCheck::Date;
                });
