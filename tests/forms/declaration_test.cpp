@@ -1,5 +1,5 @@
-// Every declaration against what was agreed of it, to the character: one text for each form in declared/, read here line
-// by line. A change of either shows in the other. TRADEWICK_DECLARATIONS=FOLDER writes the texts of the program's
+// Every declaration against what was agreed of it, to the character: one text for each form in declared/, read here
+// line by line. A change of either shows in the other. TRADEWICK_DECLARATIONS=FOLDER writes the texts of the program's
 // declarations there: for a new form they are held against the business's own tables before they are kept.
 #include "shell/dispatch.h"
 
