@@ -117,6 +117,30 @@ ColumnKind kindOf(const QVector<GridColumn> &lines, const QString &column)
     return ColumnKind::Unknown;
 }
 
+bool takesDates(const RecordFormSpec &spec, const QString &name)
+{
+    bool takes = std::any_of(spec.checks.cbegin(), spec.checks.cend(), [&](const FieldCheck &check) {
+        return check.field == name && check.kind == FieldCheck::Date;
+    });
+    for (const PageSpec &page : spec.pages)
+        for (const FieldSpec &field : page.fields)
+            takes = takes || (field.name == name && field.type.kind == FieldKind::Date);
+    return takes;
+}
+
+// A box whose text is stored nowhere and searches nothing.
+bool isChooser(const RecordFormSpec &spec, const QString &name)
+{
+    for (const ChoiceSpec &choice : spec.choices)
+        if (choice.name == name)
+            return true;
+    for (const PageSpec &page : spec.pages)
+        for (const FieldSpec &field : page.fields)
+            if (field.name == name && field.column.isEmpty())
+                return true;
+    return false;
+}
+
 QString valid(ColumnKind kind)
 {
     return kind == ColumnKind::Date ? QStringLiteral("2026-03-05") : QStringLiteral("7");
@@ -139,7 +163,7 @@ protected:
     ScriptedDialogs dialogs;
 
     // Names of the controls that take text: those of a record, locked in Browse, and the boxes that are not.
-    static QStringList controls(const QWidget &form, bool ofRecord)
+    static QStringList controls(const RecordForm &form, bool ofRecord)
     {
         QStringList names;
         for (const QWidget *widget : form.findChildren<QWidget *>()) {
@@ -147,7 +171,8 @@ protected:
             const bool takesText = widget->inherits("QLineEdit") || widget->inherits("QPlainTextEdit") ||
                                    widget->inherits("tradewick::ComboField");
             if (takesText && (name.startsWith("Text") || name.startsWith("Combo")) &&
-                widget->property("readOnly").toBool() == ofRecord && widget->focusPolicy() != Qt::ClickFocus)
+                widget->property("readOnly").toBool() == ofRecord && widget->focusPolicy() != Qt::ClickFocus &&
+                !isChooser(form.spec(), name))
                 names.append(name);
         }
         return names;
@@ -185,6 +210,8 @@ protected:
             for (int i = 0; i < columns.size(); ++i)
                 if (after[i] != before[i] && after[i] == text)
                     kind = form.records().columnKind(i);
+            if (takesDates(form.spec(), field)) // in whatever kind of column it keeps them
+                kind = ColumnKind::Date;
             if (kind == ColumnKind::Number || kind == ColumnKind::Date)
                 wanted.append({field, kind});
             else
@@ -193,6 +220,7 @@ protected:
         auto *grid = form.findChild<Grid *>("TDBGrid1");
         QStringList lineNumbers;
         if (grid && line >= 0) {
+            form.showLines();
             const QVector<GridColumn> &lines = grid->recordsetModel()->columns();
             for (const GridColumn &cell : lines) {
                 const ColumnKind kind = kindOf(lines, cell.column);
@@ -216,6 +244,8 @@ protected:
         EXPECT_EQ(contentOf(database), before);
         for (const auto &[field, kind] : wanted)
             drive.type(field, valid(kind));
+        if (!lineNumbers.isEmpty())
+            form.showLines();
         for (const QString &column : lineNumbers)
             drive.typeCell(grid, line, column, valid(kindOf(grid->recordsetModel()->columns(), column)));
         QApplication::processEvents();
@@ -343,9 +373,11 @@ TEST_P(HostileInput, IsStoredToTheCharacterAndChangesNothingElse)
     if (const auto *lines = form->findChild<Grid *>("TDBGrid1")) {
         while (lines->model()->rowCount() == 0 && !form->records().EOF_())
             form->records().MoveNext();
-        drive.click("Cmdedit");
-        const QStringList expected = fill(*form, {}, 1, 0);
-        store(*form, expected, 1);
+        if (lines->model()->rowCount() > 0) { // where the demonstration has any
+            drive.click("Cmdedit");
+            const QStringList expected = fill(*form, {}, 1, 0);
+            store(*form, expected, 1);
+        }
     }
     drive.click("cmdqd");
     drive.click("Cmdedit");

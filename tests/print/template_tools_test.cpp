@@ -213,8 +213,8 @@ TEST_F(TemplateTools, TheGalleryMarksWhatDiffersFromTheOneBefore)
                 green |= QRect(x, y, 1, 1);
         }
     }
-    EXPECT_NEAR(red.left(), 100 / 15, 2);
-    EXPECT_NEAR(green.left(), 4100 / 15, 2);
+    EXPECT_NEAR(red.left(), 100 / 15.0, 2);
+    EXPECT_NEAR(green.left(), 4100 / 15.0, 2);
 }
 
 // The templates that are told to the twip, read back from their PDF: each text's first line from pdftotext's boxes, in
