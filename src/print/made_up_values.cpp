@@ -10,7 +10,7 @@ namespace
 {
 
 struct Known {
-    const char *names;   // of columns and labels, in lower case
+    const char *names;   // of columns and labels, in lower case; "report.label" where reports mean different things
     const char *typical; // "#" before a number
     const char *longest; // empty: the typical one as well
 };
@@ -104,6 +104,7 @@ constexpr Known table[] = {
     {"beizhu jyfw jkgx l_nr", "家居装饰品、镜子、装饰画", "家居装饰品、镜子、装饰画、相框及配件的生产与销售；样品须经客户书面确认后方可投产"},
     // amounts in words, and what else forms put into labels
     {"l_talam l_ywje", amountInWords, longAmountInWords},
+    {"yy_xsfp_rpt.l_zjje yy_xsfp_djrpt.l_zjje yy_wxht_rpt.l_zjje", amountInWords, longAmountInWords},
     {"l_talau", "TWENTY FOUR THOUSAND PCS ONLY", "NINE HUNDRED AND EIGHTY SEVEN THOUSAND SEVEN HUNDRED AND SEVENTY SEVEN PCS ONLY"},
     {"l_zjje", "USD 12705.5", "USD 98765432.1"},
     {"l_hzje l_zwje jshj_dx sj_sjjedx", "壹万贰仟柒佰零伍元伍角整", "玖亿捌仟柒佰柒拾柒万柒仟柒佰柒拾柒元柒角柒分"},
