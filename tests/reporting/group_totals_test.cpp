@@ -70,8 +70,9 @@ struct Case {
             if (!ends(row, level))
                 continue;
             const QString text = object.summary == Summary::Count ? QString::number(count)
-                                 : object.format.isEmpty()        ? QString::number(cents / 100.0, 'g', 15)
-                                                           : QLocale(QLocale::English).toString(cents / 100.0, 'f', 2);
+                                 : object.format.isEmpty()
+                                     ? QString::number(static_cast<double>(cents) / 100, 'g', 15)
+                                     : QLocale(QLocale::English).toString(static_cast<double>(cents) / 100, 'f', 2);
             if (zeros || text != "0")
                 texts.append(object.format == "0.00" ? QString(text).remove(',') : text);
             if (!object.overReport)
