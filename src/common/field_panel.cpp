@@ -60,7 +60,8 @@ FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *
         m_tabs->setObjectName("SSTab1");
         m_tabs->setAccessibleName(spec.caption);
         layout->addWidget(m_tabs);
-        const bool linesOnTab = spec.lines.page >= 0;
+        const bool linesOnTab = std::any_of(spec.lines.grids.cbegin(), spec.lines.grids.cend(),
+                                            [](const LineGridSpec &grid) { return grid.page >= 0; });
         m_tabs->setSizePolicy(QSizePolicy::Preferred, linesOnTab ? QSizePolicy::Preferred : QSizePolicy::Maximum);
     }
     for (int index = 0; index < spec.pages.size(); ++index) {
@@ -86,9 +87,37 @@ FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *
 
 FieldPanel::~FieldPanel() = default;
 
-QBoxLayout *FieldPanel::page(int index) const
+QBoxLayout *FieldPanel::placeOf(const LineGridSpec &grid) const
 {
-    return m_pages.at(index);
+    return grid.above.isEmpty() ? m_pages.at(grid.page) : m_places.value(grid.name);
+}
+
+void FieldPanel::chainGrids()
+{
+    for (const LineGridSpec &grid : m_spec.lines.grids) {
+        const auto below = std::find_if(m_order.cbegin(), m_order.cend(),
+                                        [&](const Entry *entry) { return entry->spec->name == grid.above; });
+        if (below != m_order.cend() && below != m_order.cbegin())
+            setTabOrder((*std::prev(below))->control->widget(), findChild<QWidget *>(grid.name));
+    }
+}
+
+// What stands around a group of fields, or around those of none, which begins with that field.
+QWidget *FieldPanel::addFrame(int index, const FieldSpec &first)
+{
+    QWidget *page = m_pages[index]->parentWidget();
+    auto *around = first.group.isEmpty() ? new QWidget(page) : new QGroupBox(first.group, page);
+    for (const LineGridSpec &grid : m_spec.lines.grids)
+        if (grid.page == index && grid.above == first.name) {
+            m_places[grid.name] = new QVBoxLayout;
+            m_pages[index]->addLayout(m_places[grid.name], 1);
+        }
+    if (!first.beside) {
+        m_band = new QHBoxLayout;
+        m_pages[index]->addLayout(m_band);
+    }
+    m_band->addWidget(around, 1);
+    return around;
 }
 
 // Fields in rows of label-and-field pairs; fields of a group in a frame of their own below.
@@ -116,11 +145,11 @@ void FieldPanel::addPage(int index)
             continue;
         }
         const bool isCheck = field.type.kind == FieldKind::Check, isLong = field.type.kind == FieldKind::LongText;
-        if (!grid || field.group != group) {
+        const bool belowLines = std::any_of(m_spec.lines.grids.cbegin(), m_spec.lines.grids.cend(),
+                                            [&](const LineGridSpec &lines) { return lines.above == field.name; });
+        if (!grid || field.group != group || field.beside || belowLines) {
             group = field.group;
-            auto *around = group.isEmpty() ? new QWidget(page) : new QGroupBox(group, page);
-            column->addWidget(around);
-            grid = new QGridLayout(around);
+            grid = new QGridLayout(addFrame(index, field));
             row = pair = 0;
             if (!group.isEmpty())
                 grid->setContentsMargins(10, 4, 10, 4); // many groups have to fit a small screen
@@ -155,7 +184,9 @@ void FieldPanel::addPage(int index)
         }
         pair += field.span;
     }
-    if (!hasLongText && index != m_spec.lines.page)
+    const bool hasLines = std::any_of(m_spec.lines.grids.cbegin(), m_spec.lines.grids.cend(),
+                                      [index](const LineGridSpec &lines) { return lines.page == index; });
+    if (!hasLongText && !hasLines)
         column->addStretch(1);
 }
 

@@ -48,8 +48,10 @@ public:
 
     // The column as the clerk knows it; its own name where no field shows it.
     QString captionOf(const QString &column) const;
-    // Where the lines stand that belong to a tab.
-    QBoxLayout *page(int index) const;
+    // Where a grid of lines stands that belongs to a tab.
+    QBoxLayout *placeOf(const LineGridSpec &grid) const;
+    // The keyboard comes to a grid that stands above a field behind the field before that. Once the grids are there.
+    void chainGrids();
     // The tabs, null for a form of one page.
     QTabWidget *tabs() const { return m_tabs; }
 
@@ -64,6 +66,7 @@ protected:
 
 private:
     void addPage(int index);
+    QWidget *addFrame(int index, const FieldSpec &first);
     QWidget *addField(const FieldSpec &field, QWidget *page, int index);
     void addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame);
     void show(const FieldSpec &field);
@@ -81,6 +84,8 @@ private:
     std::map<QString, Entry> m_fields;
     QVector<const Entry *> m_order; // as declared
     QVector<QBoxLayout *> m_pages;
+    QBoxLayout *m_band = nullptr;          // the frames side by side that were begun last
+    QHash<QString, QBoxLayout *> m_places; // of the grids that stand above a field
     QTabWidget *m_tabs = nullptr;
     bool m_isUnread = false;
     const FieldSpec *m_writing = nullptr; // the field whose text is on its way into the record
