@@ -141,6 +141,20 @@ bool isChooser(const RecordFormSpec &spec, const QString &name)
     return false;
 }
 
+// Shows what a field before it holds.
+bool repeats(const RecordFormSpec &spec, const QString &name)
+{
+    QStringList columns; // of the fields before
+    for (const PageSpec &page : spec.pages)
+        for (const FieldSpec &field : page.fields) {
+            if (field.name == name)
+                return columns.contains(field.column);
+            if (!field.hidden)
+                columns.append(field.column);
+        }
+    return false;
+}
+
 QString valid(ColumnKind kind)
 {
     return kind == ColumnKind::Date ? QStringLiteral("2026-03-05") : QStringLiteral("7");
@@ -172,7 +186,7 @@ protected:
                                    widget->inherits("tradewick::ComboField");
             if (takesText && (name.startsWith("Text") || name.startsWith("Combo")) &&
                 widget->property("readOnly").toBool() == ofRecord && widget->focusPolicy() != Qt::ClickFocus &&
-                !isChooser(form.spec(), name))
+                !isChooser(form.spec(), name) && !repeats(form.spec(), name))
                 names.append(name);
         }
         return names;
@@ -278,17 +292,18 @@ protected:
         const FormDriver drive(form);
         const QStringList boxes = controls(form, false);
         auto *tree = form.findChild<QTreeView *>("TreeView1");
-        const auto *list = drive.find<Grid>("TDBGrid3");
+        const auto *list = drive.find<Grid>(form.spec().listName);
         const Content before = contentOf(database);
         const int records = form.records().RecordCount();
         const QString key = drive.text(fields.first());
         for (const QString &text : hostile + QStringList{"no' or 'one", key}) {
             SCOPED_TRACE(text.toStdString());
             for (const QString &box : boxes) {
-                // A box that searches lines shows the record of the first that it finds, or leaves the list.
+                // A box that searches lines shows the record of the first that it finds, or leaves the list; one that
+                // searches while a choice is typed leaves it narrow.
                 const QVector<FilterSpec> &filters = form.spec().filters;
                 const bool byLines = std::any_of(filters.cbegin(), filters.cend(), [&](const FilterSpec &filter) {
-                    return filter.name == box && filter.via;
+                    return filter.name == box && (filter.via || filter.whileTyping);
                 });
                 drive.type(box, text);
                 if (byLines) {
