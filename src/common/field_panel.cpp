@@ -112,10 +112,11 @@ QWidget *FieldPanel::addFrame(int index, const FieldSpec &first)
             m_places[grid.name] = new QVBoxLayout;
             m_pages[index]->addLayout(m_places[grid.name], 1);
         }
-    if (!first.beside) {
+    if (first.starts != FrameStart::Beside) {
         m_band = new QHBoxLayout;
         m_pages[index]->addLayout(m_band);
-    }
+    } else // as high as that
+        around->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     m_band->addWidget(around, 1);
     return around;
 }
@@ -147,11 +148,11 @@ void FieldPanel::addPage(int index)
         const bool isCheck = field.type.kind == FieldKind::Check, isLong = field.type.kind == FieldKind::LongText;
         const bool belowLines = std::any_of(m_spec.lines.grids.cbegin(), m_spec.lines.grids.cend(),
                                             [&](const LineGridSpec &lines) { return lines.above == field.name; });
-        if (!grid || field.group != group || field.beside || belowLines) {
+        if (!grid || field.group != group || field.starts != FrameStart::WithGroup || belowLines) {
             group = field.group;
             grid = new QGridLayout(addFrame(index, field));
             row = pair = 0;
-            if (!group.isEmpty())
+            if (!group.isEmpty() || column->count() > 1)
                 grid->setContentsMargins(10, 4, 10, 4); // many groups have to fit a small screen
             pairs = isCheck ? checksInRow : m_spec.pairsInRow;
             for (int i = 0; i < pairs; ++i)
@@ -199,8 +200,8 @@ void FieldPanel::addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame)
 
 QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
 {
-    auto control =
-        FieldControl::make(field, m_spec.picture, page, [this, &field](const QVariant &value) { write(field, value); });
+    auto control = FieldControl::make(field, m_spec.picture, page,
+                                      [this, &field](const QVariant &value) { write(field, value, true); });
     QWidget *widget = control->widget(), *frame = control->frame();
     widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
     QString name = plainCaption(field.caption);
@@ -298,8 +299,11 @@ void FieldPanel::showRecord(int column)
             show(*entry->spec);
 }
 
+// What is being typed stays as it is typed: "2026/1/1" is a date already, and may go on to be the 15th.
 void FieldPanel::show(const FieldSpec &field)
 {
+    if (m_isTyping && m_writing == &field)
+        return;
     const QScopedValueRollback showing(m_showing, true);
     const bool hasValue = !m_records.BOF() && !m_records.EOF_() && !m_isUnread;
     const QString text = hasValue ? m_records.Fields(field.column).text() : QString();
@@ -309,7 +313,7 @@ void FieldPanel::show(const FieldSpec &field)
         shown.setText(text);
 }
 
-void FieldPanel::write(const FieldSpec &field, const QVariant &value)
+void FieldPanel::write(const FieldSpec &field, const QVariant &value, bool isTyped)
 {
     if (m_showing)
         return;
@@ -317,6 +321,7 @@ void FieldPanel::write(const FieldSpec &field, const QVariant &value)
         if (m_records.BOF() || m_records.EOF_())
             return;
         const QScopedValueRollback writing(m_writing, &field);
+        const QScopedValueRollback typing(m_isTyping, isTyped);
         m_records.Fields(field.column).setValue(value);
     }
     Q_EMIT typed(field.name);

@@ -70,7 +70,7 @@ private:
     QWidget *addField(const FieldSpec &field, QWidget *page, int index);
     void addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame);
     void show(const FieldSpec &field);
-    void write(const FieldSpec &field, const QVariant &value);
+    void write(const FieldSpec &field, const QVariant &value, bool isTyped = false);
     bool key(const QString &name, QWidget *widget, int key);
     void goOn();
 
@@ -89,6 +89,7 @@ private:
     QTabWidget *m_tabs = nullptr;
     bool m_isUnread = false;
     const FieldSpec *m_writing = nullptr; // the field whose text is on its way into the record
+    bool m_isTyping = false;              // which the clerk types there
     bool m_showing = false;               // fields are being filled from the record
     bool m_composing = false;             // an input method holds text that is not committed yet
 };

@@ -65,6 +65,9 @@ inline FieldType combo(const QStringList &items)
 }
 } // namespace field
 
+// Where a field begins a new frame: where its group does, or in any case, below the frame before or beside it.
+enum class FrameStart { WithGroup, Below, Beside };
+
 struct FieldSpec {
     QString name;    // of the control: "Text1(0)"
     QString column;  // of the record; empty: what is typed or chosen there is stored nowhere
@@ -75,7 +78,7 @@ struct FieldSpec {
     QString unit{};      // text behind the field
     bool joined = false; // behind the field before it, under that one's caption
     bool hidden = false;
-    bool beside = false; // the frame that begins with it stands beside the one before, not below
+    FrameStart starts = FrameStart::WithGroup;
 };
 
 struct PageSpec {

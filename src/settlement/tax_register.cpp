@@ -75,6 +75,7 @@ std::optional<double> taxPaid(const LineNumbers &line)
 LinesSpec goods()
 {
     const QStringList ofInvoice{"sl", "dj", "je", "zzs", "suie"}, ofCertificate{"sl", "dj", "je", "zsl", "sjje"};
+    // Enter passes over what follows from the other columns, and over the invoice.
     return {
         .statement = "select * from yy_SSDJ_B with (nolock) where FPBH='{fpbh}'",
         .deletion = "delete from YY_SSDJ_B where FPBH='{fpbh}'",
@@ -89,6 +90,7 @@ LinesSpec goods()
                                {"suie", "税额"},
                                {"fpbh", "发票编号"},
                                {"zzsfph", "增值税发票号"}},
+                   .enterColumns = {"cpmc", "gg", "dw", "sl", "dj", "zzs", "zzsfph"},
                    .rules = {{ofInvoice, "je", amount}, {ofInvoice, "suie", valueAddedTax}},
                    .totals = {"sl", "je", "suie"},
                    .page = 0,
@@ -104,6 +106,7 @@ LinesSpec goods()
                                {"sjje", "实缴税额"},
                                {"fpbh", "发票编号"},
                                {"sj_jksh", "缴款单号"}},
+                   .enterColumns = {"cpmc", "sl", "dw", "dj", "zzs", "zsl", "sj_jksh"},
                    .rules = {{ofCertificate, "je", amount}, {ofCertificate, "sjje", taxPaid}},
                    .totals = {"sl", "je", "sjje"},
                    .page = 1,
@@ -137,7 +140,7 @@ PageSpec valueAddedTaxInvoice()
               .caption = "加密版本号：",
               .span = 2,
               .group = cipher,
-              .beside = true},
+              .starts = FrameStart::Beside},
              {"Text1(10)", "jshj_dx", "价税合计（大写）", field::text, 2},
              {.name = "Text1(11)", .column = "jshj_xx", .caption = inFigures, .joined = true},
              {"Text1(12)", "csmc", fullName, field::text, 2, seller},
@@ -151,8 +154,8 @@ PageSpec valueAddedTaxInvoice()
               .caption = "    备       注",
               .type = field::longText,
               .span = 2,
-              .beside = true},
-             {"Text1(19)", "skr", "收款人：", field::text, 2},
+              .starts = FrameStart::Beside},
+             {.name = "Text1(19)", .column = "skr", .caption = "收款人：", .span = 2, .starts = FrameStart::Below},
              {.name = "Text1(20)", .column = "fhr", .caption = "复核人：", .joined = true},
              {.name = "Text1(21)", .column = "kpr", .caption = "开票人：", .joined = true}}};
 }
@@ -160,29 +163,39 @@ PageSpec valueAddedTaxInvoice()
 PageSpec taxCertificate()
 {
     const QString title = "税收(出口货物专用)缴款书", payer = " 缴 款 单 位", budget = " 预算科目", buyer = " 购货企业";
-    return {"税收缴款书",
-            {{"Text1(22)", "sj_jksh", "№", field::text, 1, title},
-             {"Combo1(1)", "sj_zclx", "注册类型：", field::combo(kindsUsed), 1, title},
-             {"Text1(23)", "sj_tfrq", "填发日期：", field::date, 1, title},
-             {"Text1(24)", "sj_zsjg", "征收机关：", field::text, 1, title},
-             {"Text1(25)", "csmc", name, field::text, 2, payer},
-             {"Text1(26)", "cs_swdjh", taxNumber, field::text, 2, payer},
-             {"Text1(27)", "cs_khh", bankAndAccount, field::text, 2, payer},
-             {.name = "Text1(28)", .column = "cs_yhzh", .joined = true},
-             {.name = "Text1(29)", .column = "sj_ysbm", .caption = "编码", .span = 2, .group = budget, .beside = true},
-             {"Text1(30)", "sj_ysmc", "名称", field::text, 2, budget},
-             {"Text1(31)", "sj_ysjc", "级次", field::text, 2, budget},
-             {"Text1(32)", "gsmc", name, field::text, 2, buyer},
-             {"Text1(33)", "gs_swdjh", taxNumber, field::text, 2, buyer},
-             {"Text1(34)", "gs_babm", "海 关代 码：", field::text, 2, buyer},
-             {.name = "Text1(35)", .column = "sj_skgk", .caption = "收款国库：", .span = 2, .beside = true},
-             {"Text1(36)", "fpbh", "销货发票号码：", field::text, 2},
-             {"Text1(37)", "sj_qsrq", "税款所属时期：", field::date},
-             {.name = "Text1(38)", .column = "sj_jzrq", .caption = "至", .type = field::date, .joined = true},
-             {"Text1(39)", "sj_xjrq", "税款限缴日期：", field::date},
-             {"Text1(40)", "sj_sjjedx", "金额合计（大写）", field::text, 2},
-             {.name = "Text1(41)", .column = "sj_sjjexx", .caption = inFigures, .joined = true},
-             {"Text1(42)", "sj_beizhu", "备    注：", field::text, 2}}};
+    return {
+        "税收缴款书",
+        {{"Text1(22)", "sj_jksh", "№", field::text, 1, title},
+         {"Combo1(1)", "sj_zclx", "注册类型：", field::combo(kindsUsed), 1, title},
+         {"Text1(23)", "sj_tfrq", "填发日期：", field::date, 1, title},
+         {"Text1(24)", "sj_zsjg", "征收机关：", field::text, 1, title},
+         {"Text1(25)", "csmc", name, field::text, 2, payer},
+         {"Text1(26)", "cs_swdjh", taxNumber, field::text, 2, payer},
+         {"Text1(27)", "cs_khh", bankAndAccount, field::text, 2, payer},
+         {.name = "Text1(28)", .column = "cs_yhzh", .joined = true},
+         {.name = "Text1(29)",
+          .column = "sj_ysbm",
+          .caption = "编码",
+          .span = 2,
+          .group = budget,
+          .starts = FrameStart::Beside},
+         {"Text1(30)", "sj_ysmc", "名称", field::text, 2, budget},
+         {"Text1(31)", "sj_ysjc", "级次", field::text, 2, budget},
+         {"Text1(32)", "gsmc", name, field::text, 2, buyer},
+         {"Text1(33)", "gs_swdjh", taxNumber, field::text, 2, buyer},
+         {"Text1(34)", "gs_babm", "海 关代 码：", field::text, 2, buyer},
+         {.name = "Text1(35)", .column = "sj_skgk", .caption = "收款国库：", .span = 2, .starts = FrameStart::Beside},
+         {"Text1(36)", "fpbh", "销货发票号码：", field::text, 2},
+         {.name = "Text1(37)",
+          .column = "sj_qsrq",
+          .caption = "税款所属时期：",
+          .type = field::date,
+          .starts = FrameStart::Below},
+         {.name = "Text1(38)", .column = "sj_jzrq", .caption = "至", .type = field::date, .joined = true},
+         {"Text1(39)", "sj_xjrq", "税款限缴日期：", field::date},
+         {"Text1(40)", "sj_sjjedx", "金额合计（大写）", field::text, 2},
+         {.name = "Text1(41)", .column = "sj_sjjexx", .caption = inFigures, .joined = true},
+         {"Text1(42)", "sj_beizhu", "备    注：", field::text, 2}}};
 }
 
 PageSpec verificationForm()
