@@ -285,8 +285,9 @@ bool LinesPanel::isOwn(const Conflict &conflict) const
 
 void LinesPanel::goToNewLine()
 {
-    m_form.showLines();
-    Grid *grid = m_grids.first();
+    const auto shown = std::find_if(m_grids.cbegin(), m_grids.cend(), [](const Grid *one) { return one->isVisible(); });
+    Grid *grid = shown == m_grids.cend() ? m_grids.first() : *shown;
+    m_form.showLines(static_cast<int>(m_grids.indexOf(grid)));
     grid->setFocus();
     grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 0));
 }

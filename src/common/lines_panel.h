@@ -58,7 +58,7 @@ public:
 
     // Whether what stands in the place of a line now is a line of the same head.
     bool isOwn(const Conflict &conflict) const;
-    // The blank line, or the first where none can be added.
+    // The blank line, or the last where none can be added, of the grid in sight or else of the first.
     void goToNewLine();
 
     // Tells of the first cell whose text its column cannot take, opens it, and gives whether there was one.
