@@ -141,18 +141,15 @@ bool isChooser(const RecordFormSpec &spec, const QString &name)
     return false;
 }
 
-// Shows what a field before it holds.
-bool repeats(const RecordFormSpec &spec, const QString &name)
+// The fields that show what one before them holds.
+QStringList repeated(const RecordFormSpec &spec)
 {
-    QStringList columns; // of the fields before
+    QStringList columns, names;
     for (const PageSpec &page : spec.pages)
-        for (const FieldSpec &field : page.fields) {
-            if (field.name == name)
-                return columns.contains(field.column);
+        for (const FieldSpec &field : page.fields)
             if (!field.hidden)
-                columns.append(field.column);
-        }
-    return false;
+                columns.contains(field.column) ? names.append(field.name) : columns.append(field.column);
+    return names;
 }
 
 QString valid(ColumnKind kind)
@@ -186,7 +183,7 @@ protected:
                                    widget->inherits("tradewick::ComboField");
             if (takesText && (name.startsWith("Text") || name.startsWith("Combo")) &&
                 widget->property("readOnly").toBool() == ofRecord && widget->focusPolicy() != Qt::ClickFocus &&
-                !isChooser(form.spec(), name) && !repeats(form.spec(), name))
+                !isChooser(form.spec(), name) && !repeated(form.spec()).contains(name))
                 names.append(name);
         }
         return names;
