@@ -116,6 +116,24 @@ constexpr const char *copies[] = {
     " (select c.cpmc, c.yw_cpmc, c.cplb, c.khlh, c.dj, c.dw, c.gsmc, c.jhrq, c.sl, c.je, c.bacp, c.yanse, c.zzs,"
     " c.zsl, c.jmdj, c.jkdj from yy_gw_wxht_b c where c.htbh = yy_mxb_b.htbh and c.xc = yy_mxb_b.xh),"
     " zjz = round(jianshu * djz, 3), zmz = round(jianshu * dmz, 3), hjtj = round(jianshu * djtj, 3)",
+
+    "update yy_ssdj_h set"
+    " (htbh, djbh, gsmc, gs_babm, gs_dz, gs_khh, gs_yhzh, gs_phone, gs_swdjh, fprq, csmc, cs_dz, cs_khh, cs_yhzh,"
+    " cs_swdjh, cs_phone, bizh, hl, bgdbh, hxdh, spmc, hsbm, bzlx) ="
+    " (select h.htbh, h.djbh, h.gsmc, h.babm, h.gsdz, h.bank_name, h.bank_code, h.gs_phone, h.swdjh, h.djrq,"
+    " h.cg_csmc, h.cg_csdz, h.cg_cskhh, h.cg_csyhzh, h.cg_csswdjh, h.cg_csphone, h.bizh, h.hl, h.hgbm, h.hxdh,"
+    " h.cpmc, h.cpbm, h.b_zdw from yy_mxb_h h where h.fpbh = yy_ssdj_h.fpbh),"
+    " (hx_zjje, jianshu) = (select ' ' || printf('%.15g', sum(b.je)), sum(b.jianshu) from yy_mxb_b b"
+    " where b.fpbh = yy_ssdj_h.fpbh)",
+
+    "insert into yy_ssdj_b (xh, fpbh, htbh, cpmc, gg, yanse, dw, b_zdw, dj, je, sl, zsl, zzs, suie, sjje, sjze, djbh,"
+    " jianshu, zzsfph, sj_jksh) select b.xh, b.fpbh, b.htbh, b.cpmc, b.gg, b.yanse, b.dw, b.b_zdw, b.dj * h.hl,"
+    " b.je * h.hl, b.sl, b.zsl, b.zzs, b.je * h.hl * b.zzs / 100, b.je * h.hl * b.zsl / 100,"
+    " b.je * h.hl * b.zzs / 100 + b.je * h.hl, h.djbh, b.jianshu, h.zzsfph, h.sj_jksh"
+    " from yy_mxb_b b join yy_ssdj_h h on h.fpbh = b.fpbh order by b.fpbh, b.xh",
+
+    "update yy_ssdj_h set (jshj_xx, sj_sjjexx) = (select sum(b.je) + sum(b.suie), sum(b.sjje) from yy_ssdj_b b"
+    " where b.fpbh = yy_ssdj_h.fpbh)",
 };
 #undef LETTERHEAD_OF
 

@@ -122,7 +122,7 @@ constexpr TableText tableTexts[] = {
      "fpbh djrq:d htbh fprq:d hl:n hsbm djbh zzsfph zzs_kprq:d gsmc gs_swdjh gs_dz:l gs_phone gs_khh gs_yhzh "
      "gs_babm zzs_mmb jshj_dx jshj_xx:n csmc cs_swdjh cs_dz:l cs_phone cs_khh cs_yhzh zzs_beizhu:l skr fhr "
      "kpr sj_jksh sj_zclx sj_tfrq:d sj_zsjg sj_ysbm sj_ysmc sj_ysjc sj_skgk sj_qsrq:d sj_jzrq:d sj_xjrq:d "
-     "sj_sjjedx sj_sjjexx:n sj_beizhu:l hxdh gs_wgdm spmc jianshu:n bzlx bizh hx_zjje:n bgdbh wgjpz hx_qsrq:d"},
+     "sj_sjjedx sj_sjjexx:n sj_beizhu:l hxdh gs_wgdm spmc jianshu:n bzlx bizh hx_zjje bgdbh wgjpz hx_qsrq:d"},
     {"yy_ssdj_b", "", "fpbh",
      "xh:n fpbh htbh cpmc gg yanse dw b_zdw dj:n je:n sl:n zsl:n zzs:n suie:n sjje:n sjze:n djbh jianshu:n "
      "zzsfph sj_jksh"},

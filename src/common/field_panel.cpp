@@ -60,7 +60,8 @@ FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *
         m_tabs->setObjectName("SSTab1");
         m_tabs->setAccessibleName(spec.caption);
         layout->addWidget(m_tabs);
-        const bool linesOnTab = spec.lines.page >= 0;
+        const bool linesOnTab = std::any_of(spec.lines.grids.cbegin(), spec.lines.grids.cend(),
+                                            [](const LineGridSpec &grid) { return grid.page >= 0; });
         m_tabs->setSizePolicy(QSizePolicy::Preferred, linesOnTab ? QSizePolicy::Preferred : QSizePolicy::Maximum);
     }
     for (int index = 0; index < spec.pages.size(); ++index) {
@@ -86,9 +87,38 @@ FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *
 
 FieldPanel::~FieldPanel() = default;
 
-QBoxLayout *FieldPanel::page(int index) const
+QBoxLayout *FieldPanel::placeOf(const LineGridSpec &grid) const
 {
-    return m_pages.at(index);
+    return grid.above.isEmpty() ? m_pages.at(grid.page) : m_places.value(grid.name);
+}
+
+void FieldPanel::chainGrids()
+{
+    for (const LineGridSpec &grid : m_spec.lines.grids) {
+        const auto below = std::find_if(m_order.cbegin(), m_order.cend(),
+                                        [&](const Entry *entry) { return entry->spec->name == grid.above; });
+        if (below != m_order.cend() && below != m_order.cbegin())
+            setTabOrder((*std::prev(below))->control->widget(), findChild<QWidget *>(grid.name));
+    }
+}
+
+// What stands around a group of fields, or around those of none, which begins with that field.
+QWidget *FieldPanel::addFrame(int index, const FieldSpec &first)
+{
+    QWidget *page = m_pages[index]->parentWidget();
+    auto *around = first.group.isEmpty() ? new QWidget(page) : new QGroupBox(first.group, page);
+    for (const LineGridSpec &grid : m_spec.lines.grids)
+        if (grid.page == index && grid.above == first.name) {
+            m_places[grid.name] = new QVBoxLayout;
+            m_pages[index]->addLayout(m_places[grid.name], 1);
+        }
+    if (first.starts != FrameStart::Beside) {
+        m_band = new QHBoxLayout;
+        m_pages[index]->addLayout(m_band);
+    } else // as high as that
+        around->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    m_band->addWidget(around, 1);
+    return around;
 }
 
 // Fields in rows of label-and-field pairs; fields of a group in a frame of their own below.
@@ -116,13 +146,13 @@ void FieldPanel::addPage(int index)
             continue;
         }
         const bool isCheck = field.type.kind == FieldKind::Check, isLong = field.type.kind == FieldKind::LongText;
-        if (!grid || field.group != group) {
+        const bool belowLines = std::any_of(m_spec.lines.grids.cbegin(), m_spec.lines.grids.cend(),
+                                            [&](const LineGridSpec &lines) { return lines.above == field.name; });
+        if (!grid || field.group != group || field.starts != FrameStart::WithGroup || belowLines) {
             group = field.group;
-            auto *around = group.isEmpty() ? new QWidget(page) : new QGroupBox(group, page);
-            column->addWidget(around);
-            grid = new QGridLayout(around);
+            grid = new QGridLayout(addFrame(index, field));
             row = pair = 0;
-            if (!group.isEmpty())
+            if (!group.isEmpty() || column->count() > 1)
                 grid->setContentsMargins(10, 4, 10, 4); // many groups have to fit a small screen
             pairs = isCheck ? checksInRow : m_spec.pairsInRow;
             for (int i = 0; i < pairs; ++i)
@@ -155,7 +185,9 @@ void FieldPanel::addPage(int index)
         }
         pair += field.span;
     }
-    if (!hasLongText && index != m_spec.lines.page)
+    const bool hasLines = std::any_of(m_spec.lines.grids.cbegin(), m_spec.lines.grids.cend(),
+                                      [index](const LineGridSpec &lines) { return lines.page == index; });
+    if (!hasLongText && !hasLines)
         column->addStretch(1);
 }
 
@@ -168,8 +200,8 @@ void FieldPanel::addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame)
 
 QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
 {
-    auto control =
-        FieldControl::make(field, m_spec.picture, page, [this, &field](const QVariant &value) { write(field, value); });
+    auto control = FieldControl::make(field, m_spec.picture, page,
+                                      [this, &field](const QVariant &value) { write(field, value, true); });
     QWidget *widget = control->widget(), *frame = control->frame();
     widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
     QString name = plainCaption(field.caption);
@@ -267,8 +299,11 @@ void FieldPanel::showRecord(int column)
             show(*entry->spec);
 }
 
+// What is being typed stays as it is typed: "2026/1/1" is a date already, and may go on to be the 15th.
 void FieldPanel::show(const FieldSpec &field)
 {
+    if (m_isTyping && m_writing == &field)
+        return;
     const QScopedValueRollback showing(m_showing, true);
     const bool hasValue = !m_records.BOF() && !m_records.EOF_() && !m_isUnread;
     const QString text = hasValue ? m_records.Fields(field.column).text() : QString();
@@ -278,7 +313,7 @@ void FieldPanel::show(const FieldSpec &field)
         shown.setText(text);
 }
 
-void FieldPanel::write(const FieldSpec &field, const QVariant &value)
+void FieldPanel::write(const FieldSpec &field, const QVariant &value, bool isTyped)
 {
     if (m_showing)
         return;
@@ -286,6 +321,7 @@ void FieldPanel::write(const FieldSpec &field, const QVariant &value)
         if (m_records.BOF() || m_records.EOF_())
             return;
         const QScopedValueRollback writing(m_writing, &field);
+        const QScopedValueRollback typing(m_isTyping, isTyped);
         m_records.Fields(field.column).setValue(value);
     }
     Q_EMIT typed(field.name);

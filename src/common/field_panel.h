@@ -48,8 +48,10 @@ public:
 
     // The column as the clerk knows it; its own name where no field shows it.
     QString captionOf(const QString &column) const;
-    // Where the lines stand that belong to a tab.
-    QBoxLayout *page(int index) const;
+    // Where a grid of lines stands that belongs to a tab.
+    QBoxLayout *placeOf(const LineGridSpec &grid) const;
+    // The keyboard comes to a grid that stands above a field behind the field before that. Once the grids are there.
+    void chainGrids();
     // The tabs, null for a form of one page.
     QTabWidget *tabs() const { return m_tabs; }
 
@@ -64,10 +66,11 @@ protected:
 
 private:
     void addPage(int index);
+    QWidget *addFrame(int index, const FieldSpec &first);
     QWidget *addField(const FieldSpec &field, QWidget *page, int index);
     void addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame);
     void show(const FieldSpec &field);
-    void write(const FieldSpec &field, const QVariant &value);
+    void write(const FieldSpec &field, const QVariant &value, bool isTyped = false);
     bool key(const QString &name, QWidget *widget, int key);
     void goOn();
 
@@ -81,9 +84,12 @@ private:
     std::map<QString, Entry> m_fields;
     QVector<const Entry *> m_order; // as declared
     QVector<QBoxLayout *> m_pages;
+    QBoxLayout *m_band = nullptr;          // the frames side by side that were begun last
+    QHash<QString, QBoxLayout *> m_places; // of the grids that stand above a field
     QTabWidget *m_tabs = nullptr;
     bool m_isUnread = false;
     const FieldSpec *m_writing = nullptr; // the field whose text is on its way into the record
+    bool m_isTyping = false;              // which the clerk types there
     bool m_showing = false;               // fields are being filled from the record
     bool m_composing = false;             // an input method holds text that is not committed yet
 };

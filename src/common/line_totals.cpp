@@ -11,6 +11,19 @@
 namespace tradewick
 {
 
+namespace
+{
+
+constexpr int margin = 4;
+
+QFont bold(QFont font)
+{
+    font.setBold(true);
+    return font;
+}
+
+} // namespace
+
 LineTotals::LineTotals(Grid *grid, const QStringList &columns, QWidget *parent)
     : QWidget(parent), m_grid(grid), m_columns(columns)
 {
@@ -45,6 +58,7 @@ void LineTotals::add()
         return;
     const RecordsetModel &model = *m_grid->recordsetModel();
     QStringList spoken;
+    QHeaderView &head = *m_grid->horizontalHeader();
     for (int i = 0; i < model.columnCount(); ++i) {
         const GridColumn &column = model.columns()[i];
         if (!m_columns.contains(column.column))
@@ -52,8 +66,13 @@ void LineTotals::add()
         double sum = 0;
         for (int row = 0; row < model.rowCount(); ++row)
             sum += numberFromText(model.index(row, i).data().toString());
-        const QString text = numberText(sum);
-        m_sums.insert(column.column, text.startsWith(u'.') ? u'0' + text : text);
+        QString text = numberText(sum);
+        if (text.startsWith(u'.'))
+            text.prepend(u'0');
+        m_sums.insert(column.column, text);
+        const int width = QFontMetrics(bold(font())).horizontalAdvance(text) + 2 * margin;
+        if (width > head.sectionSize(i)) // a sum without its first digits is another sum
+            head.resizeSection(i, width);
         spoken.append(column.caption + m_sums[column.column]);
     }
     setAccessibleDescription(spoken.join(u' '));
@@ -68,12 +87,10 @@ void LineTotals::paintEvent(QPaintEvent *)
 {
     add();
     QPainter painter(this);
-    QFont bold = font();
-    bold.setBold(true);
-    painter.setFont(bold);
+    painter.setFont(bold(font()));
     painter.setPen(palette().color(QPalette::WindowText));
     const QHeaderView &head = *m_grid->horizontalHeader();
-    const int left = m_grid->viewport()->x(), margin = 4;
+    const int left = m_grid->viewport()->x();
     painter.setClipRect(left, 0, m_grid->viewport()->width(), height());
     const auto place = [&](int column) {
         return QRect(left + head.sectionViewportPosition(column) + margin, 0, head.sectionSize(column) - 2 * margin,

@@ -49,9 +49,10 @@ LinesPanel::LinesPanel(const LinesSpec &spec, RecordForm &form, const QString &c
 
 LinesPanel::~LinesPanel() = default;
 
-void LinesPanel::addTo(QBoxLayout *layout, QWidget *window)
+void LinesPanel::addTo(const std::function<QBoxLayout *(const LineGridSpec &grid)> &place, QWidget *window)
 {
     for (const LineGridSpec &spec : m_spec.grids) {
+        QBoxLayout *layout = place(spec);
         Grid *grid = addGrid(spec, layout->parentWidget());
         layout->addWidget(grid, 1);
         if (!spec.totals.isEmpty())
@@ -188,13 +189,13 @@ void LinesPanel::drop(qint64 head)
 
 // ---- typing ----
 
-void LinesPanel::setEditing(bool editing)
+void LinesPanel::setEditing(bool editing, bool adding)
 {
-    for (Grid *grid : std::as_const(m_grids)) {
-        if (editing)
-            grid->setEditing(true, [this] { startLine(); });
+    for (int i = 0; i < m_grids.size(); ++i) {
+        if (editing && (!adding || m_spec.grids[i].whileAdding))
+            m_grids[i]->setEditing(true, [this] { startLine(); });
         else
-            grid->setEditing(false);
+            m_grids[i]->setEditing(false);
     }
 }
 
@@ -223,7 +224,8 @@ void LinesPanel::removeLines(Grid *grid)
 {
     QVector<int> rows = grid->selectedRecords();
     rows.removeIf([this](int row) { return row >= records().RecordCount(); });
-    if (!m_form.isBusy() || rows.isEmpty() || m_form.tellTakenKey())
+    const bool isShut = !grid->isEditing() && !m_spec.grids[m_grids.indexOf(grid)].whileAdding;
+    if (!m_form.isBusy() || isShut || rows.isEmpty() || m_form.tellTakenKey())
         return;
     const int column = grid->currentIndex().column();
     m_form.run(Failure::Report, {[&] {
@@ -266,7 +268,7 @@ void LinesPanel::tellBad(int row, int column)
         dialogs().message(
             &m_form, records().columnKind(column) == ColumnKind::Date ? RecordForm::badDate() : RecordForm::badNumber(),
             RecordForm::systemTitle(), MessageIcon::Critical);
-        m_form.showLines();
+        m_form.showLines(static_cast<int>(m_grids.indexOf(grid)));
         grid->setFocus();
         grid->editCell(row, shown->column);
         return;
@@ -283,8 +285,9 @@ bool LinesPanel::isOwn(const Conflict &conflict) const
 
 void LinesPanel::goToNewLine()
 {
-    m_form.showLines();
-    Grid *grid = m_grids.first();
+    const auto shown = std::find_if(m_grids.cbegin(), m_grids.cend(), [](const Grid *one) { return one->isVisible(); });
+    Grid *grid = shown == m_grids.cend() ? m_grids.first() : *shown;
+    m_form.showLines(static_cast<int>(m_grids.indexOf(grid)));
     grid->setFocus();
     grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 0));
 }

@@ -26,7 +26,8 @@ public:
     LinesPanel(const LinesSpec &spec, RecordForm &form, const QString &connection);
     ~LinesPanel() override;
 
-    void addTo(QBoxLayout *layout, QWidget *window);
+    // Makes the grids, each in the layout that place gives for it, and the list that is searched over the window.
+    void addTo(const std::function<QBoxLayout *(const LineGridSpec &grid)> &place, QWidget *window);
 
     Recordset &records() { return m_lines.Recordset(); }
     // The first grid, and the record that a row of the list that is searched gives.
@@ -42,8 +43,8 @@ public:
     // Reads the lines anew; what waits of them goes. Throws DataError.
     void refresh();
 
-    // Lets lines be typed into; without, what stands in an open cell is taken first.
-    void setEditing(bool editing);
+    // Lets lines be typed into, in Add or in Edit; without, what stands in an open cell is taken first.
+    void setEditing(bool editing, bool adding = false);
     void commitEditors();
     void hideLookup();
 
@@ -57,7 +58,7 @@ public:
 
     // Whether what stands in the place of a line now is a line of the same head.
     bool isOwn(const Conflict &conflict) const;
-    // The blank line, or the first where none can be added.
+    // The blank line, or the last where none can be added, of the grid in sight or else of the first.
     void goToNewLine();
 
     // Tells of the first cell whose text its column cannot take, opens it, and gives whether there was one.

@@ -95,12 +95,12 @@ void RecordForm::build()
         label->setWordWrap(true);
         layout->addWidget(label);
     }
-    if (m_lines && m_spec.lines.page >= 0)
-        m_lines->addTo(m_panel->page(m_spec.lines.page), m_content.get());
-    else if (m_lines)
-        m_lines->addTo(layout, m_content.get());
-    else
+    if (!m_lines)
         layout->addStretch(1);
+    else
+        m_lines->addTo([&](const LineGridSpec &grid) { return grid.page < 0 ? layout : m_panel->placeOf(grid); },
+                       m_content.get());
+    m_panel->chainGrids();
     if (m_lines)
         connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+Return")), this), &QShortcut::activated, m_lines.get(),
                 &LinesPanel::goToNewLine);
@@ -215,7 +215,7 @@ void RecordForm::setBusy(bool busy, bool adding)
         m_buttons[button.name]->setEnabled(!busy || (adding && button.whileAdding));
     m_list->setWaysOpen(!busy);
     if (m_lines)
-        m_lines->setEditing(busy);
+        m_lines->setEditing(busy, adding);
     m_state->setProperty("busy", busy);
     m_state->setProperty("adding", adding);
     showState();
@@ -234,10 +234,10 @@ void RecordForm::showState()
     m_list->showMarks();
 }
 
-void RecordForm::showLines()
+void RecordForm::showLines(int grid)
 {
-    if (m_spec.lines.page >= 0)
-        m_panel->tabs()->setCurrentIndex(m_spec.lines.page);
+    if (const int page = m_spec.lines.grids[grid].page; page >= 0)
+        m_panel->tabs()->setCurrentIndex(page);
 }
 
 void RecordForm::openBeside(const RecordFormSpec &other)

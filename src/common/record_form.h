@@ -90,7 +90,7 @@ public:
     bool isKeyTaken();
     // Tells so, and goes to the key; gives whether it is taken.
     bool tellTakenKey();
-    void showLines();
+    void showLines(int grid = 0); // the tab that holds the grid
     // Opens another form in this one's place, or brings it to the front.
     void openBeside(const RecordFormSpec &other);
 
@@ -112,6 +112,7 @@ private:
     void showState();
     void focusFirst();
     const QString &keyField() const { return m_spec.pages.first().fields.first().name; }
+    bool isKey(const QString &field) const; // papers on several tabs repeat it
 
     bool hasRecord();
     void recordMoved();

@@ -150,10 +150,15 @@ void RecordForm::refill()
 
 // ---- choices ----
 
+bool RecordForm::isKey(const QString &field) const
+{
+    return m_panel->field(field).column == m_panel->field(keyField()).column;
+}
+
 void RecordForm::fieldTyped(const QString &field)
 {
-    if (field == keyField() && m_lines && hasRecord())
-        m_lines->keyTyped(text(field), records().isNew(records().absolutePosition()));
+    if (isKey(field) && m_lines && hasRecord())
+        m_lines->keyTyped(text(keyField()), records().isNew(records().absolutePosition()));
 }
 
 void RecordForm::fieldEntered(const QString &field)
@@ -229,7 +234,7 @@ void RecordForm::fieldChosen(const QString &field)
             writing.append({step.insert, line});
         }
         if (step.also)
-            step.also(*this, !rows.isEmpty());
+            step.also(*this, rows.isEmpty() ? nullptr : &rows.first());
         return true;
     };
     run(Failure::Report, {[&] {
@@ -319,7 +324,7 @@ void RecordForm::fieldLeft(const QString &field)
     const QWidget *control = m_panel->control(field).widget();
     if (!isBusy() || control->hasFocus() || m_buttons["Cmdcancel"]->hasFocus())
         return;
-    if (field == keyField() && m_lines && hasRecord()) {
+    if (isKey(field) && m_lines && hasRecord()) {
         // Lines bear the key without blanks around it; one before it would part them from their head.
         if (QString key = text(field); key.startsWith(u' ')) {
             while (key.startsWith(u' '))

@@ -21,6 +21,7 @@ namespace tradewick
 {
 
 class RecordForm;
+class Row;
 
 // What a handler does with an error of the database.
 enum class Failure {
@@ -64,6 +65,9 @@ inline FieldType combo(const QStringList &items)
 }
 } // namespace field
 
+// Where a field begins a new frame: where its group does, or in any case, below the frame before or beside it.
+enum class FrameStart { WithGroup, Below, Beside };
+
 struct FieldSpec {
     QString name;    // of the control: "Text1(0)"
     QString column;  // of the record; empty: what is typed or chosen there is stored nowhere
@@ -74,6 +78,7 @@ struct FieldSpec {
     QString unit{};      // text behind the field
     bool joined = false; // behind the field before it, under that one's caption
     bool hidden = false;
+    FrameStart starts = FrameStart::WithGroup;
 };
 
 struct PageSpec {
@@ -152,8 +157,8 @@ struct PickStep {
                                   // a blank before it: one for all rows
     QString offers{};             // the combo box that offers the rows from now on, keeping its text
     WhenNone none = WhenNone::GoOn;
-    QString message{}; // told where there is no row
-    std::function<void(RecordForm &form, bool found)> also{};
+    QString message{};                                              // told where there is no row
+    std::function<void(RecordForm &form, const Row *first)> also{}; // with the first row, null where there is none
 };
 
 struct PickSpec {
@@ -198,7 +203,10 @@ struct LineGridSpec {
     QStringList enterColumns{}; // that Enter goes through; none: all
     QVector<DropDownSpec> dropDowns{};
     QVector<LineRule> rules{};
-    QStringList totals{}; // columns whose sums stand below the lines
+    QStringList totals{};    // columns whose sums stand below the lines
+    int page = -1;           // of the tabs, that holds the grid; -1: below the fields
+    QString above{};         // a field that begins a frame or a row of its own: the grid stands above that
+    bool whileAdding = true; // takes text in Add, else in Edit alone
 };
 
 // Typing into a column of the lines searches.
@@ -221,6 +229,8 @@ struct LookupSpec {
     QString firstColumn{}, first{}; // rows whose column holds that column of the head come before all others
 };
 
+// The lines of a head are one record set, whatever the number of grids that show it: what is typed in one grid stands
+// in the others, and only the rules of its own grid follow from it.
 struct LinesSpec {
     const char *statement = nullptr; // with {key}, the text of the head's first field
     const char *deletion = nullptr;  // removes all lines of a head, with {key}
@@ -229,7 +239,6 @@ struct LinesSpec {
     QVector<Preset> starts{}; // of a new line
     bool startsNeedKey = false;
     LookupSpec lookup{};
-    int page = -1; // of the tabs, that holds them; -1: below the fields
 };
 
 // ---- the list of records ----
@@ -241,7 +250,9 @@ struct FilterSpec {
     const char *via =
         nullptr; // whose first row's columns are placeholders of the statement; without a row nothing changes
     bool trimmed = true;
-    const char *offers = nullptr; // it is a combo box, of the first column of these rows
+    // It is a combo box, of the first column of these rows; a choice empties the other ones.
+    const char *offers = nullptr;
+    const char *whileTyping = nullptr; // of a combo box: with {text}, a text typed that is not blank shows its records
 };
 
 struct DateFilterSpec {
@@ -321,11 +332,12 @@ struct RecordFormSpec {
     QString caption; // of its window
     const char *statement = nullptr;
     QString control = QStringLiteral("Adoprimaryrs");
-    QVector<PageSpec> pages;  // the first field is the key
-    int pairsInRow = 1;       // label-and-field pairs side by side
-    QVector<GridColumn> list; // of TDBGrid3
-    QStringList notes;        // texts below the fields
-    PictureSpec picture;      // of the one field of that kind
+    QVector<PageSpec> pages; // the first field is the key
+    int pairsInRow = 1;      // label-and-field pairs side by side
+    QVector<GridColumn> list;
+    QString listName = QStringLiteral("TDBGrid3");
+    QStringList notes;   // texts below the fields
+    PictureSpec picture; // of the one field of that kind
     QStringList captions{"前端", "向前", "向后", "后端", "新增", "删除", "编辑", "确认", "取消", "返回"};
     QVector<ChoiceSpec> choices;
     QVector<ButtonSpec> buttons; // beside those of every form
@@ -359,10 +371,11 @@ struct RecordFormSpec {
     QStringList refilled; // combo boxes that read what they offer again after OK, Cancel and Delete
 
     // What no part above can say, each in the course of its handler.
-    std::function<void(RecordForm &form)> onAdd;    // the new record stands
-    std::function<void(RecordForm &form)> onOk;     // nothing is checked yet
-    std::function<void(RecordForm &form)> onStore;  // the record and its lines are written, in the same transaction
-    std::function<void(RecordForm &form)> onCancel; // the record is still there
+    std::function<void(RecordForm &form)> onAdd;       // the new record stands
+    std::function<void(RecordForm &form)> onOk;        // nothing is checked yet
+    std::function<void(RecordForm &form)> beforeStore; // nothing of the record is written yet, in its transaction
+    std::function<void(RecordForm &form)> onStore;     // the record and its lines are written, in the same transaction
+    std::function<void(RecordForm &form)> onCancel;    // the record is still there
 };
 
 } // namespace tradewick

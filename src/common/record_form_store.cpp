@@ -7,6 +7,7 @@
 #include "common/record_list.h"
 
 #include <QApplication>
+#include <QLabel>
 
 namespace tradewick
 {
@@ -106,7 +107,7 @@ void RecordForm::save()
         m_lines->commitEditors();
     if (!passesOwnChecks() || (m_lines && m_lines->tellBadCell()))
         return;
-    const bool adding = m_adding;
+    const bool adding = m_adding, inAdd = m_state->property("adding").toBool();
     if (m_spec.adding == Adding::UntilOk)
         m_adding = false;
     if (m_lines) {
@@ -127,7 +128,7 @@ void RecordForm::save()
                                  const auto back = [&] {
                                      isStored = false;
                                      m_adding = adding;
-                                     setBusy(true, adding);
+                                     setBusy(true, inAdd);
                                      m_panel->lock(false);
                                  };
                                  try {
@@ -194,6 +195,8 @@ bool RecordForm::storeWaiting()
     };
     try {
         const bool stored = store([&] {
+            if (m_spec.beforeStore && hasRecord())
+                m_spec.beforeStore(*this);
             if (hasRecord()) // under another identity where it is stored anew
                 unit(records().keyAt(records().absolutePosition()));
             if (m_spec.onStore)
@@ -354,10 +357,11 @@ void RecordForm::cancel()
     recordMoved();
 }
 
-// The lines that are shown go, one by one; not those of another document, whose number the clerk typed by mistake.
+// The lines that are shown go, one by one; not those of another document, whose number the clerk typed by mistake, nor
+// those of all that have no number.
 void RecordForm::dropLines()
 {
-    if (isKeyTaken())
+    if (text(keyField()).trimmed().isEmpty() || isKeyTaken())
         return;
     store([this] {
         m_lines->refresh();

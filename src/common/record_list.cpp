@@ -30,10 +30,15 @@ QBoxLayout *addRow(QBoxLayout *layout, const QString &caption, QWidget *control)
     return row;
 }
 
+Values textOf(const FilterSpec &filter, const QString &text)
+{
+    return {{"text", filter.trimmed ? text.trimmed() : text}};
+}
+
 } // namespace
 
 RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *parent)
-    : QWidget(parent), m_spec(spec), m_form(form), m_grid(new Grid("TDBGrid3", QStringLiteral("记录列表"), this))
+    : QWidget(parent), m_spec(spec), m_form(form), m_grid(new Grid(spec.listName, QStringLiteral("记录列表"), this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -113,12 +118,25 @@ void RecordList::addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter)
     box->lineEdit()->setAccessibleName(box->accessibleName());
     box->addItems(m_form.offered(filter.offers));
     box->setCurrentIndex(-1);
-    addAll(addRow(layout, filter.caption, box));
+    QBoxLayout *row = addRow(layout, filter.caption, box);
+    if (!filter.whileTyping) // other records come with another text
+        addAll(row);
     m_ways.append(box);
+    m_choosing.append(box);
+    if (filter.whileTyping)
+        connect(box->lineEdit(), &QLineEdit::textEdited, this, [this, &filter](const QString &typed) {
+            if (!typed.trimmed().isEmpty())
+                m_form.showStatement(filter.whileTyping, textOf(filter, typed));
+        });
     connect(box->lineEdit(), &QLineEdit::returnPressed, box, &ComboField::takeTyped);
     connect(box, &ComboField::chosen, this, [this, box, &filter] {
-        if (const QString chosen = box->currentText().trimmed(); !chosen.isEmpty())
-            m_form.showStatement(filter.statement, {{"text", chosen}});
+        const QString chosen = box->currentText();
+        if (chosen.trimmed().isEmpty())
+            return;
+        for (ComboField *other : std::as_const(m_choosing))
+            if (other != box)
+                other->showText({});
+        m_form.showStatement(filter.statement, textOf(filter, chosen));
     });
 }
 
@@ -131,7 +149,7 @@ void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)
     addRow(layout, filter.caption, box);
     m_ways.append(box);
     connect(box, &QLineEdit::textChanged, this, [this, &filter](const QString &typed) {
-        Values values{{"text", filter.trimmed ? typed.trimmed() : typed}};
+        const Values values = textOf(filter, typed);
         if (!filter.via) {
             m_form.showStatement(filter.statement, values);
             return;

@@ -13,6 +13,7 @@ class QBoxLayout;
 namespace tradewick
 {
 
+class ComboField;
 class RecordForm;
 
 class RecordList : public QWidget
@@ -49,6 +50,7 @@ private:
     Grid *m_grid;
     BranchTree *m_tree = nullptr;
     QVector<QWidget *> m_ways;
+    QVector<ComboField *> m_choosing; // the filters that are combo boxes
 };
 
 } // namespace tradewick

@@ -128,7 +128,7 @@ RecordFormSpec YY_Yh_XYZ()
                     {.statement = total,
                      .copies = {{"kzje", "zje"}},
                      .also =
-                         [](RecordForm &one, bool found) {
+                         [](RecordForm &one, const Row *found) {
                              if (!found)
                                  one.setText("Text1(13)", {});
                          }},

@@ -83,12 +83,12 @@ PickSpec contractPick()
              {.statement = amountOfContract,
               .copies = {{"kzje", "zje"}},
               .also =
-                  [](RecordForm &form, bool found) {
+                  [](RecordForm &form, const Row *found) {
                       if (!found) // the customer's address goes, not the amount
                           form.records().Fields("khdz").setValue(QString());
                   }},
              {.statement = openLines, .copies = {{"cpbm", "bacp"}, {"cpmc", "cpmc"}}, .insert = insertGoods},
-             {.statement = creditsOfContract, .offers = "Combo1(1)", .also = [](RecordForm &form, bool found) {
+             {.statement = creditsOfContract, .offers = "Combo1(1)", .also = [](RecordForm &form, const Row *found) {
                   if (!found) // a credit of another contract does not stay
                       form.setText("Combo1(1)", {});
               }}}};
@@ -183,9 +183,9 @@ LinesSpec goods()
                              {ofAll, "djz", netWeightOfOne},
                              {ofAll, "dmz", grossWeightOfOne},
                              {ofAll, "djtj", volumeOfOne}},
-                   .totals = {"sl", "jianshu", "zjz", "zmz", "je", "hjtj"}}},
+                   .totals = {"sl", "jianshu", "zjz", "zmz", "je", "hjtj"},
+                   .page = 1}},
         .starts = {{"fpbh", "{Text1(0)}"}, {"dj", "0"}, {"sl", "0"}, {"jianshu", "0"}},
-        .page = 1,
     };
 }
 
@@ -337,7 +337,7 @@ QStringList choices()
 {
     QStringList all;
     for (const Document &document : documents())
-        if (document.record.key == u"fpbh" && document.name != taxInvoiceOverlay)
+        if (document.record.name == u"单证明细表" && document.name != taxInvoiceOverlay)
             all.append(document.name);
     return all;
 }

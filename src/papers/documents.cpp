@@ -233,6 +233,24 @@ Document taxInvoice(const QString &name, const QString &report, const QVector<Do
                 further};
 }
 
+Document declarationForRefund(const QString &name)
+{
+    return {.name = name,
+            .report = "YY_BGD_TsZy_RpT",
+            .record = sheet(),
+            .needed = "htbh",
+            .totals = volumeTotals,
+            .labels = {{"L_ZjZ", netWeight}, {"L_ZMZ", grossWeight}, {"L_Zjs", packages}, {"L_hzje", amountInChinese}}};
+}
+
+// The tax office's papers come along with a registered invoice, whatever has become of its sheet.
+Document registered(Document paper)
+{
+    paper.record = {.name = "税收票据", .key = "fpbh", .rows = paper.record.rows};
+    paper.needed.clear();
+    return paper;
+}
+
 // What the certificate says until the clerk writes it anew; the two lines of the signature bear each other's name.
 Document mailingCertificate()
 {
@@ -305,18 +323,15 @@ QVector<Document> sheetDocuments()
         draft("英文汇票", "YY_EnHp_Rpt"),
         taxInvoice("出口专用发票", "YY_Sp_CkZy_Rpt"),
         taxInvoice("出口专用发票套打", "YY_sp_CkZy_rptB", {{"L_zjje", orBlank<amount>}}),
-        {.name = "退税专用报关单",
-         .report = "YY_BGD_TsZy_RpT",
-         .record = sheet(),
-         .needed = "htbh",
-         .totals = volumeTotals,
-         .labels = {{"L_ZjZ", netWeight}, {"L_ZMZ", grossWeight}, {"L_Zjs", packages}, {"L_hzje", amountInChinese}}},
+        declarationForRefund("退税专用报关单"),
         {.name = "明细单",
          .report = "YY_MXD_rpt",
          .record = sheet(),
          .totals = volumeTotals,
          .logo = "Image1",
          .labels = {{"L_LEss", commissionAmount}, {"L_SYF", netAmount}, {"L_NYR", today}}},
+        registered(taxInvoice("税收票据商业发票", "YY_Sp_CkZy_Rpt")),
+        registered(declarationForRefund("税收票据报关单")),
     };
 }
 

@@ -4,6 +4,7 @@
 #include "contracts/contracts.h"
 #include "documents/documents.h"
 #include "masterdata/masterdata.h"
+#include "settlement/settlement.h"
 #include "shell/about.h"
 #include "shell/connection_settings.h"
 #include "shell/splash.h"
@@ -51,6 +52,7 @@ const QVector<DeclaredForm> &declaredForms()
         {"YY_XyZ_New_Rpt", YY_XyZ_New_Rpt, Placement::ScreenWidth},
         {"YY_Yh_XYZ", YY_Yh_XYZ, Placement::ScreenWidth},
         {"YY_DZ_MXB", YY_DZ_MXB, Placement::ScreenWidth},
+        {"YY_SsPj_DJB", YY_SsPj_DJB, Placement::ScreenWidth},
         {"Sys_CwGs_ZL", Sys_CwGs_ZL, Placement::ScreenWidth},
         {"Sys_GKSZ", Sys_GKSZ, Placement::FreeArea},
         {"sys_JLDW", sys_JLDW, Placement::FreeArea},

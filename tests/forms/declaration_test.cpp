@@ -59,7 +59,8 @@ public:
         }
         addLines();
         for (const FilterSpec &filter : spec.filters)
-            add("filter", {filter.name, filter.caption, filter.statement, filter.via, filter.trimmed ? "trimmed" : ""});
+            add("filter", {filter.name, filter.caption, filter.statement, filter.via, filter.trimmed ? "trimmed" : "",
+                           filter.whileTyping});
         add("date filter", {spec.dateFilter.name, spec.dateFilter.caption, spec.dateFilter.statement});
         add("find", {spec.find.column, spec.find.prompt, spec.find.title, spec.find.notFound});
         const FailureGroup &group = spec.failures;

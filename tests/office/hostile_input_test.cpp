@@ -141,6 +141,17 @@ bool isChooser(const RecordFormSpec &spec, const QString &name)
     return false;
 }
 
+// The fields that show what one before them holds.
+QStringList repeated(const RecordFormSpec &spec)
+{
+    QStringList columns, names;
+    for (const PageSpec &page : spec.pages)
+        for (const FieldSpec &field : page.fields)
+            if (!field.hidden)
+                columns.contains(field.column) ? names.append(field.name) : columns.append(field.column);
+    return names;
+}
+
 QString valid(ColumnKind kind)
 {
     return kind == ColumnKind::Date ? QStringLiteral("2026-03-05") : QStringLiteral("7");
@@ -172,7 +183,7 @@ protected:
                                    widget->inherits("tradewick::ComboField");
             if (takesText && (name.startsWith("Text") || name.startsWith("Combo")) &&
                 widget->property("readOnly").toBool() == ofRecord && widget->focusPolicy() != Qt::ClickFocus &&
-                !isChooser(form.spec(), name))
+                !isChooser(form.spec(), name) && !repeated(form.spec()).contains(name))
                 names.append(name);
         }
         return names;
@@ -278,17 +289,18 @@ protected:
         const FormDriver drive(form);
         const QStringList boxes = controls(form, false);
         auto *tree = form.findChild<QTreeView *>("TreeView1");
-        const auto *list = drive.find<Grid>("TDBGrid3");
+        const auto *list = drive.find<Grid>(form.spec().listName);
         const Content before = contentOf(database);
         const int records = form.records().RecordCount();
         const QString key = drive.text(fields.first());
         for (const QString &text : hostile + QStringList{"no' or 'one", key}) {
             SCOPED_TRACE(text.toStdString());
             for (const QString &box : boxes) {
-                // A box that searches lines shows the record of the first that it finds, or leaves the list.
+                // A box that searches lines shows the record of the first that it finds, or leaves the list; one that
+                // searches while a choice is typed leaves it narrow.
                 const QVector<FilterSpec> &filters = form.spec().filters;
                 const bool byLines = std::any_of(filters.cbegin(), filters.cend(), [&](const FilterSpec &filter) {
-                    return filter.name == box && filter.via;
+                    return filter.name == box && (filter.via || filter.whileTyping);
                 });
                 drive.type(box, text);
                 if (byLines) {

@@ -100,6 +100,8 @@ FormA申请书;L_Djrq=2026年3月7日;L_SlzJ={q}{u} G.W:{g} Kgs  N.W:{n} Kgs;L_Z
 出口专用发票;L_YwJe={words};L_ZwJe={chinese};pdf={a}
 出口专用发票套打;L_YwJe={words};L_ZwJe={chinese};L_zjje={a}
 退税专用报关单;L_ZjZ={n};L_ZMZ={g};L_Zjs={p};L_hzje={chinese}
+税收票据商业发票;L_YwJe={words};L_ZwJe={chinese};pdf={a}
+税收票据报关单;L_ZjZ={n};L_ZMZ={g};L_Zjs={p};L_hzje={chinese}
 寄单证明;L_FpBh=Invoice No.{f};L_DjRq=Date:2026-03-07;L_EGSMC2={f}公司;L_gSMC2=CO {f};pdf=TP APPLICANT BY EMS
 )";
 
@@ -224,6 +226,9 @@ TEST_F(SheetDocuments, WithoutGoodsContractOrLogoSomeAreRefusedInWords)
         {"发票", "FPB2", 481},
         {"寄单证明", "FPB2", 481},
         {"汇票", "FPB2", 0},
+        {"税收票据报关单", "FPB2", 0},
+        {"税收票据报关单", "no sheet", 3021},
+        {"税收票据商业发票", "no sheet", 0},
     };
     for (const auto &of : cases) {
         int error = 0;

@@ -1,0 +1,11 @@
+// The forms of settlement and tax.
+#pragma once
+
+#include "common/record_form_spec.h"
+
+namespace tradewick
+{
+
+RecordFormSpec YY_SsPj_DJB(); // tax documents: the three papers that a refund takes for one export invoice
+
+} // namespace tradewick
