@@ -45,7 +45,7 @@ void RecordForm::add()
                                       records().AddNew();
                                       m_added = records().keyAt(records().absolutePosition());
                                   },
-                                  [this] { m_panel->lock(false); }, [this] { focusFirst(); },
+                                  [this] { lock(false); }, [this] { focusFirst(); },
                                   [&] {
                                       const auto take = [&] {
                                           setText(keyField(), number);
@@ -76,7 +76,7 @@ void RecordForm::add()
     // Without the server there is neither a number nor a record to type into.
     m_adding = false;
     setBusy(false);
-    m_panel->lock(true);
+    lock(true);
     if (hasRecord() && records().isNew(records().absolutePosition()))
         records().CancelUpdate();
     m_lost.clear(); // told already
@@ -94,7 +94,7 @@ void RecordForm::edit()
                                    m_added = 0;
                                    setBusy(true);
                                },
-                               [this] { m_panel->lock(false); }, [this] { focusFirst(); }});
+                               [this] { lock(false); }, [this] { focusFirst(); }});
 }
 
 // ---- OK ----
@@ -104,7 +104,7 @@ void RecordForm::save()
     m_panel->takeTyped(); // a shortcut key leaves no field
     if (m_lines)
         m_lines->commitEditors();
-    if (!passesOwnChecks() || (m_lines && m_lines->tellBadCell()))
+    if (!passesOwnChecks() || !passesWhatIsTyped() || (m_lines && m_lines->tellBadCell()))
         return;
     const bool adding = m_adding;
     if (m_spec.adding == Adding::UntilOk)
@@ -121,14 +121,14 @@ void RecordForm::save()
         if (text(field.name).isEmpty())
             setText(field.name, field.stored);
     bool isStored = true;
-    run(m_spec.failures.ok, {[this] { m_panel->lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
+    run(m_spec.failures.ok, {[this] { lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
                              [&] {
                                  // Whoever goes back, or lost the server, goes on with what was typed.
                                  const auto back = [&] {
                                      isStored = false;
                                      m_adding = adding;
                                      setBusy(true, adding);
-                                     m_panel->lock(false);
+                                     lock(false);
                                  };
                                  try {
                                      if (!storeWaiting())
@@ -154,8 +154,14 @@ void RecordForm::save()
                              [&] {
                                  if (!isStored)
                                      return;
+                                 if (m_spec.adding == Adding::UntilStored) {
+                                     endAdding();
+                                     Q_EMIT addingEnded();
+                                 }
                                  m_list->rebuildTree();
                                  refill();
+                                 if (m_spec.onSaved)
+                                     m_spec.onSaved(*this);
                              }});
     showState();
 }
@@ -175,8 +181,11 @@ bool RecordForm::storeWaiting()
     others.removeAll(shown);
     const auto unit = [this](qint64 head) {
         const int row = records().rowOfKey(head);
-        if (records().isWaiting(row))
-            records().UpdateRow(row);
+        if (records().isWaiting(row)) {
+            const bool isNew = records().isNew(row);
+            if (records().UpdateRow(row) && isNew && m_spec.onNew)
+                m_spec.onNew(*this, row);
+        }
         if (m_lines && m_lines->wait(head)) {
             records().requireRow(row);
             m_lines->store(head);
@@ -330,7 +339,7 @@ void RecordForm::cancel()
              if (m_adding && m_spec.cancelDropsLines)
                  dropLines();
          },
-         [this] { m_panel->lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
+         [this] { lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
          [this] {
              // What Add began, wherever the clerk stands by now; a record that merely waits is not this Cancel's.
              int row = m_added ? records().rowOfKey(m_added) : records().absolutePosition();
@@ -348,7 +357,8 @@ void RecordForm::cancel()
              left < 0 ? records().MoveFirst() : records().setAbsolutePosition(left);
          },
          [this] {
-             m_adding = false;
+             endAdding();
+             Q_EMIT addingEnded();
              refill();
          }});
     recordMoved();

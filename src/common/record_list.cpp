@@ -33,7 +33,7 @@ QBoxLayout *addRow(QBoxLayout *layout, const QString &caption, QWidget *control)
 } // namespace
 
 RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *parent)
-    : QWidget(parent), m_spec(spec), m_form(form), m_grid(new Grid("TDBGrid3", QStringLiteral("记录列表"), this))
+    : QWidget(parent), m_spec(spec), m_form(form), m_grid(new Grid(spec.listName, QStringLiteral("记录列表"), this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

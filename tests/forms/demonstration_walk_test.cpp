@@ -172,7 +172,6 @@ TEST_P(EveryFormByKeyboard, EveryColumnOfItsTablesIsThere)
         resultOf(filter.via ? filter.via : filter.statement);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EveryFormByKeyboard, testing::ValuesIn(declaredForms()),
-                         [](const auto &form) { return form.param.name.toStdString(); });
+INSTANTIATE_TEST_SUITE_P(All, EveryFormByKeyboard, testing::ValuesIn(walkedForms()), nameOf);
 
 } // namespace tradewick
