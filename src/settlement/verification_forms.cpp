@@ -4,6 +4,7 @@
 #include "common/dialogs.h"
 #include "common/number_text.h"
 #include "common/record_form.h"
+#include "data/date_text.h"
 #include "settlement/settlement.h"
 #include "settlement/verification_numbers.h"
 
@@ -33,8 +34,8 @@ const char *const countIssue =
     "update cy_hxd_wgj_ld set sy_fenshu=gl_fenshu-yy_fenshu-1,yy_fenshu=yy_fenshu+1 where Left(start, 3) = '{series}' "
     "and Left(endH, 3) = '{series}' and right(start,6)<={n} and right(ENDH,6)>={n}";
 
-const QString lotStart = "Text1(1)", lotEnd = "Text1(2)", returnNumber = "Text1(4)", issueStart = "Text1(15)",
-              issueEnd = "Text1(16)";
+const QString lotStart = "Text1(1)", lotEnd = "Text1(2)", returnNumber = "Text1(4)", shipmentDate = "Text1(8)",
+              issueStart = "Text1(15)", issueEnd = "Text1(16)";
 
 QString badLength()
 {
@@ -101,6 +102,9 @@ Refusal refusalOf(RecordForm &form, const QString &field)
         return std::nullopt;
     if (field == returnNumber)
         return refusalOfReturn(form);
+    // The invoice's own words, which come along with it, are stored: they are told where the field is passed alone.
+    if (field == shipmentDate && !typed(form, field).isEmpty() && !dateFromText(typed(form, field)).isValid())
+        return Refused{RecordForm::badDate(), field};
     if (field == lotStart && typed(form, lotStart).size() != lengthOfNumber)
         return Refused{badLength(), lotStart};
     if (field == lotEnd)
@@ -250,7 +254,7 @@ RecordFormSpec returns()
           {"Text1(5)", "htbh", "外销合同："},
           {"Text1(6)", "bizh", "核销币种："},
           {"Text1(7)", "hxje", "核销总值："},
-          {"Text1(8)", "zyqx", "装运期限：", field::date},
+          {shipmentDate, "zyqx", "装运期限："},
           {"Text1(9)", "gsmc", "公司名称："},
           {"Combo1(3)", "ldy", "核 销 员：", field::combo(staff)},
           {"Text1(10)", "bgdh", "报关单号："},

@@ -68,12 +68,12 @@ protected:
         return FormDriver(*form);
     }
     const QString &key() const { return spec.key.isEmpty() ? fields.first().name : spec.key; }
-    // A field beside the key that takes any text.
+    // A field beside the key that takes any text: where the form has a rule for its text fields, a combo box.
     const FieldSpec &nameField() const
     {
+        const FieldKind kind = spec.onLeft ? FieldKind::Combo : FieldKind::Text;
         for (const FieldSpec &field : fields)
-            if (field.name != key() && field.type.kind == FieldKind::Text && !field.hidden &&
-                kindOf(field) == ColumnKind::Text)
+            if (field.name != key() && field.type.kind == kind && !field.hidden && kindOf(field) == ColumnKind::Text)
                 return field;
         return fields.first();
     }
