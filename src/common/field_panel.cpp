@@ -183,6 +183,11 @@ QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
     if (ComboField *combo = control->combo()) {
         combo->lineEdit()->installEventFilter(this);
         combo->lineEdit()->setAccessibleName(combo->accessibleName());
+        if (m_spec.disablesCombos) { // what they hold is read all the same
+            QPalette readable = combo->palette();
+            readable.setColor(QPalette::Disabled, QPalette::Text, readable.color(QPalette::Active, QPalette::Text));
+            combo->setPalette(readable);
+        }
         connect(combo, &ComboField::chosen, this, [this, &field] { Q_EMIT chosen(field.name); });
         connect(combo, &ComboField::enterPressed, this, [this] { goOn(); });
     }

@@ -93,7 +93,7 @@ void RecordForm::build()
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(m_content.get());
     auto *outer = new QVBoxLayout(m_content.get());
-    auto *splitter = new QSplitter(Qt::Horizontal, m_content.get());
+    auto *splitter = new QSplitter(m_spec.listBelow ? Qt::Vertical : Qt::Horizontal, m_content.get());
     m_list = new RecordList(m_spec, *this, splitter);
     auto *scroll = new QScrollArea(splitter);
     auto *content = new QWidget;
@@ -126,7 +126,9 @@ void RecordForm::build()
     scroll->setWidgetResizable(true);
     scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
     scroll->setFrameShape(QFrame::NoFrame);
-    splitter->setStretchFactor(0, 1);
+    if (m_spec.listBelow)
+        splitter->insertWidget(1, m_list);
+    splitter->setStretchFactor(0, m_spec.listBelow ? 0 : 1);
     splitter->setStretchFactor(1, 3);
     splitter->setChildrenCollapsible(false);
     outer->addWidget(splitter, 1);

@@ -332,8 +332,9 @@ struct RecordFormSpec {
     int pairsInRow = 1; // label-and-field pairs side by side
     QVector<GridColumn> list;
     QString listName = QStringLiteral("TDBGrid3");
-    QStringList notes;   // texts below the fields
-    PictureSpec picture; // of the one field of that kind
+    bool listBelow = false; // the fields, which are few, else beside them
+    QStringList notes;      // texts below the fields
+    PictureSpec picture;    // of the one field of that kind
     QStringList captions{"前端", "向前", "向后", "后端", "新增", "删除", "编辑", "确认", "取消", "返回"};
     QVector<ChoiceSpec> choices;
     QVector<ButtonSpec> buttons; // beside those of every form

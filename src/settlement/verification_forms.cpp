@@ -207,6 +207,7 @@ RecordFormSpec tabOf(Tab number, const QString &caption, const char *statement, 
     form.statement = statement;
     form.control = control;
     form.pairsInRow = 3;
+    form.listBelow = true;
     form.failures.add = Failure::Skip;
     form.hasNavigation = false;
     form.disablesCombos = true;
