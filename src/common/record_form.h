@@ -173,6 +173,7 @@ private:
     QHash<QString, ComboField *> m_choices;
     QLabel *m_state = nullptr;
     QString m_entered, m_textEntered; // the field that has the focus, until it is left, and what stood there
+    QString m_asked;                  // the field that OK asked of, until the handler is through
     QString m_lost;                   // what is to be told of a connection that was lost while the record was shown
     qint64 m_added = 0;               // the record that Add began, until it is stored or dropped
     qint64 m_left = 0;                // the record that was shown when Add began last

@@ -330,14 +330,18 @@ void RecordForm::fieldLeft(const QString &field)
         m_entered.clear();
     if (isBusy() && !passesWhenLeft(field))
         return;
-    if (m_spec.onLeft)
+    if (m_spec.onLeft && field != m_asked)
         m_spec.onLeft(*this, field);
 }
 
-// A shortcut key leaves no field, and a click on OK comes before the field is told that it was left.
+// A shortcut key leaves no field, and a click on OK comes before the field is told that it was left: that is passed
+// over then, for the record may be stored by that time.
 bool RecordForm::passesWhatIsTyped()
 {
-    return !m_spec.onLeft || m_entered.isEmpty() || text(m_entered) == m_textEntered || m_spec.onLeft(*this, m_entered);
+    if (!m_spec.onLeft || m_entered.isEmpty() || text(m_entered) == m_textEntered)
+        return true;
+    m_asked = m_entered;
+    return m_spec.onLeft(*this, m_asked);
 }
 
 bool RecordForm::passesWhenLeft(const QString &field)

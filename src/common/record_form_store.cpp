@@ -7,6 +7,7 @@
 #include "common/record_list.h"
 
 #include <QApplication>
+#include <QScopeGuard>
 
 namespace tradewick
 {
@@ -101,6 +102,10 @@ void RecordForm::edit()
 
 void RecordForm::save()
 {
+    const auto forget = qScopeGuard([this] { // behind what is queued of the fields that were left
+        QMetaObject::invokeMethod(
+            this, [this] { m_asked.clear(); }, Qt::QueuedConnection);
+    });
     m_panel->takeTyped(); // a shortcut key leaves no field
     if (m_lines)
         m_lines->commitEditors();

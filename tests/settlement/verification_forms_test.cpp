@@ -206,12 +206,11 @@ TEST_F(VerificationForms, AReturnTakesOverItsInvoiceWhichIsOfferedNoMore)
     drive.choose("Combo1(2)", "F1");
     drive.click("CmdOK");
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
+    const Row row = database.connection()
+                        .rows("select hxdh,htbh,gsmc,bizh,zyqx,bgdh,cpmc,b_zdw,jianshu,hxje from cy_hxd_gsly")
+                        .first();
     QString stored;
-    for (const QVariant &value :
-         database.connection()
-             .rows("select hxdh,htbh,gsmc,bizh,zyqx,bgdh,cpmc,b_zdw,jianshu,hxje from cy_hxd_gsly")
-             .first()
-             .values())
+    for (const QVariant &value : row.values())
         stored += value.toString() + u'|';
     EXPECT_EQ(stored, "ABC000155|X1|甲|EUR|Before May|3701|镜|CTNS|13|1000.5|");
     const auto *invoices = drive.find<QComboBox>("Combo1(2)");
