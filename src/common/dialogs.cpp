@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
@@ -13,6 +14,8 @@ namespace tradewick
 
 namespace
 {
+
+constexpr int stepsBetweenLooks = 20;
 
 QMessageBox::Icon iconOf(MessageIcon icon)
 {
@@ -99,6 +102,22 @@ public:
                                     const QString &filter) override
     {
         return chosen(QFileDialog::getSaveFileName(parent, title, lastFolder().filePath(suggested), filter));
+    }
+
+    bool steps(QWidget *parent, const QString &text, int count, const std::function<void(int i)> &step) override
+    {
+        QProgressDialog box(text, QStringLiteral("取消"), 0, count, parent);
+        box.setWindowTitle(QStringLiteral("系统提示"));
+        box.setWindowModality(Qt::ApplicationModal);
+        box.setMinimumDuration(500);
+        for (int i = 0; i < count; ++i) {
+            if (i % stepsBetweenLooks == 0)
+                box.setValue(i); // looks for what the user does, once it is shown
+            if (box.wasCanceled())
+                return false;
+            step(i);
+        }
+        return true;
     }
 
     std::optional<ConflictAnswer> conflict(QWidget *parent, const ConflictQuestion &question) override

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 class QWidget;
@@ -34,6 +35,9 @@ public:
     // for and written where this user chose one last, from program to program.
     virtual std::optional<QString> saveFile(QWidget *parent, const QString &title, const QString &suggested,
                                             const QString &filter) = 0;
+    // Carries out that many steps, numbered from 0, telling how far they are where they take long; gives false when the
+    // user ends them before. What a step throws is let out.
+    virtual bool steps(QWidget *parent, const QString &text, int count, const std::function<void(int i)> &step) = 0;
     // What to store where another desktop changed the same row; no value when the user goes back.
     virtual std::optional<ConflictAnswer> conflict(QWidget *parent, const ConflictQuestion &question) = 0;
 };

@@ -215,6 +215,11 @@ QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
     if (ComboField *combo = control->combo()) {
         combo->lineEdit()->installEventFilter(this);
         combo->lineEdit()->setAccessibleName(combo->accessibleName());
+        if (m_spec.disablesCombos) { // what they hold is read all the same
+            QPalette readable = combo->palette();
+            readable.setColor(QPalette::Disabled, QPalette::Text, readable.color(QPalette::Active, QPalette::Text));
+            combo->setPalette(readable);
+        }
         connect(combo, &ComboField::chosen, this, [this, &field] { Q_EMIT chosen(field.name); });
         connect(combo, &ComboField::enterPressed, this, [this] { goOn(); });
     }
@@ -264,8 +269,11 @@ void FieldPanel::takeTyped()
 
 void FieldPanel::lock(bool locked)
 {
-    for (const Entry *entry : std::as_const(m_order))
+    for (const Entry *entry : std::as_const(m_order)) {
         entry->control->setLocked(locked);
+        if (m_spec.disablesCombos && entry->control->combo())
+            entry->control->widget()->setEnabled(!locked);
+    }
 }
 
 void FieldPanel::offer(const QString &combo, const QStringList &items)
@@ -358,20 +366,17 @@ bool FieldPanel::key(const QString &name, QWidget *widget, int key)
     if (!name.contains(u'('))
         return false;
     const QString array = arrayOf(name);
-    int elements = 0;
+    std::map<int, QString> elements; // of the array that are to be seen here
     for (const Entry *entry : std::as_const(m_order))
-        elements += arrayOf(entry->spec->name) == array ? 1 : 0;
-    for (int at = indexOf(name), steps = 0; steps < elements; ++steps) {
-        const int next = at + (key == Qt::Key_Down ? 1 : -1);
-        if (!m_spec.arrowsWrap && (next < 0 || next == elements))
-            return true;
-        at = (next + elements) % elements;
-        const QString other = QStringLiteral("%1(%2)").arg(array).arg(at);
-        if (field(other).hidden)
-            continue;
-        focus(other);
-        return true;
-    }
+        if (!entry->spec->hidden && arrayOf(entry->spec->name) == array)
+            elements.emplace(indexOf(entry->spec->name), entry->spec->name);
+    const auto at = elements.find(indexOf(name));
+    const bool isDown = key == Qt::Key_Down;
+    const bool isEnd = isDown ? std::next(at) == elements.end() : at == elements.begin();
+    if (!isEnd)
+        focus((isDown ? std::next(at) : std::prev(at))->second);
+    else if (m_spec.arrowsWrap)
+        focus(isDown ? elements.begin()->second : elements.rbegin()->second);
     return true;
 }
 

@@ -20,12 +20,30 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include <algorithm>
+#include <stdexcept>
+
 namespace tradewick
 {
 
+QString RecordForm::named(const QString &name) const
+{
+    return m_spec.tab < 0 ? name : QStringLiteral("%1(%2)").arg(name).arg(m_spec.tab);
+}
+
+RecordForm &RecordForm::beside(int tab) const
+{
+    const auto forms = window()->findChildren<RecordForm *>();
+    const auto found =
+        std::find_if(forms.cbegin(), forms.cend(), [tab](const RecordForm *form) { return form->m_spec.tab == tab; });
+    if (found == forms.cend())
+        throw std::logic_error("the form " + m_spec.name.toStdString() + " has no tab " + std::to_string(tab));
+    return **found;
+}
+
 RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidget(mainWindow, Qt::Window), m_spec(spec)
 {
-    setObjectName(spec.name);
+    setObjectName(named(spec.name));
     setWindowTitle(spec.caption);
     m_primary.setObjectName(spec.control);
     m_primary.ConnectionString = gConnStr;
@@ -75,7 +93,7 @@ void RecordForm::build()
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(m_content.get());
     auto *outer = new QVBoxLayout(m_content.get());
-    auto *splitter = new QSplitter(Qt::Horizontal, m_content.get());
+    auto *splitter = new QSplitter(m_spec.listBelow ? Qt::Vertical : Qt::Horizontal, m_content.get());
     m_list = new RecordList(m_spec, *this, splitter);
     auto *scroll = new QScrollArea(splitter);
     auto *content = new QWidget;
@@ -108,7 +126,9 @@ void RecordForm::build()
     scroll->setWidgetResizable(true);
     scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
     scroll->setFrameShape(QFrame::NoFrame);
-    splitter->setStretchFactor(0, 1);
+    if (m_spec.listBelow)
+        splitter->insertWidget(1, m_list);
+    splitter->setStretchFactor(0, m_spec.listBelow ? 0 : 1);
     splitter->setStretchFactor(1, 3);
     splitter->setChildrenCollapsible(false);
     outer->addWidget(splitter, 1);
@@ -118,7 +138,7 @@ void RecordForm::build()
 QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press)
 {
     auto *push = new QPushButton(button.caption, layout->parentWidget());
-    push->setObjectName(button.name);
+    push->setObjectName(named(button.name));
     push->setAccessibleName(button.caption);
     // Keys that a text field does not take for itself, in any of its states.
     // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
@@ -169,10 +189,12 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     };
     const QStringList &captions = m_spec.captions;
     QBoxLayout *row = group();
-    addButton(row, {"cmdqd", captions[0], "Alt+Home"}, [this] { first(); });
-    addButton(row, {"cmdxq", captions[1], "Alt+PgUp"}, [this] { previous(); });
-    addButton(row, {"cmdnext", captions[2], "Alt+PgDown"}, [this] { next(); });
-    addButton(row, {"cmdmd", captions[3], "Alt+End"}, [this] { last(); });
+    if (m_spec.hasNavigation) {
+        addButton(row, {"cmdqd", captions[0], "Alt+Home"}, [this] { first(); });
+        addButton(row, {"cmdxq", captions[1], "Alt+PgUp"}, [this] { previous(); });
+        addButton(row, {"cmdnext", captions[2], "Alt+PgDown"}, [this] { next(); });
+        addButton(row, {"cmdmd", captions[3], "Alt+End"}, [this] { last(); });
+    }
     if (!m_spec.find.column.isEmpty())
         addButton(row, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
     row = group();
@@ -189,7 +211,7 @@ void RecordForm::buildButtons(QBoxLayout *layout)
         addChoice(row, choice);
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
         addButton(row, button, [this, &button] { button.press(*this); });
-    addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { close(); });
+    addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { window()->close(); });
     // Behind the last field comes what ends an Add or Edit, not what would leave the record.
     QWidget *before = m_buttons["CmdOK"];
     for (const char *name :
@@ -208,7 +230,8 @@ void RecordForm::setBusy(bool busy, bool adding)
     for (const char *name : {"Cmdadd", "Cmdedit", "Cmddelete", "Cmdreturn"})
         m_buttons[name]->setEnabled(!busy);
     for (const char *name : {"cmdqd", "cmdxq", "cmdnext", "cmdmd"})
-        m_buttons[name]->setEnabled(!busy || m_spec.navigationWhileBusy);
+        if (QPushButton *way = m_buttons.value(name))
+            way->setEnabled(!busy || m_spec.navigationWhileBusy);
     if (QPushButton *find = m_buttons.value("Cmd_find"))
         find->setEnabled(!busy);
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
@@ -261,19 +284,36 @@ void RecordForm::focusFirst()
     focusField(m_spec.firstFocus.isEmpty() ? keyField() : m_spec.firstFocus);
 }
 
+void RecordForm::takeFocus()
+{
+    if (isBusy())
+        focusFirst();
+    else
+        m_list->grid()->setFocus();
+}
+
+void RecordForm::lock(bool locked)
+{
+    lockFields(locked);
+    Q_EMIT fieldsLocked(locked);
+}
+
 // Whoever leaves records that wait would lose them without a sign.
-void RecordForm::closeEvent(QCloseEvent *event)
+bool RecordForm::mayClose()
 {
     bool anyWaits = m_lines && !m_lines->headsWaiting().isEmpty();
     anyWaits = anyWaits || records().hasPendingChanges();
     if (isBusy()) {
         QApplication::beep();
-        event->ignore();
-    } else {
-        event->setAccepted(!anyWaits ||
-                           dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"),
-                                         systemTitle(), OnEnter::No));
+        return false;
     }
+    return !anyWaits || dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"), systemTitle(),
+                                      OnEnter::No);
+}
+
+void RecordForm::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(mayClose());
 }
 
 // ---- errors ----

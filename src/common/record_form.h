@@ -38,13 +38,20 @@ public:
     const RecordFormSpec &spec() const { return m_spec; }
     // Add or Edit is under way: Cmdcancel is enabled.
     bool isBusy() const { return m_busy; }
-    // Between Add and what ends it: the next OK, a refused one too, or Cancel (RecordFormSpec::adding).
+    // Between Add and what ends it: OK or Cancel (RecordFormSpec::adding), on tabs that of any.
     bool isAdding() const { return m_adding; }
+    void endAdding() { m_adding = false; }
     Recordset &records() { return m_primary.Recordset(); }
     // The lines of the current record. Ends the program for a form without lines.
     Recordset &lines() { return linesPanel().records(); }
     std::shared_ptr<Connection> connection() const { return Connection::shared(m_primary.ConnectionString); }
     BranchTree *tree() const;
+    // The form on the tab of that number in the same window. Ends the program where there is none.
+    RecordForm &beside(int tab) const;
+    // The window can close: nothing is being typed, and the clerk gives up what waits.
+    bool mayClose();
+    // Takes the focus to where the next keys belong: into the record that is typed, or into the list.
+    void takeFocus();
 
     // What declared rules and handlers work with. A field that is not there ends the program.
     QString text(const QString &field) const;
@@ -52,6 +59,7 @@ public:
     QString choice(const QString &name) const; // what stands in a ChoiceSpec's box, without blanks around it
     void focusField(const QString &field);
     void lockField(const QString &field);
+    void lockFields(bool locked);
     void offer(const QString &combo, const char *statement); // throws DataError
     void add();
     void refresh() { m_primary.Refresh(); }
@@ -98,10 +106,15 @@ public:
     static QString badDate() { return QStringLiteral("日期输入有误，请重新核对！"); }
     static QString badNumber() { return QStringLiteral("数值输入有误，请重新核对！"); }
 
+Q_SIGNALS:
+    void fieldsLocked(bool locked); // by a button
+    void addingEnded();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    QString named(const QString &name) const; // with the number of the tab
     void build();
     void buildButtons(QBoxLayout *layout);
     QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press);
@@ -111,7 +124,11 @@ private:
     void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit
     void showState();
     void focusFirst();
-    const QString &keyField() const { return m_spec.pages.first().fields.first().name; }
+    void lock(bool locked);
+    const QString &keyField() const
+    {
+        return m_spec.key.isEmpty() ? m_spec.pages.first().fields.first().name : m_spec.key;
+    }
     bool isKey(const QString &field) const; // papers on several tabs repeat it
 
     bool hasRecord();
@@ -122,6 +139,8 @@ private:
     void fieldChosen(const QString &field);
     void fieldEntered(const QString &field);
     void fieldLeft(const QString &field);
+    bool passesWhenLeft(const QString &field);
+    bool passesWhatIsTyped();
     bool passes(const FieldCheck &check);
     FieldCheck checkOf(const FieldSpec &field);
     bool passesOwnChecks();
@@ -154,9 +173,11 @@ private:
     QHash<QString, QPushButton *> m_buttons;
     QHash<QString, ComboField *> m_choices;
     QLabel *m_state = nullptr;
-    QString m_lost;     // what is to be told of a connection that was lost while the record was shown
-    qint64 m_added = 0; // the record that Add began, until it is stored or dropped
-    qint64 m_left = 0;  // the record that was shown when Add began last
+    QString m_entered, m_textEntered; // the field that has the focus, until it is left, and what stood there
+    QString m_asked;                  // the field that OK asked of, until the handler is through
+    QString m_lost;                   // what is to be told of a connection that was lost while the record was shown
+    qint64 m_added = 0;               // the record that Add began, until it is stored or dropped
+    qint64 m_left = 0;                // the record that was shown when Add began last
     bool m_busy = false, m_adding = false;
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };

@@ -57,6 +57,11 @@ void RecordForm::lockField(const QString &field)
     m_panel->control(field).setLocked(true);
 }
 
+void RecordForm::lockFields(bool locked)
+{
+    m_panel->lock(locked);
+}
+
 void RecordForm::refreshLines()
 {
     if (m_lines)
@@ -163,6 +168,8 @@ void RecordForm::fieldTyped(const QString &field)
 
 void RecordForm::fieldEntered(const QString &field)
 {
+    m_entered = field;
+    m_textEntered = text(field);
     for (const PickSpec &pick : std::as_const(m_spec.picks)) {
         if (pick.combo != field || !isBusy() || pick.needs.isEmpty() || !text(pick.needs).trimmed().isEmpty())
             continue;
@@ -322,8 +329,28 @@ bool RecordForm::passes(const FieldCheck &check)
 void RecordForm::fieldLeft(const QString &field)
 {
     const QWidget *control = m_panel->control(field).widget();
-    if (!isBusy() || control->hasFocus() || m_buttons["Cmdcancel"]->hasFocus())
+    if (control->hasFocus() || m_buttons["Cmdcancel"]->hasFocus())
         return;
+    if (m_entered == field)
+        m_entered.clear();
+    if (isBusy() && !passesWhenLeft(field))
+        return;
+    if (m_spec.onLeft && field != m_asked)
+        m_spec.onLeft(*this, field);
+}
+
+// A shortcut key leaves no field, and a click on OK comes before the field is told that it was left: that is passed
+// over then, for the record may be stored by that time.
+bool RecordForm::passesWhatIsTyped()
+{
+    if (!m_spec.onLeft || m_entered.isEmpty() || text(m_entered) == m_textEntered)
+        return true;
+    m_asked = m_entered;
+    return m_spec.onLeft(*this, m_asked);
+}
+
+bool RecordForm::passesWhenLeft(const QString &field)
+{
     if (isKey(field) && m_lines && hasRecord()) {
         // Lines bear the key without blanks around it; one before it would part them from their head.
         if (QString key = text(field); key.startsWith(u' ')) {
@@ -334,13 +361,12 @@ void RecordForm::fieldLeft(const QString &field)
         const bool ownCheck = std::any_of(m_spec.checks.cbegin(), m_spec.checks.cend(),
                                           [](const FieldCheck &check) { return check.kind == FieldCheck::NotTaken; });
         if (!ownCheck && tellTakenKey())
-            return;
+            return false;
     }
-    if (!passes(checkOf(m_panel->field(field))))
-        return;
-    for (const FieldCheck &check : std::as_const(m_spec.checks))
-        if (check.field == field && check.kind == FieldCheck::NotTaken && !passes(check))
-            return;
+    return passes(checkOf(m_panel->field(field))) &&
+           std::all_of(m_spec.checks.cbegin(), m_spec.checks.cend(), [&](const FieldCheck &check) {
+               return check.field != field || check.kind != FieldCheck::NotTaken || passes(check);
+           });
 }
 
 // At OK, so that a shortcut key carries nothing past the checks.

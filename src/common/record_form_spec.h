@@ -323,21 +323,29 @@ enum class AfterDelete {
 
 // When the form stops to count as adding, and what its Cancel does until then.
 enum class Adding {
-    UntilOk,
+    UntilOk,     // a refused one too
+    UntilStored, // a refused OK leaves it
     UntilCancel, // OK leaves it: a later Cancel in Edit counts as that of an Add
 };
 
+// A window of several record sets declares its name, its caption and `tabs`, and nothing else: each of these is a form
+// of its own on a tab of that number. They lock and unlock their fields together, and what ends the adding of one ends
+// it for all; a field's name is borne by one of them alone.
 struct RecordFormSpec {
     QString name;    // of the form
-    QString caption; // of its window
+    QString caption; // of its window or tab
+    std::vector<RecordFormSpec> tabs{};
+    int tab = -1; // its number, which its buttons bear: "CmdOK(1)"; -1: a window of its own
     const char *statement = nullptr;
     QString control = QStringLiteral("Adoprimaryrs");
-    QVector<PageSpec> pages; // the first field is the key
-    int pairsInRow = 1;      // label-and-field pairs side by side
+    QVector<PageSpec> pages;
+    QString key;        // the field that a record is known by; empty: the first
+    int pairsInRow = 1; // label-and-field pairs side by side
     QVector<GridColumn> list;
     QString listName = QStringLiteral("TDBGrid3");
-    QStringList notes;   // texts below the fields
-    PictureSpec picture; // of the one field of that kind
+    bool listBelow = false; // the fields, which are few, else beside them
+    QStringList notes;      // texts below the fields
+    PictureSpec picture;    // of the one field of that kind
     QStringList captions{"前端", "向前", "向后", "后端", "新增", "删除", "编辑", "确认", "取消", "返回"};
     QVector<ChoiceSpec> choices;
     QVector<ButtonSpec> buttons; // beside those of every form
@@ -360,9 +368,11 @@ struct RecordFormSpec {
 
     FailureGroup failures;
     bool startsOnLast = false;
+    bool hasNavigation = true; // buttons for the way through the records
     bool navigationWhileBusy = false;
-    bool arrowsWrap = true; // from the last field of an array to the first and back
-    QString firstFocus;     // where Add and Edit begin; empty: the key
+    bool disablesCombos = false; // what locks fields disables combo boxes
+    bool arrowsWrap = true;      // from the last field of an array to the first and back
+    QString firstFocus;          // where Add and Edit begin; empty: the key
     Adding adding = Adding::UntilOk;
     bool cancelDropsLines = false; // Cancel while adding removes the lines that are shown
     bool cancelReturns = false;    // Cancel shows the record that Add left last, without one the first
@@ -371,11 +381,17 @@ struct RecordFormSpec {
     QStringList refilled; // combo boxes that read what they offer again after OK, Cancel and Delete
 
     // What no part above can say, each in the course of its handler.
+    // A field is left, in whatever state, and passes the checks above; gives whether it passes. At OK it is asked of
+    // the field that is typed into.
+    std::function<bool(RecordForm &form, const QString &field)> onLeft;
     std::function<void(RecordForm &form)> onAdd;       // the new record stands
     std::function<void(RecordForm &form)> onOk;        // nothing is checked yet
     std::function<void(RecordForm &form)> beforeStore; // nothing of the record is written yet, in its transaction
     std::function<void(RecordForm &form)> onStore;     // the record and its lines are written, in the same transaction
-    std::function<void(RecordForm &form)> onCancel;    // the record is still there
+    // The new record in that row is written, in the same transaction; the one that is shown, or one that waited.
+    std::function<void(RecordForm &form, int row)> onNew;
+    std::function<void(RecordForm &form)> onSaved;  // all is stored
+    std::function<void(RecordForm &form)> onCancel; // the record is still there
 };
 
 } // namespace tradewick

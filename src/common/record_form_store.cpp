@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QScopeGuard>
 
 namespace tradewick
 {
@@ -46,7 +47,7 @@ void RecordForm::add()
                                       records().AddNew();
                                       m_added = records().keyAt(records().absolutePosition());
                                   },
-                                  [this] { m_panel->lock(false); }, [this] { focusFirst(); },
+                                  [this] { lock(false); }, [this] { focusFirst(); },
                                   [&] {
                                       const auto take = [&] {
                                           setText(keyField(), number);
@@ -77,7 +78,7 @@ void RecordForm::add()
     // Without the server there is neither a number nor a record to type into.
     m_adding = false;
     setBusy(false);
-    m_panel->lock(true);
+    lock(true);
     if (hasRecord() && records().isNew(records().absolutePosition()))
         records().CancelUpdate();
     m_lost.clear(); // told already
@@ -95,17 +96,21 @@ void RecordForm::edit()
                                    m_added = 0;
                                    setBusy(true);
                                },
-                               [this] { m_panel->lock(false); }, [this] { focusFirst(); }});
+                               [this] { lock(false); }, [this] { focusFirst(); }});
 }
 
 // ---- OK ----
 
 void RecordForm::save()
 {
+    const auto forget = qScopeGuard([this] { // behind what is queued of the fields that were left
+        QMetaObject::invokeMethod(
+            this, [this] { m_asked.clear(); }, Qt::QueuedConnection);
+    });
     m_panel->takeTyped(); // a shortcut key leaves no field
     if (m_lines)
         m_lines->commitEditors();
-    if (!passesOwnChecks() || (m_lines && m_lines->tellBadCell()))
+    if (!passesOwnChecks() || !passesWhatIsTyped() || (m_lines && m_lines->tellBadCell()))
         return;
     const bool adding = m_adding, inAdd = m_state->property("adding").toBool();
     if (m_spec.adding == Adding::UntilOk)
@@ -122,14 +127,14 @@ void RecordForm::save()
         if (text(field.name).isEmpty())
             setText(field.name, field.stored);
     bool isStored = true;
-    run(m_spec.failures.ok, {[this] { m_panel->lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
+    run(m_spec.failures.ok, {[this] { lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
                              [&] {
                                  // Whoever goes back, or lost the server, goes on with what was typed.
                                  const auto back = [&] {
                                      isStored = false;
                                      m_adding = adding;
                                      setBusy(true, inAdd);
-                                     m_panel->lock(false);
+                                     lock(false);
                                  };
                                  try {
                                      if (!storeWaiting())
@@ -155,8 +160,14 @@ void RecordForm::save()
                              [&] {
                                  if (!isStored)
                                      return;
+                                 if (m_spec.adding == Adding::UntilStored) {
+                                     endAdding();
+                                     Q_EMIT addingEnded();
+                                 }
                                  m_list->rebuildTree();
                                  refill();
+                                 if (m_spec.onSaved)
+                                     m_spec.onSaved(*this);
                              }});
     showState();
 }
@@ -176,8 +187,11 @@ bool RecordForm::storeWaiting()
     others.removeAll(shown);
     const auto unit = [this](qint64 head) {
         const int row = records().rowOfKey(head);
-        if (records().isWaiting(row))
-            records().UpdateRow(row);
+        if (records().isWaiting(row)) {
+            const bool isNew = records().isNew(row);
+            if (records().UpdateRow(row) && isNew && m_spec.onNew)
+                m_spec.onNew(*this, row);
+        }
         if (m_lines && m_lines->wait(head)) {
             records().requireRow(row);
             m_lines->store(head);
@@ -333,7 +347,7 @@ void RecordForm::cancel()
              if (m_adding && m_spec.cancelDropsLines)
                  dropLines();
          },
-         [this] { m_panel->lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
+         [this] { lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
          [this] {
              // What Add began, wherever the clerk stands by now; a record that merely waits is not this Cancel's.
              int row = m_added ? records().rowOfKey(m_added) : records().absolutePosition();
@@ -351,7 +365,8 @@ void RecordForm::cancel()
              left < 0 ? records().MoveFirst() : records().setAbsolutePosition(left);
          },
          [this] {
-             m_adding = false;
+             endAdding();
+             Q_EMIT addingEnded();
              refill();
          }});
     recordMoved();

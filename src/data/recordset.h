@@ -101,8 +101,10 @@ public:
     // since it was read; the rows then go on waiting. Inside a running transaction several such calls may follow each
     // other: what one of them sent is sent again only where it was changed since, and waits until all is stored.
     void UpdateBatch();
-    // The same for one row by its position; one that does not wait stays as it is. Throws DataError for no row.
-    void UpdateRow(int row);
+    // The same for one row by its position; one that does not wait stays as it is. Gives false where it stands there
+    // already: the save before was carried out although the link broke before it was answered. Throws DataError for no
+    // row.
+    bool UpdateRow(int row);
     // Throws ConflictError when the row, stored and not changed here, is no more in the database: lines must
     // not be stored for it. Keeps it there until the running transaction ends.
     void requireRow(int row);
@@ -179,7 +181,7 @@ private:
     void removeRow(int row);
     void dropRow(int row);
     void renew(int row, QVariantList values);
-    void store(const QVector<int> &positions);
+    bool store(const QVector<int> &positions); // whether anything was sent
     void settle(qint64 transaction);
 
     std::shared_ptr<RecordsetRows> m_impl; // never null

@@ -367,15 +367,16 @@ bool RecordsetRows::isSent(const Connection &connection, const Pending &row) con
     return row.sentIn != 0 && row.sentIn == connection.runningTransaction();
 }
 
-void RecordsetRows::store(Connection &connection, Recordset *set, qint64 key)
+bool RecordsetRows::store(Connection &connection, Recordset *set, qint64 key)
 {
     Pending &row = pending[key];
+    bool isThere = false;
     const QVariantList form = storedForm(row);
     if (!isSent(connection, row)) {
         row.written = form;
         row.storedKey = key;
         if (row.isNew)
-            row.storedKey = storeNew(connection, key);
+            isThere = storeNew(connection, key);
         else
             storeChanged(connection, set, key, row.original);
     } else if (form != row.written) {
@@ -385,18 +386,22 @@ void RecordsetRows::store(Connection &connection, Recordset *set, qint64 key)
     }
     row.sent = row.values;
     row.sentIn = connection.runningTransaction();
+    return !isThere;
 }
 
-qint64 RecordsetRows::storeNew(Connection &connection, qint64 key)
+bool RecordsetRows::storeNew(Connection &connection, qint64 key)
 {
     Pending &row = pending[key];
     // The save before this one may have been stored although no answer came.
-    if (row.attempted && now(connection, row.attempted) == row.written)
-        return row.attempted;
+    if (row.attempted && now(connection, row.attempted) == row.written) {
+        row.storedKey = row.attempted;
+        return true;
+    }
     const qint64 written = insert(connection, row);
+    row.storedKey = identity.isEmpty() ? key : written;
     if (connection.dialect().canBreak)
-        row.attempted = identity.isEmpty() ? key : written;
-    return identity.isEmpty() ? key : written;
+        row.attempted = row.storedKey;
+    return false;
 }
 
 void RecordsetRows::storeChanged(Connection &connection, Recordset *set, qint64 key, const QVariantList &original)

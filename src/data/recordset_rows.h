@@ -59,8 +59,8 @@ public:
     bool looksAlike(const QVariantList &one, const QVariantList &other) const; // on the screen
 
     // Sends a waiting row, inside of a transaction; one that this transaction sent before only where it was changed
-    // since. Throws ConflictError through `set`.
-    void store(Connection &connection, Recordset *set, qint64 key);
+    // since. Gives false for a new row that is found there. Throws ConflictError through `set`.
+    bool store(Connection &connection, Recordset *set, qint64 key);
     void remove(Connection &connection, Recordset *set, int at);
 
 private:
@@ -76,7 +76,7 @@ private:
     void fetchAround(Connection &connection, int row);
     QVariantList storedForm(const Pending &row) const; // what an insert or update makes of the values
     qint64 insert(Connection &connection, const Pending &row) const;
-    qint64 storeNew(Connection &connection, qint64 key); // gives the identity
+    bool storeNew(Connection &connection, qint64 key); // gives whether it stood there already
     void storeChanged(Connection &connection, Recordset *set, qint64 key, const QVariantList &original);
     bool isSent(const Connection &connection, const Pending &row) const;
     void appendWhere(const Connection &connection, BoundStatement &statement, qint64 key,

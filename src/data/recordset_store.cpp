@@ -55,18 +55,18 @@ void Recordset::UpdateBatch()
     store(waitingRows());
 }
 
-void Recordset::UpdateRow(int row)
+bool Recordset::UpdateRow(int row)
 {
     if (row < 0 || row >= RecordCount())
         throw DataError(3021, QStringLiteral("没有当前记录"));
-    if (isWaiting(row))
-        store({row});
+    return isWaiting(row) && store({row});
 }
 
-void Recordset::store(const QVector<int> &positions)
+bool Recordset::store(const QVector<int> &positions)
 {
     if (positions.isEmpty())
-        return;
+        return false;
+    bool isAny = false;
     m_connection->transaction([&] {
         // Until then the rows may have been put aside, or let go of.
         m_connection->onCommit([rows = std::weak_ptr(m_impl), transaction = m_connection->runningTransaction()] {
@@ -75,13 +75,14 @@ void Recordset::store(const QVector<int> &positions)
         });
         for (const int at : positions) {
             try {
-                m_impl->store(*m_connection, this, m_impl->keys[at]);
+                isAny = m_impl->store(*m_connection, this, m_impl->keys[at]) || isAny;
             } catch (DataError &error) {
                 error.locate(this, at);
                 throw;
             }
         }
     });
+    return isAny;
 }
 
 // The rows that the transaction sent are in the database. One that was typed into since it was sent goes on waiting.

@@ -1,6 +1,6 @@
 #include "shell/dispatch.h"
 
-#include "common/record_form.h"
+#include "common/tabbed_form.h"
 #include "contracts/contracts.h"
 #include "documents/documents.h"
 #include "masterdata/masterdata.h"
@@ -33,8 +33,8 @@ const QHash<QString, FormEntry> &forms()
             {"frmSplash", {make<frmSplash>, Placement::Centre}},
         };
         for (const DeclaredForm &form : declaredForms())
-            all.insert(form.name, {[&form](QWidget *mainWindow) { return new RecordForm(form.spec(), mainWindow); },
-                                   form.placement});
+            all.insert(form.name,
+                       {[&form](QWidget *mainWindow) { return makeForm(form.spec(), mainWindow); }, form.placement});
         return all;
     }();
     return entries;
@@ -59,6 +59,7 @@ const QVector<DeclaredForm> &declaredForms()
         {"Sys_TcGs_Set", Sys_TcGs_Set, Placement::ScreenWidth},
         {"CY_Dcd_Rpt", CY_Dcd_Rpt, Placement::ScreenWidth},
         {"CY_Pcd_Djb", CY_Pcd_Djb, Placement::ScreenWidth},
+        {"CY_HXD_Djb", CY_HXD_Djb, Placement::ScreenWidth},
         {"cy_HYtD_DjB", cy_HYtD_DjB, Placement::ScreenWidth},
         {"sys_bmsz", sys_bmsz, Placement::FreeArea},
         {"sys_fkfs", sys_fkfs, Placement::FreeArea},

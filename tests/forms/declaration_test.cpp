@@ -1,9 +1,7 @@
 // Every declaration against what was agreed of it, to the character: one text for each form in declared/, read here
 // line by line. A change of either shows in the other. TRADEWICK_DECLARATIONS=FOLDER writes the texts of the program's
 // declarations there: for a new form they are held against the business's own tables before they are kept.
-#include "shell/dispatch.h"
-
-#include <gtest/gtest.h>
+#include "every_form.h"
 
 #include <QDir>
 #include <QFile>
@@ -122,27 +120,27 @@ private:
 
 } // namespace
 
-class EveryDeclaration : public testing::TestWithParam<DeclaredForm>
+class EveryDeclaration : public testing::TestWithParam<test::WalkedForm>
 {
 };
 
 TEST_P(EveryDeclaration, IsToTheCharacterWhatWasAgreed)
 {
-    const RecordFormSpec spec = GetParam().spec();
+    const RecordFormSpec &spec = GetParam().spec;
+    const QString name = GetParam().name() + ".txt";
     const QStringList lines = Description(spec).lines();
     if (const QString folder = qEnvironmentVariable("TRADEWICK_DECLARATIONS"); !folder.isEmpty()) {
-        QFile out(QDir(folder).filePath(spec.name + ".txt"));
+        QFile out(QDir(folder).filePath(name));
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write(lines.join(u'\n').toUtf8() + '\n');
     }
-    QFile agreed(QDir(QStringLiteral(DECLARED)).filePath(spec.name + ".txt"));
+    QFile agreed(QDir(QStringLiteral(DECLARED)).filePath(name));
     ASSERT_TRUE(agreed.open(QIODevice::ReadOnly)) << agreed.fileName().toStdString();
     const QStringList wanted = QString::fromUtf8(agreed.readAll()).split(u'\n', Qt::SkipEmptyParts);
     for (int line = 0; line < qMax(wanted.size(), lines.size()); ++line)
         EXPECT_EQ(lines.value(line).toStdString(), wanted.value(line).toStdString()) << "line " << line + 1;
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EveryDeclaration, testing::ValuesIn(declaredForms()),
-                         [](const auto &form) { return form.param.name.toStdString(); });
+INSTANTIATE_TEST_SUITE_P(All, EveryDeclaration, testing::ValuesIn(test::walkedForms()), test::nameOf);
 
 } // namespace tradewick

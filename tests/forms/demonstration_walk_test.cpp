@@ -18,6 +18,8 @@ protected:
     QStringList content()
     {
         QStringList rows;
+        // Passing these writes them anew: a number that came back is told and emptied, ranges are counted.
+        const QStringList rewritten = spec.onLeft ? QStringList{"hxdh", "sy_fenshu"} : QStringList();
         for (const char *statement : {spec.statement, spec.lines.statement}) {
             if (!statement)
                 continue;
@@ -25,7 +27,8 @@ protected:
             for (const auto &row : database.connection().rows("select * from " + from)) {
                 QString text = from;
                 for (const QString &column : row.columns())
-                    text += u'|' + column + u'=' + row[column].toString().trimmed();
+                    if (!rewritten.contains(column))
+                        text += u'|' + column + u'=' + row[column].toString().trimmed();
                 rows.append(text);
             }
         }
@@ -61,7 +64,8 @@ TEST_P(EveryFormByKeyboard, EnterThroughEveryFieldOfARecordChangesNothing)
         drive.click("Cmdedit");
         enterToOk(drive);
         EXPECT_FALSE(form->isBusy());
-        EXPECT_EQ(dialogs.shown, QVector<Shown>());
+        EXPECT_EQ(dialogs.shown.size(), key() == "Text1(4)" ? 1 : 0);
+        dialogs.shown.clear();
         const QStringList after = content();
         ASSERT_EQ(after.size(), before.size());
         for (int row = 0; row < before.size(); ++row)
@@ -82,6 +86,8 @@ TEST_P(EveryFormByKeyboard, ATextInANumberIsToldAndStays)
         const QStringList before = content();
         drive.click(form->records().RecordCount() > 0 ? "Cmdedit" : "Cmdadd");
         const Shown told{"数值输入有误，请重新核对！", "系统提示", MessageIcon::Critical};
+        drive.control(field.name)->setFocus();
+        QApplication::processEvents();
         drive.type(field.name, "12abc");
         drive.leave(field.name);
         EXPECT_EQ(dialogs.take(), told);
@@ -97,7 +103,8 @@ TEST_P(EveryFormByKeyboard, ATextInANumberIsToldAndStays)
         EXPECT_EQ(content(), before);
         drive.type(field.name, " 1,234.５0 ");
         drive.leave(field.name);
-        EXPECT_EQ(drive.text(field.name), "1234.5");
+        const bool isCounted = spec.onLeft && field.column == "ly_fenshu"; // from the range that stands beside it
+        EXPECT_EQ(drive.text(field.name), isCounted ? "10" : "1234.5");
         drive.click("Cmdcancel");
         EXPECT_EQ(content(), before);
     }
@@ -172,7 +179,6 @@ TEST_P(EveryFormByKeyboard, EveryColumnOfItsTablesIsThere)
         resultOf(filter.via ? filter.via : filter.statement);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EveryFormByKeyboard, testing::ValuesIn(declaredForms()),
-                         [](const auto &form) { return form.param.name.toStdString(); });
+INSTANTIATE_TEST_SUITE_P(All, EveryFormByKeyboard, testing::ValuesIn(walkedForms()), nameOf);
 
 } // namespace tradewick

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/record_form.h"
+#include "common/tabbed_form.h"
 #include "shell/dispatch.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
@@ -10,15 +11,48 @@
 namespace tradewick
 {
 
-inline void PrintTo(const DeclaredForm &form, std::ostream *out)
-{
-    *out << form.name.toStdString();
-}
-
 namespace test
 {
 
-class EveryForm : public testing::TestWithParam<DeclaredForm>
+// A form that a window is, or one on a tab of a window.
+struct WalkedForm {
+    QString window;
+    RecordFormSpec spec;
+    QString name() const { return spec.tab < 0 ? window : QStringLiteral("%1_%2").arg(window).arg(spec.tab); }
+};
+inline void PrintTo(const WalkedForm &form, std::ostream *out)
+{
+    *out << form.name().toStdString();
+}
+inline QVector<WalkedForm> walkedForms()
+{
+    QVector<WalkedForm> forms;
+    for (const DeclaredForm &declared : declaredForms()) {
+        const RecordFormSpec spec = declared.spec();
+        if (spec.tabs.empty())
+            forms.append({declared.name, spec});
+        for (const RecordFormSpec &tab : spec.tabs)
+            forms.append({declared.name, tab});
+    }
+    return forms;
+}
+inline std::string nameOf(const testing::TestParamInfo<WalkedForm> &form)
+{
+    return form.param.name().toStdString();
+}
+
+struct OpenForm {
+    explicit OpenForm(const WalkedForm &walked)
+        : window(formEntry(walked.window)->make(nullptr)), form(qobject_cast<RecordForm *>(window.get()))
+    {
+        if (auto *tabs = qobject_cast<TabbedForm *>(window.get()))
+            form = &tabs->tab(walked.spec.tab);
+    }
+    std::unique_ptr<QWidget> window;
+    RecordForm *form;
+};
+
+class EveryForm : public testing::TestWithParam<WalkedForm>
 {
 protected:
     explicit EveryForm(TestDatabase::Content content = TestDatabase::Empty) : database(content)
@@ -29,16 +63,17 @@ protected:
 
     FormDriver open()
     {
-        form = std::make_unique<RecordForm>(spec);
+        opened = std::make_unique<OpenForm>(GetParam());
+        form = opened->form;
         return FormDriver(*form);
     }
-    const QString &key() const { return fields.first().name; }
-    // A field beside the key that takes any text.
+    const QString &key() const { return spec.key.isEmpty() ? fields.first().name : spec.key; }
+    // A field beside the key that takes any text: where the form has a rule for its text fields, a combo box.
     const FieldSpec &nameField() const
     {
+        const FieldKind kind = spec.onLeft ? FieldKind::Combo : FieldKind::Text;
         for (const FieldSpec &field : fields)
-            if (field.name != key() && field.type.kind == FieldKind::Text && !field.hidden &&
-                kindOf(field) == ColumnKind::Text)
+            if (field.name != key() && field.type.kind == kind && !field.hidden && kindOf(field) == ColumnKind::Text)
                 return field;
         return fields.first();
     }
@@ -101,10 +136,11 @@ protected:
 
     mutable TestDatabase database;
     ScriptedDialogs dialogs;
-    const RecordFormSpec spec = GetParam().spec();
+    const RecordFormSpec spec = GetParam().spec;
     const QString table = plainTableOf(spec.statement).toLower();
     QVector<FieldSpec> fields;
-    std::unique_ptr<RecordForm> form;
+    std::unique_ptr<OpenForm> opened;
+    RecordForm *form = nullptr;
 };
 
 } // namespace test

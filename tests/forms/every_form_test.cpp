@@ -23,7 +23,7 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
     for (const FieldSpec &field : fields) {
         if (!isTyped(field) || typed.contains(field.column.toLower()))
             continue;
-        const QString text = isDate(field) ? QStringLiteral("2026-03-05") : QString::number(10000 + typed.size());
+        const QString text = isDate(field) ? QStringLiteral("2026-03-05") : QString::number(20000 - typed.size());
         drive.type(field.name, text);
         typed[field.column.toLower()] = text;
         if (!field.caption.isEmpty() && !field.joined) {
@@ -54,6 +54,8 @@ TEST_P(EveryForm, AsksForWhatIsMissing)
     const auto fillRequired = [&] {
         drive.type(key(), "K0001");
         typeRequired(drive, "K0001");
+        if (spec.required.isEmpty())
+            drive.type(name(), "named");
     };
     for (const RequiredField &required : spec.required) {
         fillRequired();
@@ -105,13 +107,15 @@ TEST_P(EveryForm, WalksToTheEndsAndBackOnCancel)
     for (const char *begin : {"Cmdadd", "Cmdedit"}) {
         drive.click("cmdmd");
         drive.click(begin);
-        EXPECT_EQ(drive.enabled("cmdnext"), spec.navigationWhileBusy);
-        for (const char *off : {"Cmdadd", "Cmdedit", "Cmddelete", "Cmdreturn"})
-            EXPECT_FALSE(drive.enabled(off)) << off;
-        EXPECT_FALSE(drive.enabled(spec.listName));
+        if (spec.hasNavigation) {
+            EXPECT_EQ(drive.enabled("cmdnext"), spec.navigationWhileBusy);
+        }
+        for (const QString &off :
+             {QString("Cmdadd"), QString("Cmdedit"), QString("Cmddelete"), QString("Cmdreturn"), spec.listName})
+            EXPECT_FALSE(drive.enabled(off)) << off.toStdString();
         EXPECT_EQ(drive.focused(), spec.firstFocus.isEmpty() ? key() : spec.firstFocus);
         drive.type(name(), "lost");
-        form->close();
+        form->window()->close();
         EXPECT_TRUE(form->isVisible());
         drive.click("Cmdcancel");
         // Where Add left from, or the first, wherever that was.
@@ -300,20 +304,24 @@ TEST_P(EveryForm, TellsOrPassesOverWhatCannotBeRead)
         const char *button;
         int at;
         Failure error;
-        std::unique_ptr<RecordForm> form = {};
+        std::unique_ptr<OpenForm> opened = {};
     } cases[] = {{"cmdnext", 1343, spec.failures.next},
                  {"cmdxq", 1280, spec.failures.previous},
                  {"cmdmd", 1280, spec.failures.ends},
                  {"Cmdadd", 1280, spec.failures.add}};
     for (auto &step : cases) {
-        step.form = std::make_unique<RecordForm>(spec);
-        step.form->refresh(); // a form that starts on its last record has read that
-        step.form->records().setAbsolutePosition(step.at);
+        step.opened = std::make_unique<OpenForm>(GetParam());
+        step.opened->form->refresh(); // a form that starts on its last record has read that
+        step.opened->form->records().setAbsolutePosition(step.at);
     }
     database.drop(table);
     for (const auto &step : cases) {
         SCOPED_TRACE(step.button);
-        auto *button = step.form->findChild<QAbstractButton *>(step.button);
+        const RecordForm &walked = *step.opened->form;
+        const QString number = spec.tab < 0 ? QString() : QStringLiteral("(%1)").arg(spec.tab);
+        auto *button = walked.findChild<QAbstractButton *>(step.button + number);
+        if (!button && !spec.hasNavigation)
+            continue;
         if (step.error == Failure::None)
             EXPECT_THROW(button->click(), DataError);
         else
@@ -321,11 +329,10 @@ TEST_P(EveryForm, TellsOrPassesOverWhatCannotBeRead)
         expectTold(step.error, table);
         // What was passed over goes on, what was told ends there.
         const bool isAdd = step.button == QString("Cmdadd");
-        EXPECT_EQ(step.form->records().RecordCount(), isAdd && step.error == Failure::Skip ? 1601 : 1600);
+        EXPECT_EQ(step.opened->form->records().RecordCount(), isAdd && step.error == Failure::Skip ? 1601 : 1600);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EveryForm, testing::ValuesIn(declaredForms()),
-                         [](const auto &form) { return form.param.name.toStdString(); });
+INSTANTIATE_TEST_SUITE_P(All, EveryForm, testing::ValuesIn(walkedForms()), nameOf);
 
 } // namespace tradewick

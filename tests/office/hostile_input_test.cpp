@@ -1,6 +1,7 @@
 // Text that would be a statement if it were ever read as one, typed into every field of every form: it is stored and
 // found again to the character, and nothing else in the database moves.
 #include "common/record_form.h"
+#include "common/tabbed_form.h"
 #include "contracts/contracts.h"
 #include "database/description.h"
 #include "masterdata/masterdata.h"
@@ -40,7 +41,9 @@ const QStringList hostile{QStringLiteral("'; drop table sys_bzsz; --"),
 
 struct FormName {
     QString name;
-    friend void PrintTo(const FormName &form, std::ostream *out) { *out << form.name.toStdString(); }
+    int tab = -1; // of the window; -1: the window is the form
+    QString text() const { return tab < 0 ? name : QStringLiteral("%1_%2").arg(name).arg(tab); }
+    friend void PrintTo(const FormName &form, std::ostream *out) { *out << form.text().toStdString(); }
 };
 
 // Every form that a command opens, and those that another form opens.
@@ -54,8 +57,13 @@ QVector<FormName> formNames()
         for (const Tool &tool : band.tools) {
             const bool known = std::any_of(names.cbegin(), names.cend(),
                                            [&](const FormName &other) { return other.name == tool.opens; });
-            if (!known && !tool.opens.startsWith("frm") && formEntry(tool.opens))
-                names.append({tool.opens});
+            const auto declared = std::find_if(declaredForms().cbegin(), declaredForms().cend(),
+                                               [&](const DeclaredForm &form) { return form.name == tool.opens; });
+            if (known || declared == declaredForms().cend())
+                continue;
+            const int tabs = static_cast<int>(declared->spec().tabs.size());
+            for (int tab = tabs ? 0 : -1; tab < tabs; ++tab)
+                names.append({tool.opens, tab});
         }
     return names;
 }
@@ -63,6 +71,17 @@ QVector<FormName> formNames()
 std::unique_ptr<QWidget> make(const QString &form)
 {
     return std::unique_ptr<QWidget>(formEntry(form)->make(nullptr));
+}
+
+RecordForm *formOf(QWidget &window, int tab)
+{
+    auto *tabs = qobject_cast<TabbedForm *>(&window);
+    return tabs ? &tabs->tab(tab) : qobject_cast<RecordForm *>(&window);
+}
+
+Grid *linesOf(const RecordForm &form)
+{
+    return form.spec().lines.statement ? form.findChild<Grid *>("TDBGrid1") : nullptr;
 }
 
 // Rows of all tables, each as one text.
@@ -228,7 +247,7 @@ protected:
             else
                 expected.append(text);
         }
-        auto *grid = form.findChild<Grid *>("TDBGrid1");
+        auto *grid = linesOf(form);
         QStringList lineNumbers;
         if (grid && line >= 0) {
             form.showLines();
@@ -279,7 +298,7 @@ protected:
             EXPECT_TRUE(std::any_of(added.cbegin(), added.cend(), [&](const QString &row) {
                 return QString(QChar(0x1f) + row).contains(QChar(0x1f) + text + QChar(0x1f));
             })) << text.toStdString();
-        const auto *grid = form.findChild<Grid *>("TDBGrid1");
+        const auto *grid = linesOf(form);
         EXPECT_EQ(added.size(), grid && rowsGone == 0 ? 2 : 1);
     }
 
@@ -356,7 +375,7 @@ protected:
 TEST_P(HostileInput, IsStoredToTheCharacterAndChangesNothingElse)
 {
     const auto window = make(GetParam().name);
-    auto *form = qobject_cast<RecordForm *>(window.get());
+    auto *form = formOf(*window, GetParam().tab);
     ASSERT_NE(form, nullptr);
     const FormDriver drive(*form);
     const QStringList fields = controls(*form, true);
@@ -368,11 +387,13 @@ TEST_P(HostileInput, IsStoredToTheCharacterAndChangesNothingElse)
         store(*form, expected, 0);
         // Another form reads the same.
         const auto second = make(GetParam().name);
-        const FormDriver reader(*second);
+        auto *other = formOf(*second, GetParam().tab);
+        const FormDriver reader(*other);
         QStringList shown, shownThere;
-        const QString key = drive.text(fields.first());
-        auto &there = qobject_cast<RecordForm *>(second.get())->records();
-        for (there.MoveFirst(); !there.EOF_() && reader.text(fields.first()) != key;)
+        const QString keyField = form->spec().key.isEmpty() ? fields.first() : form->spec().key;
+        const QString key = drive.text(keyField);
+        Recordset &there = other->records();
+        for (there.MoveFirst(); !there.EOF_() && reader.text(keyField) != key;)
             there.MoveNext();
         for (const QString &field : fields) {
             shown.append(drive.text(field));
@@ -382,7 +403,7 @@ TEST_P(HostileInput, IsStoredToTheCharacterAndChangesNothingElse)
     }
     search(*form, fields);
     drive.click("cmdqd");
-    if (const auto *lines = form->findChild<Grid *>("TDBGrid1")) {
+    if (const auto *lines = linesOf(*form)) {
         while (lines->model()->rowCount() == 0 && !form->records().EOF_())
             form->records().MoveNext();
         if (lines->model()->rowCount() > 0) { // where the demonstration has any
@@ -398,7 +419,7 @@ TEST_P(HostileInput, IsStoredToTheCharacterAndChangesNothingElse)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, HostileInput, testing::ValuesIn(formNames()),
-                         [](const auto &form) { return form.param.name.toStdString(); });
+                         [](const auto &form) { return form.param.text().toStdString(); });
 
 // What one table holds goes into statements on others: a customer's quote, a company's letterhead, a copied price list,
 // a printed sheet.

@@ -1,9 +1,11 @@
 // A MariaDB server of one's own: who may answer, links that break, answers that are hostile.
 #include "common/globals.h"
+#include "common/tabbed_form.h"
 #include "contracts/contracts.h"
 #include "data/mariadb_server.h"
 #include "database/description.h"
 #include "masterdata/masterdata.h"
+#include "settlement/settlement.h"
 #include "support/cutting_proxy.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
@@ -277,6 +279,35 @@ TEST_F(BrokenLink, ASaveWithoutAServerKeepsWhatWasTyped)
 }
 
 // The server stored it, its answer was lost: saving again must not store it twice.
+// Whether the link breaks in the middle of raising them, or before the answer to what is stored by then.
+TEST_F(BrokenLink, CountersRiseOnceWithTheirIssueOrNotAtAll)
+{
+    server.run({"insert into office.cy_hxd_wgj_ld(start,endh,gl_fenshu,yy_fenshu,sy_fenshu) "
+                "values('ABC000001','ABC000999',999,0,999)"});
+    const TabbedForm window(CY_HXD_Djb());
+    const FormDriver drive(window.tab(2));
+    for (const bool isMiddle : {true, false}) {
+        drive.click("Cmdadd");
+        drive.type("Text1(15)", isMiddle ? "ABC000101" : "ABC000201");
+        drive.type("Text1(16)", isMiddle ? "ABC000200" : "ABC000300");
+        if (isMiddle)
+            way.cutAfter(1000);
+        else
+            way.cutAnswerTo("commit");
+        drive.click("CmdOK");
+        EXPECT_TRUE(way.hasCut());
+        EXPECT_TRUE(toldOfTheLink());
+        EXPECT_EQ(value("select yy_fenshu as v from cy_hxd_wgj_ld"), isMiddle ? 0 : 200);
+        EXPECT_EQ(value("select count(*) as v from cy_hxd_gshs"), isMiddle ? 0 : 2);
+        EXPECT_TRUE(window.tab(2).isBusy());
+        drive.click("CmdOK");
+        EXPECT_EQ(dialogs.shown, QVector<Shown>());
+        EXPECT_EQ(value("select yy_fenshu as v from cy_hxd_wgj_ld"), isMiddle ? 100 : 200);
+        EXPECT_EQ(value("select sy_fenshu as v from cy_hxd_wgj_ld"), isMiddle ? 899 : 799);
+        EXPECT_EQ(value("select count(*) as v from cy_hxd_gshs"), isMiddle ? 1 : 2);
+    }
+}
+
 TEST_F(BrokenLink, AnUnansweredCommitIsNotRepeated)
 {
     RecordForm form(YY_WXHT());

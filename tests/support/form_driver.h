@@ -12,6 +12,7 @@
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTabWidget>
 #include <QTest>
 
 namespace tradewick::test
@@ -20,17 +21,26 @@ namespace tradewick::test
 class FormDriver
 {
 public:
+    // A form on a tab is shown, and its buttons are named without the number of the tab.
     explicit FormDriver(QWidget &form) : m_form(form)
     {
-        form.resize(1280, 700);
-        form.show();
-        form.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+        form.window()->resize(1280, 700);
+        form.window()->show();
+        form.window()->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(form.window()));
+        const auto *record = qobject_cast<RecordForm *>(&form);
+        if (auto *tabs = form.window()->findChild<QTabWidget *>("SSTab1"); record && record->spec().tab >= 0) {
+            m_number = QStringLiteral("(%1)").arg(record->spec().tab);
+            tabs->setCurrentWidget(&form);
+            record->findChild<Grid *>(record->spec().listName)->setFocus();
+        }
     }
 
     template <class Control> Control *find(const QString &name) const
     {
         auto *control = m_form.findChild<Control *>(name);
+        if (!control && !m_number.isEmpty())
+            control = m_form.findChild<Control *>(name + m_number);
         EXPECT_NE(control, nullptr) << name.toStdString();
         return control;
     }
@@ -38,6 +48,15 @@ public:
 
     void click(const QString &name) const
     {
+        if (const auto *record = qobject_cast<RecordForm *>(&m_form); record && !record->spec().hasNavigation)
+            if (const int key = keyOf(name)) { // the list is the way through the records there
+                auto *list = find<Grid>(record->spec().listName);
+                if (list->isEnabled())
+                    QTest::keyClick(list, static_cast<Qt::Key>(key),
+                                    key == Qt::Key_Home || key == Qt::Key_End ? Qt::ControlModifier : Qt::NoModifier);
+                QApplication::processEvents();
+                return;
+            }
         QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton);
         QApplication::processEvents();
     }
@@ -82,8 +101,8 @@ public:
     {
         type(name, item);
         leave(name);
-        m_form.activateWindow(); // without a window manager the list that closed has taken that along
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_form));
+        m_form.window()->activateWindow(); // without a window manager the list that closed has taken that along
+        EXPECT_TRUE(QTest::qWaitForWindowActive(m_form.window()));
     }
     // Leaves a field by the keyboard, and what follows from that.
     void leave(const QString &name) const
@@ -99,7 +118,8 @@ public:
         QWidget *widget = m_form.focusWidget();
         while (widget && (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_")))
             widget = widget->parentWidget();
-        return widget ? widget->objectName() : QString();
+        const QString name = widget ? widget->objectName() : QString();
+        return name.startsWith("Cmd") && !m_number.isEmpty() ? QString(name).remove(m_number) : name;
     }
 
     // Whatever can have the focus says what it is to a screen reader.
@@ -131,7 +151,17 @@ public:
     }
 
 private:
+    static int keyOf(const QString &button)
+    {
+        return button == "cmdqd"     ? Qt::Key_Home
+               : button == "cmdxq"   ? Qt::Key_Up
+               : button == "cmdnext" ? Qt::Key_Down
+               : button == "cmdmd"   ? Qt::Key_End
+                                     : 0;
+    }
+
     QWidget &m_form;
+    QString m_number; // of the tab
 };
 
 } // namespace tradewick::test

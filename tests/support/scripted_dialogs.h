@@ -30,6 +30,17 @@ public:
     QVector<ConflictQuestion> conflicts;
     std::function<std::optional<ConflictAnswer>(const ConflictQuestion &question)> settle; // none: goes back
 
+    int stepsBeforeCancel = -1; // after how many steps the user ends them; negative: never
+
+    bool steps(QWidget *, const QString &, int count, const std::function<void(int i)> &step) override
+    {
+        for (int i = 0; i < count; ++i) {
+            if (i == stepsBeforeCancel)
+                return false;
+            step(i);
+        }
+        return true;
+    }
     void message(QWidget *, const QString &text, const QString &title, MessageIcon icon) override
     {
         shown.append({text, title, icon});

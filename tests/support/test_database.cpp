@@ -182,8 +182,8 @@ void TestDatabase::refuse(const QString &table, const QString &column, const QSt
         m_connection->executeBound(
             {QString(isOnServer() ? "create trigger %1_%2 before %2 on %3 for each row begin if new.%4 = '%5' then "
                                     "signal sqlstate '45000' set message_text = 'refused'; end if; end"
-                                  : "create trigger %1_%2 before %2 on %3 when new.%4 = '%5' begin select "
-                                    "raise(abort, 'refused'); end")
+                                  : "create trigger %1_%2 before %2 on %3 when cast(new.%4 as text) in ('%5', '%5.0') "
+                                    "begin select raise(abort, 'refused'); end")
                  .arg(name, when, table, column, value),
              {}});
 }
