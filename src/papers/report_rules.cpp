@@ -70,7 +70,24 @@ void fillTaxInvoiceOverlay(FormattedBand &band)
     band.setText("L_day", QString::number(date.day()));
 }
 
+// Containers that were not used, and trucks without a charge, leave their place in the total white.
+void blankZeroTotals(FormattedBand &band)
+{
+    stampFooter(band);
+    static const QStringList counted{"escg", "sscg", "sscgg", "sswcg", "pcfy"};
+    if (band.section.kind != SectionKind::GroupFooter || band.section.level != 1)
+        return;
+    for (const ReportObject &object : band.section.objects)
+        if (counted.contains(object.dataField, Qt::CaseInsensitive) && band.text(object.name).trimmed() == u"0")
+            band.setText(object.name, {});
+}
+
 } // namespace
+
+FormatRule dispatchTotals()
+{
+    return {&blankZeroTotals};
+}
 
 ReportFamily generalBillFamily()
 {

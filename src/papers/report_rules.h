@@ -25,4 +25,7 @@ ReportFamily taxInvoiceOverlayFamily();
 // The general bill of lading numbers its pages in the head.
 ReportFamily generalBillFamily();
 
+// The statistics of dispatches print no zero in the totals of a company, and have the stamp of family C.
+FormatRule dispatchTotals();
+
 } // namespace tradewick

@@ -155,16 +155,25 @@ QVector<Finding> besideTheirHeads(const ReportTemplate &report)
             findings.append({"column", {text.name}, what});
     };
 
+    QVector<ReportObject> texts;
+    std::copy_if(detail->objects.cbegin(), detail->objects.cend(), std::back_inserter(texts), isText);
+    // Heads are those under which most of the rows' texts stand, the nearest of several; between them and the rows
+    // there may be a line of captions, a contract's say.
     QVector<ReportObject> heads;
+    qsizetype most = 0;
     for (const Section &section : report.sections) {
         if (section.kind == SectionKind::Detail)
             break;
         const QVector<ReportObject> lowest = section.height > 0 ? headsOf(section) : QVector<ReportObject>();
-        if (lowest.size() >= leastHeads)
-            heads = lowest; // those nearest to the rows
+        const qsizetype under = std::count_if(texts.cbegin(), texts.cend(), [&lowest](const ReportObject &text) {
+            return std::any_of(lowest.cbegin(), lowest.cend(),
+                               [&text](const ReportObject &head) { return standsUnder(text, head); });
+        });
+        if (lowest.size() >= leastHeads && under >= most) {
+            heads = lowest;
+            most = under;
+        }
     }
-    QVector<ReportObject> texts;
-    std::copy_if(detail->objects.cbegin(), detail->objects.cend(), std::back_inserter(texts), isText);
     const bool captions = std::count_if(texts.cbegin(), texts.cend(), isHead) >= leastHeads; // a card, not a table
     if (!captions && texts.size() >= leastHeads && detail->height > 0)
         for (const ReportObject &text : texts)

@@ -161,7 +161,8 @@ QHash<QString, QString> madeUpLabels(const ReportTemplate &report, MadeUp how)
             const bool named = object.name.startsWith(QLatin1String("L_")); // with a text until it is filled
             if (object.kind != ObjectKind::Label || (!object.isFree() && !named))
                 continue;
-            const MadeUpValue *known = madeUpValue(object.name);
+            const MadeUpValue *own = madeUpValue(report.name + u'.' + object.name);
+            const MadeUpValue *known = own ? own : madeUpValue(object.name);
             texts.insert(object.name, !known ? object.name : how == MadeUp::Typical ? known->typical : known->longest);
         }
     }

@@ -10,7 +10,7 @@ namespace
 {
 
 struct Known {
-    const char *names;   // of columns and labels, in lower case
+    const char *names;   // of columns and labels, in lower case; "report.label" where reports mean different things
     const char *typical; // "#" before a number
     const char *longest; // empty: the typical one as well
 };
@@ -36,10 +36,10 @@ constexpr Known table[] = {
     {"dcdh cw_dcdh", "D261100004", "SHEKOU-261100004-B"},
     {"tdhm cw_tdhm cw_dthm thdh", "MSKU26110004", "MSKUSZXHAM261100047B"},
     {"pcdh", "P261100009", ""},
-    {"hxdh", "45/1176093", "445361176093"},
+    {"hxdh hxdh_st hxdh_en", "45/1176093", "445361176093"},
     {"cdzh", "G264408800170042", ""},
     {"hgbm", "531620261160042791", ""},
-    {"babm bgbm", "4403912345", ""},
+    {"babm bgbm bgdbh", "4403912345", ""},
     {"sjzch", "4700600123", ""},
     {"xkzh", "26-AC-401873", ""},
     {"jzxh guihao xjh gfh", "MSKU 418207-3 / 40'HQ", "MSKU 418207-3, TGHU 603118-0, CAIU 221904-5 / 3X40'HQ"},
@@ -84,6 +84,7 @@ constexpr Known table[] = {
     {"bizh gys_bizh", "USD", ""},
     {"kzyh tzyh yfyh bank_name khh cs_bank", "EXAMPLE TRADE BANK", "EXAMPLE TRADE AND INDUSTRY BANK, SHENZHEN NANSHAN SUB-BRANCH"},
     {"zhuanchuan fpzy", "ALLOWED", "NOT ALLOWED"},
+    {"myfs", "一般贸易", "进料加工贸易"}, {"shfs", "信用证", "即期信用证及电汇"}, {"ydz", "5", "10"},
     {"bxlb", "ALL RISKS", "ALL RISKS AND WAR RISKS AS PER CIC"},
     // goods
     {"cpbh khlh cslh", "JH-0418", "JH-0418-12X16-GOLD/A"},
@@ -104,6 +105,7 @@ constexpr Known table[] = {
     {"beizhu jyfw jkgx l_nr", "家居装饰品、镜子、装饰画", "家居装饰品、镜子、装饰画、相框及配件的生产与销售；样品须经客户书面确认后方可投产"},
     // amounts in words, and what else forms put into labels
     {"l_talam l_ywje", amountInWords, longAmountInWords},
+    {"yy_xsfp_rpt.l_zjje yy_xsfp_djrpt.l_zjje yy_wxht_rpt.l_zjje", amountInWords, longAmountInWords},
     {"l_talau", "TWENTY FOUR THOUSAND PCS ONLY", "NINE HUNDRED AND EIGHTY SEVEN THOUSAND SEVEN HUNDRED AND SEVENTY SEVEN PCS ONLY"},
     {"l_zjje", "USD 12705.5", "USD 98765432.1"},
     {"l_hzje l_zwje jshj_dx sj_sjjedx", "壹万贰仟柒佰零伍元伍角整", "玖亿捌仟柒佰柒拾柒万柒仟柒佰柒拾柒元柒角柒分"},
@@ -112,20 +114,22 @@ constexpr Known table[] = {
     {"l_year p_year", "2026", ""}, {"l_month p_month l_day p_day", "11", ""},
     {"p_week", "星期二", ""}, {"p_time", "16:42:09", ""},
     {"l_gc", "P", ""}, {"l_dw", "PCS", ""}, {"l_slzj", "24000 PCS", "987654 PCS / 987654.32 KGS"},
+    {"l_cs", "12份", "9876份"}, {"l_fs", "12", "9876"}, {"l_pccs", "12 次", "9876 次"},
+    {"l_bt", "2026年度11月份出口情况定期统计报表", ""},
     {"l_title", "寄 单 证 明", ""}, {"l_luokuan", "谨此证明", ""},
     // numbers
     {"xh sxh l_pw", "#1", "#888"},
     {"sl zsl l_zsl l_sl", "#2400", "#987654"},
     {"jianshu l_zjs", "#120", "#98765"},
     {"dj jkdj jmdj gys_dj djtj djz dmz", "#5.25", "#98765.125"},
-    {"je bzje kzje bxje hxje shje chae fyzj l_less l_syf l_zje", "#12705.5", "#98765432.1"},
+    {"je bzje suie sjje kzje bxje hxje shje chae fyzj l_less l_syf l_zje", "#12705.5", "#98765432.1"},
     {"zjz zmz l_zjz l_zmz", "#1280.5", "#987654.25"},
     {"hjtj", "#28.75", "#98765.125"},
     {"hl", "#8.2654", "#108.2654"},
     {"zyf bxf qtfy ybf pcfy dklz yjhk tpke jglz", "#860", "#987654.5"},
     {"yjl zjsyjl wyj", "#3", "#12.5"},
     {"zzs", "#17", "#17"},
-    {"escg sscg sscgg sschg sswcg", "#1", "#99"},
+    {"escg sscg sscgg sschg sswcg ly_fenshu", "#1", "#99"},
     {"p_number l_pages l_ps", "#1", "#888"},
 };
 // clang-format on

@@ -11,7 +11,8 @@ struct MadeUpValue {
     bool number = false;
 };
 
-// Of a column or, with its "L_", a label, in any case of its letters; nullptr for a name that is not known.
+// Of a column or, with its "L_", a label, or of "report.label", in any case of its letters; nullptr for a name that is
+// not known.
 const MadeUpValue *madeUpValue(const QString &name);
 
 } // namespace tradewick

@@ -272,6 +272,12 @@ TEST_F(Lists, ABodySortsUntilItCanBeTypedInto)
     drive->click("CmdOK");
     clickHead(*body, 1);
     EXPECT_EQ(shown(*body), (QStringList{"P0", "P3", "P1", "P2"}));
+    drive->click("Cmdedit");
+    body->editCell(3, "sl");
+    body->cellEditor()->setText("7");
+    body->setEditing(false); // a cell that is open then is taken
+    EXPECT_EQ(body->cellEditor(), nullptr);
+    EXPECT_EQ(shown(*body, 1), (QStringList{"", "3", "20", "7"}));
 }
 
 TEST_F(Lists, WhatIsCopiedIsInTheOrderSeen)

@@ -277,6 +277,14 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
     drive.click("Cmdcancel");
     EXPECT_EQ(form->records().RecordCount(), 2);
     EXPECT_FALSE(form->records().hasPendingChanges());
+    // Nor does it where it is the one that is shown at OK.
+    drive.click("Cmdedit");
+    drive.type(name(), "third");
+    form->records().setAbsolutePosition(1);
+    drive.type(name(), "never");
+    drive.click("CmdOK");
+    EXPECT_EQ(count(nameColumn(), "third"), 1);
+    EXPECT_EQ(mark(1), "未保存");
 }
 
 TEST_P(EveryForm, TellsOrPassesOverWhatCannotBeRead)
