@@ -53,8 +53,11 @@ QLayout *CriteriaPanel::frame(const QString &caption)
     QLayout *&found = m_frames[title];
     if (!found) {
         auto *around = new QGroupBox(title.trimmed(), this);
-        found = new FlowLayout(around);
-        found->setContentsMargins(8, 4, 8, 4);
+        auto *margin = new QVBoxLayout(around);
+        margin->setContentsMargins(8, 4, 8, 4);
+        auto *boxes = new QWidget(around);
+        margin->addWidget(boxes);
+        found = new FlowLayout(boxes);
         layout()->addWidget(around);
     }
     return found;

@@ -44,6 +44,8 @@ QueryScreen::QueryScreen(const QuerySpec &spec, QWidget *mainWindow, OpenRecord 
     setWindowTitle(spec.caption);
     if (spec.entry)
         m_entry = std::make_unique<RecordFormSpec>(spec.entry());
+    if (m_entry)
+        m_entry->required.clear(); // nothing is typed here that could be missed
     for (const QueryListSpec &list : m_spec.lists) {
         m_lists.push_back(std::make_unique<List>());
         m_lists.back()->spec = &list;

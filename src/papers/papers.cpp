@@ -147,6 +147,8 @@ FilledReport fill(const Document &statistic, Connection &connection, const Crite
         if (!values.contains(one.name))
             values.insert(one.name, QString());
     const QVector<Fragment> fragments = criteria.fragments.value_or(fragmentsOf(all, values, true));
+    if (!statistic.statistic.missing.isEmpty() && fragments.first().text.isEmpty())
+        throw DataError(nothingToPrint, statistic.statistic.missing);
     for (const Fragment &one : fragments)
         values.insert(one.values);
     Document narrowed = statistic;

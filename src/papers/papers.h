@@ -81,6 +81,7 @@ struct Statistic {
     QVector<Criterion> criteria{}; // whose conditions stand behind the record's rows, in their order
     QString rowsWithin{};          // the record's rows where a second range of dates is in force
     QString counted{};             // select of the number that is stated as n, narrowed like the rows
+    QString missing{};             // what is said where the first criterion is empty; empty: it may be
 };
 
 struct Document {
@@ -132,7 +133,7 @@ struct Criteria {
 // The placeholders of the first range of dates, which every statistic over a period has.
 inline const QString fromDate = QStringLiteral("DTPicker1"), toDate = QStringLiteral("DTPicker2");
 
-// Fills a statistic's report. Throws DataError as fill() does.
+// Fills a statistic's report. Throws DataError as fill() does, and where a criterion that is needed is empty.
 FilledReport fill(const Document &statistic, Connection &connection, const Criteria &criteria);
 
 // Fills the document's report, tells what is to be told, shows it, and returns when the preview closes. Throws

@@ -222,8 +222,9 @@ Document purchases(const QString &name, const QString &report, const QString &or
 }
 
 // One kind of goods in one currency is a row. criteria: what the goods are narrowed by.
+// missing: what is said without the first.
 Document goods(const QString &name, const QString &report, const QVector<Criterion> &criteria,
-               const QVector<DocumentLabel> &further = {})
+               const QVector<DocumentLabel> &further = {}, const QString &missing = {})
 {
     return {.name = name,
             .report = report,
@@ -232,7 +233,7 @@ Document goods(const QString &name, const QString &report, const QVector<Criteri
                                "djrq>='{DTPicker1}' and djrq<='{DTPicker2}'"},
             .order = "group by cpmc,gg,yanse,dw,bizh",
             .labels = period + further,
-            .statistic = {criteria}};
+            .statistic = {.criteria = criteria, .missing = missing}};
 }
 
 #define CREDITS                                                                                                        \
@@ -331,9 +332,9 @@ QVector<Document> queryDocuments()
         exportContracts("外销合同统计表（按签约公司）", "YY_WxHt_TjB_rPT", "order by gsmc,htbh"),
         exportContracts("外销合同统计表（按国外客户）", "yy_whht_Tjb_rptB", "order by khmc,htbh"),
         goods("外销合同商品统计表（按签约公司）", "YY_WXHT_Cptj_RPT", {contractParties[0]},
-              {{"L_gsmc", textOfBox<combo2>}}),
+              {{"L_gsmc", textOfBox<combo2>}}, "请选择公司名称"),
         goods("外销合同商品统计表（按国外客户）", "YY_WxHt_CPtj_B", {contractParties[1]},
-              {{"L_gsmc", textOfBox<combo3>}}),
+              {{"L_gsmc", textOfBox<combo3>}}, "请选择国外客户名称"),
         goods("外销合同商品统计表（按商品名称）", "YY_wxht_Cptj_CP", contractParties),
         confirmation,
         purchases("采购合同统计表（按签约公司）", "yy_GNcG_CxTJB_rpt", "order by gsmc,htbh"),

@@ -39,11 +39,11 @@ QueryListSpec contractList(const QString &party)
 
 // One of the parties, that alone: the condition takes the place of the first one that was put together last, which the
 // goods of all contracts are narrowed by, too.
-void printGoodsOf(QueryScreen &screen, qsizetype party, const char *missing, const QString &name)
+void printGoodsOf(QueryScreen &screen, qsizetype party, const QString &name)
 {
     const Fragment fragment = fragmentOf(screen.spec().criteria[party], screen.criteria());
     if (fragment.text.isEmpty()) {
-        screen.tell(QString::fromUtf8(missing));
+        screen.tell(document(name).statistic.missing);
         return;
     }
     screen.fragments().first() = fragment;
@@ -83,15 +83,11 @@ QuerySpec YY_WXHt_cxTjB()
                     {{"Option1",
                       "当前签约公司",
                       {},
-                      [](QueryScreen &screen) {
-                          printGoodsOf(screen, 0, "请选择公司名称", "外销合同商品统计表（按签约公司）");
-                      }},
+                      [](QueryScreen &screen) { printGoodsOf(screen, 0, "外销合同商品统计表（按签约公司）"); }},
                      {"Option2",
                       "当前国外客户",
                       {},
-                      [](QueryScreen &screen) {
-                          printGoodsOf(screen, 1, "请选择国外客户名称", "外销合同商品统计表（按国外客户）");
-                      }},
+                      [](QueryScreen &screen) { printGoodsOf(screen, 1, "外销合同商品统计表（按国外客户）"); }},
                      {"Option3", "全部商品", {}, printAllGoods}}},
     };
 }
