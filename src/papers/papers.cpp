@@ -158,8 +158,13 @@ FilledReport fill(const Document &statistic, Connection &connection, const Crite
     if (criteria.count)
         values.insert("count", *criteria.count);
     else if (!statistic.statistic.counted.isEmpty())
-        values.insert("count",
-                      connection.rows(statistic.statistic.counted + joined(fragments), values).first().value("n"));
+        values.insert("count", connection
+                                   .rows(statistic.statistic.counted +
+                                             (criteria.isWithin ? statistic.statistic.countedWithin : QString()) +
+                                             joined(fragments),
+                                         values)
+                                   .first()
+                                   .value("n"));
     return fill(narrowed, connection, values);
 }
 

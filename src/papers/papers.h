@@ -81,6 +81,7 @@ struct Statistic {
     QVector<Criterion> criteria{}; // whose conditions stand behind the record's rows, in their order
     QString rowsWithin{};          // the record's rows where a second range of dates is in force
     QString counted{};             // select of the number that is stated as n, narrowed like the rows
+    QString countedWithin{};       // put behind `counted` where a second range is in force
     QString missing{};             // what is said where the first criterion is empty; empty: it may be
 };
 

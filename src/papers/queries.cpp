@@ -207,7 +207,7 @@ Document exportContracts(const QString &name, const QString &report, const QStri
             .order = order,
             .labels = period + QVector<DocumentLabel>{{"L_CS", copies}},
             .statistic = {criteria::exportContracts(), EXPORTS " " DATES VALIDITY,
-                          "select count(*) as n from yy_gw_wxht_h where htbh<>'' " DATES}};
+                          "select count(*) as n from yy_gw_wxht_h where htbh<>'' " DATES, VALIDITY}};
 }
 
 Document purchases(const QString &name, const QString &report, const QString &order)
@@ -218,7 +218,7 @@ Document purchases(const QString &name, const QString &report, const QString &or
             .order = order,
             .labels = period + QVector<DocumentLabel>{{"L_CS", copies}},
             .statistic = {criteria::purchases(), PURCHASES " " DATES VALIDITY,
-                          "select count(*) as n from yy_gn_cght_h where htbh<>'' " DATES}};
+                          "select count(*) as n from yy_gn_cght_h where htbh<>'' " DATES, VALIDITY}};
 }
 
 // One kind of goods in one currency is a row. criteria: what the goods are narrowed by.
@@ -254,7 +254,8 @@ Document credits(const QString &name, const QString &report, const QString &orde
             .statistic = {criteria::credits(),
                           CREDITS "and yy_XyZ_NH.xyzyxq>='{DTPicker3}' and yy_XyZ_NH.xyzyxq<='{DTPicker4}'",
                           "select count(*) as n from yy_xyz_nh where xyzh<>'' and kzrq>='{DTPicker1}' and "
-                          "kzrq<='{DTPicker2}'"}};
+                          "kzrq<='{DTPicker2}'",
+                          "and xyzyxq>='{DTPicker3}' and xyzyxq<='{DTPicker4}'"}};
 }
 
 Document sheets(const QString &name, const QString &report, const QString &order)
