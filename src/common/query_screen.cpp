@@ -240,13 +240,13 @@ void QueryScreen::addOptions(QBoxLayout *layout)
 {
     m_options = new QGroupBox(m_spec.options.caption, m_content.get());
     m_options->setObjectName(m_spec.options.frame);
-    auto *column = new QVBoxLayout(m_options);
+    auto *row = new QHBoxLayout(m_options);
     for (const QueryButton &option : m_spec.options.options) {
         auto *radio = new QRadioButton(option.caption, m_options);
         radio->setObjectName(option.name);
         radio->setAccessibleName(option.caption);
         radio->setAutoExclusive(false);
-        column->addWidget(radio);
+        row->addWidget(radio);
         connect(radio, &QRadioButton::clicked, this, [this, radio, &option] {
             radio->setChecked(false);
             m_options->hide();

@@ -11,6 +11,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -245,6 +246,13 @@ QWidget *main_FRM::openForm(const QString &form)
 
 void main_FRM::openRecord(const QString &form, const QString &column, const QVariant &value)
 {
+    for (const auto *bands : {&menuBands(), &sideBands()})
+        for (const Band &band : *bands)
+            for (const Tool &tool : band.tools)
+                if (tool.opens == form && !m_commands[tool.name]->isEnabled()) {
+                    QApplication::beep(); // what the user has no right to opens from nowhere
+                    return;
+                }
     if (auto *entry = qobject_cast<RecordForm *>(openForm(form)))
         entry->goTo(column, value);
 }
