@@ -1,14 +1,12 @@
 // The sums of columns, below the lines that they belong to.
 #pragma once
 
-#include "common/grid.h"
-
-#include <QWidget>
+#include "common/column_footer.h"
 
 namespace tradewick
 {
 
-class LineTotals : public QWidget
+class LineTotals : public ColumnFooter
 {
     Q_OBJECT
 
@@ -17,10 +15,7 @@ public:
     LineTotals(Grid *grid, const QStringList &columns, QWidget *parent);
 
     // The sum that stands below a column, empty for one that is not summed.
-    Q_INVOKABLE QString text(const QString &column);
-
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    QString text(const QString &column) override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -29,9 +24,7 @@ private:
     void forget();
     void add();
 
-    Grid *m_grid;
     QStringList m_columns;
-    QHash<QString, QString> m_sums;
     bool m_isAdded = false; // the sums are those of the lines as they stand
 };
 

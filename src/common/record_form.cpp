@@ -465,6 +465,24 @@ void RecordForm::previous()
                                    }});
 }
 
+void RecordForm::goTo(const QString &column, const QVariant &value)
+{
+    run(Failure::Report, {[&] {
+            const auto isThere = [&] {
+                for (const QVariant &one : records().columnValues(records().columnIndex(column)))
+                    if (one.toString().trimmed().compare(value.toString().trimmed(), Qt::CaseInsensitive) == 0)
+                        return true;
+                return false;
+            };
+            bool found = !isBusy() && isThere();
+            if (!isBusy() && !found && !tellWaiting()) { // a filter may hide it
+                showStatement(m_spec.statement, {});
+                found = isThere();
+            }
+            found ? void(m_list->find(column, value)) : QApplication::beep();
+        }});
+}
+
 void RecordForm::find()
 {
     const FindSpec &spec = m_spec.find;

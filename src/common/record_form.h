@@ -88,6 +88,9 @@ public:
     QString proposedKey();
     // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
     bool tellWaiting();
+    // Goes to the first record whose column has the value, among all records where those that are shown have it not.
+    // Beeps and stays during Add and Edit, and where no record has it.
+    void goTo(const QString &column, const QVariant &value);
     // Shows the records of another statement, unless some wait to be stored, which is told.
     void showStatement(const char *statement, const Values &values);
     // Whether a record or its lines wait to be stored.

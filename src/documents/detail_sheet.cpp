@@ -344,16 +344,21 @@ QStringList choices()
 
 void print(RecordForm &form)
 {
-    QString chosen = form.choice("Com_Print");
-    if (!choices().contains(chosen))
-        return;
-    if (chosen == taxInvoice && dialogs().ask(&form, QStringLiteral("是否套打？否，则正常打印。"),
-                                              RecordForm::systemTitle(), OnEnter::Yes, MessageIcon::Information))
-        chosen = taxInvoiceOverlay;
-    printRecord(chosen, form.text("Text1(0)"), &form);
+    printSheet(form.choice("Com_Print"), form.text("Text1(0)"), &form);
 }
 
 } // namespace
+
+void printSheet(const QString &choice, const QString &number, QWidget *parent)
+{
+    QString chosen = choice;
+    if (!choices().contains(chosen))
+        return;
+    if (chosen == taxInvoice && dialogs().ask(parent, QStringLiteral("是否套打？否，则正常打印。"),
+                                              RecordForm::systemTitle(), OnEnter::Yes, MessageIcon::Information))
+        chosen = taxInvoiceOverlay;
+    printRecord(chosen, number, parent);
+}
 
 void copySheet(Connection &connection, const QString &from, const QString &to)
 {

@@ -10,5 +10,6 @@ QVector<Document> contractDocuments();
 QVector<Document> sheetDocuments();
 QVector<Document> shippingDocuments();
 QVector<Document> masterDataDocuments();
+QVector<Document> queryDocuments();
 
 } // namespace tradewick

@@ -81,7 +81,7 @@ QString DocumentValues::inEnglish(double amount) const
 const QVector<Document> &documents()
 {
     static const QVector<Document> all =
-        contractDocuments() + sheetDocuments() + shippingDocuments() + masterDataDocuments();
+        contractDocuments() + sheetDocuments() + shippingDocuments() + masterDataDocuments() + queryDocuments();
     return all;
 }
 
@@ -137,6 +137,35 @@ FilledReport fill(const Document &document, Connection &connection, const Values
 FilledReport fill(const Document &document, Connection &connection, const QString &number)
 {
     return fill(document, connection, document.takesNumber() ? Values{{document.record.key, number}} : Values());
+}
+
+FilledReport fill(const Document &statistic, Connection &connection, const Criteria &criteria)
+{
+    const QVector<Criterion> &all = statistic.statistic.criteria;
+    Values values = criteria.values;
+    for (const Criterion &one : all)
+        if (!values.contains(one.name))
+            values.insert(one.name, QString());
+    const QVector<Fragment> fragments = criteria.fragments.value_or(fragmentsOf(all, values, true));
+    if (!statistic.statistic.missing.isEmpty() && fragments.first().text.isEmpty())
+        throw DataError(nothingToPrint, statistic.statistic.missing);
+    for (const Fragment &one : fragments)
+        values.insert(one.values);
+    Document narrowed = statistic;
+    if (criteria.isWithin && !statistic.statistic.rowsWithin.isEmpty())
+        narrowed.record.rows = statistic.statistic.rowsWithin;
+    narrowed.record.rows += joined(fragments);
+    if (criteria.count)
+        values.insert("count", *criteria.count);
+    else if (!statistic.statistic.counted.isEmpty())
+        values.insert("count", connection
+                                   .rows(statistic.statistic.counted +
+                                             (criteria.isWithin ? statistic.statistic.countedWithin : QString()) +
+                                             joined(fragments),
+                                         values)
+                                   .first()
+                                   .value("n"));
+    return fill(narrowed, connection, values);
 }
 
 void showDocument(const QString &name, Connection &connection, const QString &number, QWidget *parent)

@@ -2,6 +2,7 @@
 // row of one table, which forms, queries, tradewick-print and tests read.
 #pragma once
 
+#include "common/criteria.h"
 #include "data/connection.h"
 #include "reporting/report.h"
 
@@ -75,6 +76,15 @@ struct DocumentClause {
     QString flag, label; // the head's column that says whether the clause is shown, and the label that shows it
 };
 
+// What narrows the rows of a statistic, and what it counts.
+struct Statistic {
+    QVector<Criterion> criteria{}; // whose conditions stand behind the record's rows, in their order
+    QString rowsWithin{};          // the record's rows where a second range of dates is in force
+    QString counted{};             // select of the number that is stated as n, narrowed like the rows
+    QString countedWithin{};       // put behind `counted` where a second range is in force
+    QString missing{};             // what is said where the first criterion is empty; empty: it may be
+};
+
 struct Document {
     QString name;   // what it is chosen by
     QString report; // of reportEntries()
@@ -87,7 +97,10 @@ struct Document {
     QVector<DocumentLabel> labels{};
     std::optional<QString> choice{}; // what a form's box of choices calls it, among the documents of its record
 
+    Statistic statistic{};
+
     bool takesNumber() const { return !record.key.isEmpty(); }
+    bool isStatistic() const { return !statistic.criteria.isEmpty(); }
 };
 
 // All documents, in the order in which they are named.
@@ -108,6 +121,21 @@ struct FilledReport {
 FilledReport fill(const Document &document, Connection &connection, const Values &given);
 // The same for the record of a number.
 FilledReport fill(const Document &document, Connection &connection, const QString &number = {});
+
+// What a statistic is asked for with.
+struct Criteria {
+    Values values; // dates and texts, by the names of the criteria; blanks narrow nothing
+    bool isWithin = false;
+    // Instead of those that the texts make: conditions that were put together before.
+    std::optional<QVector<Fragment>> fragments{};
+    std::optional<int> count{}; // instead of counting
+};
+
+// The placeholders of the first range of dates, which every statistic over a period has.
+inline const QString fromDate = QStringLiteral("DTPicker1"), toDate = QStringLiteral("DTPicker2");
+
+// Fills a statistic's report. Throws DataError as fill() does, and where a criterion that is needed is empty.
+FilledReport fill(const Document &statistic, Connection &connection, const Criteria &criteria);
 
 // Fills the document's report, tells what is to be told, shows it, and returns when the preview closes. Throws
 // DataError as fill() does; nothing is shown then.

@@ -146,13 +146,17 @@ QVector<Document> shippingDocuments()
                                        .head = "select djrq from cy_pcd_rpt where pcdh='{pcdh}'",
                                        .rows = "select * from cy_pcd_rpt where pcdh='{pcdh}'"},
                             .labels = {{"L_DcRq", dispatchDate}}};
+    // The query of dispatches asks with a blank behind the number, which counts for nothing.
+    Document found = dispatch;
+    found.name = "当前派车单";
+    found.record.rows = "select * from cy_pcd_rpt where pcdh='{pcdh} '";
     QVector<Document> all = bookings() + bills();
     // A booking and a bill that are chosen by the same text are told apart by what they are.
     for (Document &one : all)
         for (const Document &other : std::as_const(all))
             if (one.choice == other.choice && one.report != other.report)
                 one.name = one.record.name + *one.choice;
-    return QVector<Document>{dispatch} + all;
+    return QVector<Document>{dispatch, found} + all;
 }
 
 } // namespace tradewick

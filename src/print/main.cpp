@@ -1,5 +1,7 @@
 // Prints documents into files, without a window and without a display.
+#include "common/field_panel.h"
 #include "common/globals.h"
+#include "data/date_text.h"
 #include "papers/papers.h"
 #include "print/bookmarks.h"
 #include "print/pictures.h"
@@ -40,6 +42,41 @@ QString pathOrServer(const QString &database)
     return database.endsWith(".db", Qt::CaseInsensitive) ? QFileInfo(database).absoluteFilePath() : database;
 }
 
+// "A..B" of --where, and the days that a statistic is about where none are told.
+const QString between = QStringLiteral("..");
+constexpr int daysOfPeriod = 30;
+
+// What a statistic is asked for with on the command line. Throws DataError for a criterion that it does not have.
+Criteria criteriaOf(const Document &statistic, const QCommandLineParser &options)
+{
+    const auto date = [&](const char *option, const QDate &otherwise) {
+        const QString text = options.value(option);
+        const QDate told = dateFromText(text);
+        if (!text.isEmpty() && !told.isValid())
+            throw DataError(0, QStringLiteral("--%1: %2").arg(option, text));
+        return dateText(told.isValid() ? told : otherwise);
+    };
+    const QDate today = QDate::currentDate();
+    Criteria criteria{{{fromDate, date("from", today.addDays(-daysOfPeriod))}, {toDate, date("to", today)}}};
+    QStringList captions;
+    for (const Criterion &one : statistic.statistic.criteria)
+        captions.append(plainCaption(one.caption));
+    for (const QString &condition : options.values("where")) {
+        const QString caption = condition.section(u'=', 0, 0).trimmed(), value = condition.section(u'=', 1);
+        const qsizetype index = captions.indexOf(plainCaption(caption));
+        if (index >= 0) {
+            criteria.values.insert(statistic.statistic.criteria[index].name, value);
+        } else if (caption == u"有效日期" && !statistic.statistic.rowsWithin.isEmpty()) {
+            criteria.isWithin = true;
+            criteria.values.insert("DTPicker3", value.section(between, 0, 0));
+            criteria.values.insert("DTPicker4", value.section(between, -1));
+        } else {
+            throw DataError(0, statistic.name + QStringLiteral(": --where ") + captions.join(QStringLiteral(", ")));
+        }
+    }
+    return criteria;
+}
+
 int print(const QCommandLineParser &options)
 {
     const QStringList names = options.values("document"), numbers = options.values("number");
@@ -62,7 +99,8 @@ int print(const QCommandLineParser &options)
     for (const Document *one : wanted) {
         for (const QString &number : one->takesNumber() ? numbers : QStringList{QString()}) {
             const QString title = (one->name + u' ' + number).trimmed();
-            const FilledReport filled = fill(*one, *gConn, number);
+            const FilledReport filled =
+                one->isStatistic() ? fill(*one, *gConn, criteriaOf(*one, options)) : fill(*one, *gConn, number);
             for (const QString &remark : filled.messages + filled.passedOver) {
                 tell(title + QStringLiteral(": ") + remark);
                 status = WrittenWithRemarks;
@@ -110,6 +148,12 @@ int main(int argc, char **argv)
                        {"database", "A file ending in .db, or what the settings take as the server.", "source"},
                        {"document", "Name of a document; may be repeated.", "name"},
                        {"number", "Number of a record; may be repeated. A list of all records takes none.", "number"},
+                       {"from", "First day of a statistic; without it 30 days ago.", "date"},
+                       {"to", "Last day of a statistic; without it today.", "date"},
+                       {"where",
+                        "What a statistic is narrowed by, as its query screen calls it: 签约公司=A; may be "
+                        "repeated. 有效日期=A..B is its second range of dates.",
+                        "caption=text"},
                        {"pdf", "The PDF to write, with a bookmark for each document and number.", "file"},
                        {"xls", "The workbook to write, of one document.", "file"},
                        {"png", "Name of the pictures to write; the page's number is put in.", "file"}});

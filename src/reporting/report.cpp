@@ -109,6 +109,8 @@ void Report::show(QWidget *parent)
 
 std::unique_ptr<RowSource> Report::rows() const
 {
+    if (DataControl1.rows)
+        return DataControl1.rows();
     if (DataControl1.Source.isEmpty())
         return nullptr;
     return std::make_unique<StatementRows>(Connection::shared(DataControl1.ConnectionString), DataControl1.Source,

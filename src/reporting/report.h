@@ -3,6 +3,7 @@
 
 #include "data/statement.h"
 #include "reporting/report_family.h"
+#include "reporting/row_source.h"
 
 #include <QHash>
 #include <QSet>
@@ -48,6 +49,8 @@ public:
         QString ConnectionString;
         QString Source; // a statement; empty for a report without rows
         Values values;  // of its placeholders
+        // Instead of the statement's: rows that are there already, from the first one anew at each call.
+        std::function<std::unique_ptr<RowSource>()> rows{};
     } DataControl1;
 
     // Shows the report modally, returns when its preview closes, and starts over.

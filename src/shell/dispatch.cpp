@@ -1,9 +1,11 @@
 #include "shell/dispatch.h"
 
+#include "common/query_screen.h"
 #include "common/tabbed_form.h"
 #include "contracts/contracts.h"
 #include "documents/documents.h"
 #include "masterdata/masterdata.h"
+#include "queries/queries.h"
 #include "settlement/settlement.h"
 #include "shell/about.h"
 #include "shell/connection_settings.h"
@@ -19,7 +21,7 @@ namespace tradewick
 namespace
 {
 
-template <class Form> QWidget *make(QWidget *mainWindow)
+template <class Form> QWidget *make(QWidget *mainWindow, const OpenRecord &)
 {
     return new Form(mainWindow);
 }
@@ -33,8 +35,15 @@ const QHash<QString, FormEntry> &forms()
             {"frmSplash", {make<frmSplash>, Placement::Centre}},
         };
         for (const DeclaredForm &form : declaredForms())
-            all.insert(form.name,
-                       {[&form](QWidget *mainWindow) { return makeForm(form.spec(), mainWindow); }, form.placement});
+            all.insert(form.name, {[&form](QWidget *mainWindow, const OpenRecord &) {
+                                       return makeForm(form.spec(), mainWindow);
+                                   },
+                                   form.placement});
+        for (const DeclaredQuery &query : declaredQueries())
+            all.insert(query.name, {[&query](QWidget *mainWindow, const OpenRecord &openRecord) {
+                                        return new QueryScreen(query.spec(), mainWindow, openRecord);
+                                    },
+                                    Placement::ScreenWidth});
         return all;
     }();
     return entries;
@@ -71,6 +80,16 @@ const QVector<DeclaredForm> &declaredForms()
         {"YY_GWKH_ZL", YY_GWKH_ZL, Placement::FreeArea},
         {"yy_GYszl", yy_GYszl, Placement::FreeArea},
         {"yy_cpbj", yy_cpbj, Placement::FreeArea},
+    };
+    return all;
+}
+
+const QVector<DeclaredQuery> &declaredQueries()
+{
+    static const QVector<DeclaredQuery> all{
+        {"YY_WXHt_cxTjB", YY_WXHt_cxTjB}, {"YY_cgHt_CXtjb", YY_cgHt_CXtjb}, {"YY_XYz_CxTj", YY_XYz_CxTj},
+        {"YY_mxd_CxTj", YY_mxd_CxTj},     {"YY_ZsQk_TJB", YY_ZsQk_TJB},     {"YY_HxD_LyHs_TJB", YY_HxD_LyHs_TJB},
+        {"CY_Pcd_CxTj", CY_Pcd_CxTj},     {"YY_DcD_CxTj", YY_DcD_CxTj},     {"YY_spZl_CXTjB", YY_spZl_CXTjB},
     };
     return all;
 }

@@ -1,6 +1,7 @@
 // The forms that commands open, by their names.
 #pragma once
 
+#include "common/query_spec.h"
 #include "common/record_form_spec.h"
 
 #include <QString>
@@ -22,7 +23,8 @@ enum class Placement {
 
 struct FormEntry {
     // Makes the form, a window that belongs to the main window. Throws DataError when it cannot be loaded.
-    std::function<QWidget *(QWidget *mainWindow)> make;
+    //   openRecord: how a query screen opens the entry form of what it found.
+    std::function<QWidget *(QWidget *mainWindow, const OpenRecord &openRecord)> make;
     Placement placement = Placement::FreeArea;
 };
 
@@ -35,6 +37,14 @@ struct DeclaredForm {
 
 // All entry forms; some are opened by others, not by a command.
 const QVector<DeclaredForm> &declaredForms();
+
+// A query screen, the same.
+struct DeclaredQuery {
+    QString name;
+    QuerySpec (*spec)();
+};
+
+const QVector<DeclaredQuery> &declaredQueries();
 
 // The entry of a form, or nullptr for a name that has none.
 const FormEntry *formEntry(const QString &form);

@@ -1,6 +1,7 @@
 #include "shell/main_window.h"
 
 #include "common/dialogs.h"
+#include "common/record_form.h"
 #include "data/data_error.h"
 #include "shell/commands.h"
 #include "shell/open_forms.h"
@@ -10,6 +11,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -216,18 +218,18 @@ bool main_FRM::confirmsExit()
     return dialogs().ask(this, QStringLiteral("是否真的退出系统？"), QStringLiteral("系统提示"), OnEnter::No);
 }
 
-void main_FRM::openForm(const QString &form)
+QWidget *main_FRM::openForm(const QString &form)
 {
     QWidget *window = m_forms->find(form);
     if (!window) {
         const FormEntry *entry = formEntry(form);
         if (!entry)
-            return;
+            return nullptr;
         try {
-            window = entry->make(this);
+            window = entry->make(this, [this](const auto &...record) { openRecord(record...); });
         } catch (const DataError &error) { // what is open stays open
             dialogs().message(this, error.text(), QStringLiteral("系统提示"), MessageIcon::Critical);
-            return;
+            return nullptr;
         }
         // Only dialogs stay in front of the window that they belong to, whoever manages the windows.
         Qt::WindowFlags flags = window->windowFlags() | Qt::Dialog;
@@ -239,6 +241,20 @@ void main_FRM::openForm(const QString &form)
         place(window, entry->placement, m_forms->add(form, window, entry->placement));
     }
     bringForward(*window);
+    return window;
+}
+
+void main_FRM::openRecord(const QString &form, const QString &column, const QVariant &value)
+{
+    for (const auto *bands : {&menuBands(), &sideBands()})
+        for (const Band &band : *bands)
+            for (const Tool &tool : band.tools)
+                if (tool.opens == form && !m_commands[tool.name]->isEnabled()) {
+                    QApplication::beep(); // what the user has no right to opens from nowhere
+                    return;
+                }
+    if (auto *entry = qobject_cast<RecordForm *>(openForm(form)))
+        entry->goTo(column, value);
 }
 
 void main_FRM::addWindowKeys()

@@ -43,8 +43,8 @@ public:
     // The text in the status band.
     void setStatusText(const QString &text);
     // Shows a form in front of this window, where it stays: a new one, or the one that is open already. A name that has
-    // no form does nothing.
-    void openForm(const QString &form);
+    // no form does nothing. Gives its window, nullptr without one.
+    QWidget *openForm(const QString &form);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -59,6 +59,7 @@ private:
     void buildStatusBand();
     void startClock();
     void execute(const Tool &tool);
+    void openRecord(const QString &form, const QString &column, const QVariant &value);
     bool confirmsExit();
     void layPicture(double below);
     void addWindowKeys();

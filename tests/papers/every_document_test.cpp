@@ -48,6 +48,12 @@ public:
             return m_faults;
         const DocumentRecord &record = m_document.record;
         m_given = m_document.takesNumber() ? Values{{record.key, "0"}} : Values();
+        if (m_document.isStatistic())
+            for (const QString &box : {fromDate, toDate, QStringLiteral("DTPicker3"), QStringLiteral("DTPicker4")})
+                m_given.insert(box, "2026-01-01");
+        for (const Criterion &one : m_document.statistic.criteria)
+            m_given.insert(one.name, "1");
+        statistic();
         const QStringList head = m_given.keys() + columnsOf(record.head), totals = columnsOf(m_document.totals);
         needColumn(head, m_document.clause.flag);
         needColumn(head, m_document.clause.label.isEmpty() ? QString() : record.clause);
@@ -92,6 +98,19 @@ private:
         for (const QString &column : columns)
             values.insert(column.toLower(), 1);
         return values;
+    }
+
+    // What a statistic counts, and its rows in all their forms, narrowed by all criteria.
+    void statistic()
+    {
+        const Statistic &of = m_document.statistic;
+        const QString all = joined(fragmentsOf(of.criteria, m_given, true));
+        if (!of.counted.isEmpty())
+            needColumn(columnsOf(of.counted + of.countedWithin + all), "n");
+        columnsOf(of.rowsWithin.isEmpty() ? QString() : of.rowsWithin + all + m_document.order);
+        columnsOf(all.isEmpty() ? QString() : m_document.record.rows + all + m_document.order);
+        if (m_document.isStatistic())
+            m_given.insert("count", "1");
     }
 
     // Every text is worked out once, from a row that has all columns.

@@ -1,7 +1,7 @@
 #include "reporting/excel_dialog.h"
 #include "reporting/excel_export.h"
 #include "support/scripted_dialogs.h"
-#include "xls_readers.h"
+#include "support/xls_readers.h"
 
 #include <QApplication>
 #include <QFileSystemModel>

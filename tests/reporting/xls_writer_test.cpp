@@ -1,5 +1,5 @@
 #include "reporting/xls_writer.h"
-#include "xls_readers.h"
+#include "support/xls_readers.h"
 
 #include <QDir>
 #include <QTemporaryDir>
