@@ -168,9 +168,8 @@ QWidget *QueryScreen::buildRecord()
     connect(m_panel, &FieldPanel::entered, this,
             [this, scroll](const QString &name) { scroll->ensureWidgetVisible(m_panel->control(name).widget()); });
     layout->addWidget(m_panel);
-    const LinesSpec &lines = m_entry->lines;
-    QBoxLayout *place = lines.page >= 0 ? m_panel->page(lines.page) : layout;
-    for (const LineGridSpec &spec : lines.grids) {
+    for (const LineGridSpec &spec : m_entry->lines.grids) {
+        QBoxLayout *place = spec.page >= 0 ? m_panel->placeOf(spec) : layout;
         auto *grid = new Grid(spec.name, QStringLiteral("商品明细"), place->parentWidget());
         grid->showRecords(m_lines.Recordset(), spec.columns);
         grid->setMinimumHeight(grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
