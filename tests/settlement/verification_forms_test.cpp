@@ -74,7 +74,7 @@ TEST_F(VerificationForms, NumbersIssuedAndReturnedCountInEveryLotThatHoldsThem)
     EXPECT_EQ(counters(), QStringList{"100 11 89 0"});
     run(Returns, "Cmdadd", {{"Text1(4)", "ABC000155"}}, "CmdOK");
     EXPECT_EQ(counters(), QStringList{"100 11 89 1"});
-    // Over two series nothing counts, neither in the lot nor of the issue.
+    // Over two series nothing counts, neither in a lot nor in a range issued.
     lot("ABC000900", "ABD000100");
     issue("XBC000195", "XBD000003");
     EXPECT_EQ(counters(), (QStringList{"100 11 89 1", "0 0 0 0"}));
