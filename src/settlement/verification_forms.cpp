@@ -147,7 +147,7 @@ bool left(RecordForm &form, const QString &field)
         return false;
     if (field == lotEnd && form.isBusy())
         writeCount(form, lotStart, lotEnd, {"gl_fenshu", "sy_fenshu"});
-    // The issue that is shown, whatever field was left, on whatever tab.
+    // Of the range that is shown there, whatever field was left, on whatever tab.
     writeCount(form.beside(Issues), issueStart, issueEnd, {"ly_fenshu"});
     return true;
 }

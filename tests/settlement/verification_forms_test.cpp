@@ -74,7 +74,7 @@ TEST_F(VerificationForms, NumbersIssuedAndReturnedCountInEveryLotThatHoldsThem)
     EXPECT_EQ(counters(), QStringList{"100 11 89 0"});
     run(Returns, "Cmdadd", {{"Text1(4)", "ABC000155"}}, "CmdOK");
     EXPECT_EQ(counters(), QStringList{"100 11 89 1"});
-    // Over two series nothing counts, neither in the lot nor of the issue.
+    // Over two series nothing counts, neither in a lot nor in a range issued.
     lot("ABC000900", "ABD000100");
     issue("XBC000195", "XBD000003");
     EXPECT_EQ(counters(), (QStringList{"100 11 89 1", "0 0 0 0"}));
@@ -133,6 +133,18 @@ TEST_F(VerificationForms, TellsWhatIsWrongWithANumberAndGoesWhereItIsMended)
         EXPECT_EQ(window.focusWidget()->objectName(), c.focused);
         on(c.tab).click("Cmdcancel");
     }
+    // A shortcut key leaves no field: what is typed there is looked at, once.
+    const FormDriver drive = on(Lots);
+    drive.click("Cmdadd");
+    drive.type("Text1(1)", "ABC000100");
+    for (const char *end : {"ABC000100", "ABC000199"}) {
+        drive.type("Text1(2)", end);
+        QTest::keyClick(drive.control("Text1(2)"), Qt::Key_S, Qt::ControlModifier);
+        QApplication::processEvents();
+        EXPECT_EQ(dialogs.shown, end == QString("ABC000100") ? QVector<Shown>{stop(order)} : QVector<Shown>());
+        dialogs.shown.clear();
+    }
+    EXPECT_EQ(counters(), QStringList{"100 0 100 0"});
 }
 
 // The tabs are one form: fields are unlocked on all, and what ends the adding of one ends it for all.
