@@ -48,6 +48,11 @@ TEST_P(EveryQuery, HasItsControlsAndColumns)
         EXPECT_TRUE(captions.contains(one.caption)) << one.caption.toStdString();
         EXPECT_TRUE(!one.offers || drive.find<QComboBox>(one.name)) << one.name.toStdString();
     }
+    const auto last = std::find_if(spec.criteria.crbegin(), spec.criteria.crend(),
+                                   [](const Criterion &one) { return one.frame.isEmpty(); });
+    drive.control(last->name)->setFocus();
+    drive.leave(last->name);
+    EXPECT_EQ(drive.focused(), "CmdFIND"); // by Enter alone
     for (const QueryButton &button : spec.buttons)
         EXPECT_EQ(drive.find<QAbstractButton>(button.name)->text(), button.caption);
     for (const char *button : {"Command1", "CmdFIND", "CmdEXIT"})
