@@ -1,5 +1,6 @@
 // What the query screens print and count, and what stays behind a find or a print.
 #include "query_driver.h"
+#include "shell/main_window.h"
 #include "support/xls_readers.h"
 
 #include <QProcess>
@@ -168,6 +169,36 @@ TEST_F(Queries, TheRecordIsShownWithItsLinesAndPrinted)
     drive.click("CmdFIND"); // of the last thirty days
     drive.click("Cur_prt");
     EXPECT_EQ(dialogs.take(), (Shown{"没有当前记录，不能打印！", "系统提示", MessageIcon::Critical}));
+}
+
+TEST_F(Queries, AFoundRecordOpensInItsEntryForm)
+{
+    insertContracts();
+    main_FRM window;
+    window.show();
+    auto *found = qobject_cast<QueryScreen *>(window.openForm("YY_WXHt_cxTjB"));
+    ASSERT_NE(found, nullptr);
+    found->grid(0)->setFocus();
+    found->records().MoveLast();
+    const auto open = [&] { QTest::keyClick(found->grid(0), Qt::Key_Return); };
+    open();
+    auto *entry = window.findChild<RecordForm *>("YY_WXHT");
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry->text("Text1(0)"), "X3");
+    entry->findChild<QDateEdit *>("DTPicker3")->setDate({2026, 1, 10});
+    EXPECT_EQ(entry->records().RecordCount(), 1);
+    open(); // a filter of that form does not hide it
+    EXPECT_EQ(entry->text("Text1(0)"), "X3");
+    entry->findChild<QAbstractButton *>("Cmdedit")->click(); // what is typed there stays
+    found->records().MoveFirst();
+    open();
+    EXPECT_EQ(entry->text("Text1(0)"), "X3");
+    entry->findChild<QAbstractButton *>("Cmdcancel")->click();
+    EXPECT_EQ(entry->text("Text1(0)"), "X1");
+    found->records().MoveLast();
+    window.switchOff("Tool96"); // who may not open the form
+    open();
+    EXPECT_EQ(entry->text("Text1(0)"), "X1");
 }
 
 TEST_F(Queries, BoxesOfNumbersFindAtOnce)
