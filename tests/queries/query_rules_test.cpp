@@ -308,9 +308,11 @@ TEST_F(Queries, FormsAreFoundWithAContractAndReportedWithout)
     EXPECT_EQ(footer("hxdh_st", "TDBGrid3") + footer("hxdh_en", "TDBGrid3"), "领用总计:1份");
     drive.click("CmdPRINT");
     EXPECT_EQ(printed.last() + printedColumn("hxdh") + shown["L_Fs"], "CY_HXD_cxtj_rptH11");
-    for (const auto &[year, month, forms, title] : {std::tuple("", "", "H1|H2|H3", "年度月份出口情况定期统计报表"),
-                                                    {"2026", " ", "H1|H2|H3", "2026年度月份出口情况定期统计报表"},
-                                                    {"2026", "1", "H1|H2", "2026年度1月份出口情况定期统计报表"}}) {
+    for (const auto &[year, month, forms, title] :
+         {std::tuple("", "", "H1|H2|H3", "年度月份出口情况定期统计报表"),
+          {"2026", " ", "H1|H2|H3", "2026年度月份出口情况定期统计报表"},
+          {"2026", "1", "H1|H2", "2026年度1月份出口情况定期统计报表"},
+          {"x' or 1=1 --", "", "", "x' or 1=1 --年度月份出口情况定期统计报表"}}) {
         drive.type("Text1", year);
         drive.type("Text2", month);
         drive.click("SB_tjb");
