@@ -126,13 +126,14 @@ void CriteriaPanel::addBox(const Criterion &criterion)
         connect(combo, &ComboField::chosen, this, [this, name] { Q_EMIT chosen(name); });
         connect(combo, &ComboField::enterPressed, this, [this] { focusNextChild(); });
         connect(line, &QLineEdit::editingFinished, combo, &ComboField::takeTyped);
+        combo->installEventFilter(this); // its keys come there
     } else {
         line = new QLineEdit(this);
         line->setObjectName(name);
+        line->installEventFilter(this);
         addPair(layout, criterion.caption, line);
     }
     line->setAccessibleName(plainCaption(criterion.caption));
-    line->installEventFilter(this);
     m_boxes.insert(name, line);
     connect(line, &QLineEdit::textEdited, this, [this, name] { Q_EMIT typed(name); });
 }
@@ -194,8 +195,8 @@ bool CriteriaPanel::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     if (event->type() == QEvent::KeyPress && (isKey(Qt::Key_Return) || isKey(Qt::Key_Enter))) {
-        if (auto *line = qobject_cast<QLineEdit *>(watched))
-            Q_EMIT line->editingFinished();
+        if (auto *combo = qobject_cast<ComboField *>(watched))
+            combo->takeTyped();
         focusNextChild();
         return true;
     }

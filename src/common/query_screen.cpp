@@ -26,6 +26,8 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace tradewick
 {
 
@@ -147,6 +149,7 @@ Grid *QueryScreen::buildList(List &list, QWidget *page)
     list.grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     list.grid->showRecords(list.control.Recordset(), list.spec->columns);
     list.grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // numbers are never cut
+    list.grid->horizontalHeader()->setStretchLastSection(true);
     list.grid->setMinimumHeight(list.grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
     layout->addWidget(list.grid, 1);
     connect(list.grid, &Grid::rowActivated, this, [this, &list] { openEntry(list); });
@@ -205,10 +208,17 @@ void QueryScreen::buildButtons(QBoxLayout *layout)
     auto *bar = new QWidget(m_content.get());
     layout->addWidget(bar);
     auto *flow = new FlowLayout(bar);
-    QLayout *frame = m_criteria->frame({});
-    // Behind the last criterion comes what finds.
-    addButton(frame, {"CmdFIND", "查询", "Ctrl+F"}, [this] { find(); });
-    addButton(frame, {"Command1", "清空", "Alt+C"}, [this] { m_criteria->emptyAll(); });
+    auto *finding = new QWidget(m_criteria);
+    m_criteria->frame({})->addWidget(finding);
+    auto *pair = new QHBoxLayout(finding);
+    pair->setContentsMargins(0, 0, 0, 0);
+    QWidget *findButton = addButton(pair, {"CmdFIND", "查询", "Ctrl+F"}, [this] { find(); });
+    QWidget *emptyButton = addButton(pair, {"Command1", "清空", "Alt+C"}, [this] { m_criteria->emptyAll(); });
+    // Behind the last criterion of a find comes what finds; boxes that act by themselves follow.
+    const auto last = std::find_if(m_spec.criteria.crbegin(), m_spec.criteria.crend(),
+                                   [](const Criterion &one) { return one.frame.isEmpty(); });
+    setTabOrder(m_criteria->findChild<QWidget *>(last->name), findButton);
+    setTabOrder(findButton, emptyButton);
     for (const ChoiceSpec &choice : m_spec.choices) {
         auto *combo = new ComboField(bar);
         combo->setObjectName(choice.name);
@@ -217,12 +227,12 @@ void QueryScreen::buildButtons(QBoxLayout *layout)
         combo->addItems(choice.items);
         combo->setSizeAdjustPolicy(QComboBox::AdjustToContents); // its texts are names, which must be whole
         combo->showText({});
-        auto *pair = new QWidget(bar);
-        auto *row = new QHBoxLayout(pair);
+        auto *box = new QWidget(bar);
+        auto *row = new QHBoxLayout(box);
         row->setContentsMargins(0, 0, 0, 0);
-        row->addWidget(new QLabel(choice.caption, pair));
+        row->addWidget(new QLabel(choice.caption, box));
         row->addWidget(combo);
-        flow->addWidget(pair);
+        flow->addWidget(box);
         m_choices.insert(choice.name, combo);
         const auto goOn = [this] { focusNextChild(); }; // to the button that acts upon it
         connect(combo, &ComboField::enterPressed, this, goOn);

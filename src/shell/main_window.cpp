@@ -22,6 +22,7 @@
 #include <QShortcut>
 #include <QStatusBar>
 #include <QStyle>
+#include <QTabWidget>
 #include <QTime>
 #include <QTimer>
 #include <QToolBar>
@@ -253,8 +254,20 @@ void main_FRM::openRecord(const QString &form, const QString &column, const QVar
                     QApplication::beep(); // what the user has no right to opens from nowhere
                     return;
                 }
-    if (auto *entry = qobject_cast<RecordForm *>(openForm(form)))
+    QWidget *window = openForm(form);
+    if (!window)
+        return;
+    QList<RecordForm *> entries = window->findChildren<RecordForm *>(); // of a window of tabs
+    if (auto *whole = qobject_cast<RecordForm *>(window))
+        entries.prepend(whole);
+    for (RecordForm *entry : std::as_const(entries)) {
+        if (entry->records().columnIndex(column) < 0)
+            continue;
+        if (auto *tabs = window->findChild<QTabWidget *>(); tabs && tabs->indexOf(entry) >= 0)
+            tabs->setCurrentWidget(entry);
         entry->goTo(column, value);
+        return;
+    }
 }
 
 void main_FRM::addWindowKeys()

@@ -43,7 +43,7 @@ inline std::string nameOf(const testing::TestParamInfo<WalkedForm> &form)
 
 struct OpenForm {
     explicit OpenForm(const WalkedForm &walked)
-        : window(formEntry(walked.window)->make(nullptr)), form(qobject_cast<RecordForm *>(window.get()))
+        : window(formEntry(walked.window)->make(nullptr, {})), form(qobject_cast<RecordForm *>(window.get()))
     {
         if (auto *tabs = qobject_cast<TabbedForm *>(window.get()))
             form = &tabs->tab(walked.spec.tab);

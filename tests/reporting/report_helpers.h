@@ -3,7 +3,7 @@
 
 #include "papers/report_table.h"
 #include "reporting/painter.h"
-#include "xls_readers.h"
+#include "support/xls_readers.h"
 
 #include <QFile>
 #include <QTemporaryDir>
