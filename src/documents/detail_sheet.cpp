@@ -5,6 +5,7 @@
 #include "data/date_text.h"
 #include "data/sql_error.h"
 #include "documents/documents.h"
+#include "documents/mailing_certificate.h"
 #include "papers/papers.h"
 
 namespace tradewick
@@ -330,7 +331,7 @@ void saveAs(RecordForm &form)
 
 // ---- printing ----
 
-const QString taxInvoice = "出口专用发票", taxInvoiceOverlay = "出口专用发票套打";
+const QString taxInvoice = "出口专用发票", taxInvoiceOverlay = "出口专用发票套打", certificate = "寄单证明";
 
 // The documents of a sheet; how the tax invoice is printed is asked.
 QStringList choices()
@@ -350,7 +351,14 @@ void print(RecordForm &form)
     if (chosen == taxInvoice && dialogs().ask(&form, QStringLiteral("是否套打？否，则正常打印。"),
                                               RecordForm::systemTitle(), OnEnter::Yes, MessageIcon::Information))
         chosen = taxInvoiceOverlay;
-    printRecord(chosen, form.text("Text1(0)"), &form);
+    const QString number = form.text("Text1(0)");
+    if (chosen == certificate && !number.trimmed().isEmpty()) {
+        auto *editor = new YY_JdZm_rpt(document(chosen), number, &form);
+        editor->setAttribute(Qt::WA_DeleteOnClose);
+        editor->open();
+        return;
+    }
+    printRecord(chosen, number, &form);
 }
 
 } // namespace
