@@ -136,9 +136,11 @@ constexpr const char *copies[] = {
     " (select m.mdgk, m.ship_name, m.hyd, m.zygk, m.khmc, m.khdz, m.phone, m.fax, m.htbh from yy_mxb_h m"
     " where m.fpbh = (select min(b.fpbh) from cy_dcd_djb_b b where b.dcdh = cy_dcd_djb_h.dcdh))",
 
-    // A line for each kind of goods. Where all of a kind is in one container, the line names it.
+    // A line for each kind of goods, the first with the marks. Where all of a kind is in one container, the line names
+    // it.
     "update cy_dcd_djb_b set"
-    " (htbh, madol) = (select m.htbh, m.madol from yy_mxb_h m where m.fpbh = cy_dcd_djb_b.fpbh),"
+    " (htbh, madol) = (select m.htbh, case when cy_dcd_djb_b.rowid = (select min(f.rowid) from cy_dcd_djb_b f"
+    " where f.dcdh = cy_dcd_djb_b.dcdh) then m.madol end from yy_mxb_h m where m.fpbh = cy_dcd_djb_b.fpbh),"
     " (gfh, xjh, jianshu, b_zdw, zmz, hjtj) ="
     " (select case when min(g.guihao) = max(g.guihao) then min(g.guihao) || '/' || min(g.fth) end,"
     " min(cast(g.jh as integer)) || '-' || max(cast(substr(g.jh, instr(g.jh, '-') + 1) as integer)),"

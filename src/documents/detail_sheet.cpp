@@ -346,8 +346,10 @@ QStringList choices()
 void print(RecordForm &form)
 {
     QString chosen = form.choice("Com_Print");
-    if (!choices().contains(chosen))
+    if (!choices().contains(chosen)) {
+        form.findChild<QWidget *>("Com_Print")->setFocus();
         return;
+    }
     if (chosen == taxInvoice && dialogs().ask(&form, QStringLiteral("是否套打？否，则正常打印。"),
                                               RecordForm::systemTitle(), OnEnter::Yes, MessageIcon::Information))
         chosen = taxInvoiceOverlay;
@@ -389,7 +391,8 @@ RecordFormSpec YY_DZ_MXB()
         .list = {{"fpbh", "发票号码"}, {"khmc", "客户名称"}},
         .captions = {"前端", "向前", "向后", "后端", "添加", "删除", "编辑", "确认", "取消", "返回"},
         .choices = {{"Com_Print", "单证打印选项:", choices()}},
-        .buttons = {{"Save_As", "另存", "Ctrl+Shift+S", saveAs}, {"Cmdprint", "打印", "Ctrl+P", print}},
+        // Enter goes from the choice to what prints it.
+        .buttons = {{"Cmdprint", "打印", "Ctrl+P", print}, {"Save_As", "另存", "Ctrl+Shift+S", saveAs}},
         .numbering = monthly("FP", "select distinct fpbh from yy_mxb_H where year(djrq)='{year}'and "
                                    "month(djrq)='{month}' order by fpbh"),
         .defaults = {today("djrq"),

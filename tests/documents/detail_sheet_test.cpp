@@ -406,6 +406,7 @@ TEST_F(DetailSheet, TheDocumentToPrintIsChosen)
         drive.type("Com_Print", nothing);
         drive.click("Cmdprint");
         EXPECT_EQ(dialogs.shown, QVector<Shown>()) << nothing;
+        EXPECT_EQ(drive.focused(), "Com_Print");
     }
     for (const bool overlay : {true, false}) {
         dialogs.answer = overlay;
