@@ -112,10 +112,55 @@ constexpr const char *copies[] = {
     " (select g.zwmc, g.zwdz, g.tysh, g.khh, g.yhzh, g.phone, g.fax from yy_gyszl g where g.gfbh = yy_mxb_h.cg_csbh)",
 
     "update yy_mxb_b set"
-    " (cpmc, yw_cpmc, cplb, khlh, dj, dw, gsmc, jhrq, sl, je, bacp, yanse, zzs, zsl, jmdj, jkdj) ="
-    " (select c.cpmc, c.yw_cpmc, c.cplb, c.khlh, c.dj, c.dw, c.gsmc, c.jhrq, c.sl, c.je, c.bacp, c.yanse, c.zzs,"
-    " c.zsl, c.jmdj, c.jkdj from yy_gw_wxht_b c where c.htbh = yy_mxb_b.htbh and c.xc = yy_mxb_b.xh),"
+    " (cpmc, yw_cpmc, cplb, khlh, dj, dw, gsmc, jhrq, sl, bacp, yanse, zzs, zsl, jmdj, jkdj) ="
+    " (select c.cpmc, c.yw_cpmc, c.cplb, c.khlh, c.dj, c.dw, c.gsmc, c.jhrq, coalesce(yy_mxb_b.sl, c.sl), c.bacp,"
+    " c.yanse, c.zzs, c.zsl, c.jmdj, c.jkdj from yy_gw_wxht_b c"
+    " where c.htbh = yy_mxb_b.htbh and c.cpbh = yy_mxb_b.cpbh and c.gg = yy_mxb_b.gg),"
     " zjz = round(jianshu * djz, 3), zmz = round(jianshu * dmz, 3), hjtj = round(jianshu * djtj, 3)",
+
+    "update yy_mxb_b set je = round(sl * dj, 2)",
+
+    "update cy_pcd_rpt set"
+    " (e_gsmc, gs_dizh, egs_dz, gs_phone, gs_fax) ="
+    " (select c.e_gsmc, c.gsdz, c.e_gsdz, c.gs_phone, c.gs_fax from sys_gsmc c where c.gsmc = cy_pcd_rpt.pcgs),"
+    " (e_tcgs, tcgs_dz, tcgs_phone, tcgs_fax, tcgs_lxr) ="
+    " (select t.ywmc, t.dizhi, t.phone, t.fax, t.lxr from sys_tcgs t where t.gsmc = cy_pcd_rpt.tcgs),"
+    " (htbh, ghfth) = (select m.htbh, m.jzxh from yy_mxb_h m where m.fpbh = cy_pcd_rpt.fpbh)",
+
+    "update cy_dcd_djb_h set"
+    " (tygs_emc, tygs_edz, tygs_dz, tygs_phone, tygs_fax) ="
+    " (select c.e_gsmc, c.e_gsdz, c.gsdz, c.gs_phone, c.gs_fax from sys_gsmc c where c.gsmc = cy_dcd_djb_h.tygs),"
+    " (cygs_emc, cygs_dz, cygs_phone, cygs_fax, cygs_logo, cygs_lxr) ="
+    " (select l.ywmc, l.dizhi, l.phone, l.fax, l.logo, l.lxr from sys_cwgs l where l.gsmc = cy_dcd_djb_h.cygs),"
+    " (mdgk, ship_name, hyd, zhgk, shr, shr_dz, shr_phone, shr_fax, htbh) ="
+    " (select m.mdgk, m.ship_name, m.hyd, m.zygk, m.khmc, m.khdz, m.phone, m.fax, m.htbh from yy_mxb_h m"
+    " where m.fpbh = (select min(b.fpbh) from cy_dcd_djb_b b where b.dcdh = cy_dcd_djb_h.dcdh))",
+
+    // A line for each kind of goods, the first with the marks. Where all of a kind is in one container, the line names
+    // it.
+    "update cy_dcd_djb_b set"
+    " (htbh, madol) = (select m.htbh, case when cy_dcd_djb_b.rowid = (select min(f.rowid) from cy_dcd_djb_b f"
+    " where f.dcdh = cy_dcd_djb_b.dcdh) then m.madol end from yy_mxb_h m where m.fpbh = cy_dcd_djb_b.fpbh),"
+    " (gfh, xjh, jianshu, b_zdw, zmz, hjtj) ="
+    " (select case when min(g.guihao) = max(g.guihao) then min(g.guihao) || '/' || min(g.fth) end,"
+    " min(cast(g.jh as integer)) || '-' || max(cast(substr(g.jh, instr(g.jh, '-') + 1) as integer)),"
+    " sum(g.jianshu), min(g.b_zdw), round(sum(g.zmz), 3), round(sum(g.hjtj), 3) from yy_mxb_b g"
+    " where g.fpbh = cy_dcd_djb_b.fpbh and g.cplb = cy_dcd_djb_b.cpmc)",
+
+    "update cy_dcd_djb_b set cpmc = case cpmc when '画框' then 'PICTURE FRAMES' when '装饰镜' then 'FRAMED MIRRORS'"
+    " when '相框' then 'PHOTO FRAMES' when '油画' then 'OIL PAINTINGS' else 'FRAMED PRINTS' end",
+
+    "update cy_hytd_djb_h set"
+    " (tygs, shr, tzr, ship_name, zhgk, xhgk, mdgk, ycys, hyd, zyqx, shr_dz, shr_phone, shr_fax, tygs_emc, tygs_edz,"
+    " tygs_dz, tygs_phone, tygs_fax, cygs, cygs_emc, cygs_dz, cygs_phone, cygs_fax, cygs_lxr) ="
+    " (select n.tygs, n.shr, n.tzr, n.ship_name, n.zhgk, n.xhgk, n.mdgk, n.ycys, n.hyd, n.zyqx, n.shr_dz, n.shr_phone,"
+    " n.shr_fax, n.tygs_emc, n.tygs_edz, n.tygs_dz, n.tygs_phone, n.tygs_fax, n.cygs, n.cygs_emc, n.cygs_dz,"
+    " n.cygs_phone, n.cygs_fax, n.cygs_lxr from cy_dcd_djb_h n where n.cw_dcdh = cy_hytd_djb_h.dcdh)",
+
+    "insert into cy_hytd_djb_b (tdhm, dcdh, fpbh, htbh, madol, gfh, xjh, cpmc, jianshu, b_zdw, zmz, hjtj, xh)"
+    " select h.tdhm, b.dcdh, b.fpbh, b.htbh, b.madol, b.gfh, b.xjh, b.cpmc, b.jianshu, b.b_zdw, b.zmz, b.hjtj, b.xh"
+    " from cy_hytd_djb_h h join cy_dcd_djb_h n on n.cw_dcdh = h.dcdh join cy_dcd_djb_b b on b.dcdh = n.dcdh"
+    " order by h.tdhm, b.rowid",
 
     "update yy_ssdj_h set"
     " (htbh, djbh, gsmc, gs_babm, gs_dz, gs_khh, gs_yhzh, gs_phone, gs_swdjh, fprq, csmc, cs_dz, cs_khh, cs_yhzh,"

@@ -67,7 +67,7 @@ public:
     {
         QStyleOptionViewItem cell = option;
         initStyleOption(&cell, index);
-        const QString text = cell.text;
+        const QString text = QString(cell.text).replace(QChar::LineSeparator, u' ');
         cell.text.clear();
         const QStyle *style = cell.widget->style();
         style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);

@@ -180,7 +180,7 @@ private:
     QString m_asked;                  // the field that OK asked of, until the handler is through
     QString m_lost;                   // what is to be told of a connection that was lost while the record was shown
     qint64 m_added = 0;               // the record that Add began, until it is stored or dropped
-    qint64 m_left = 0;                // the record that was shown when Add began last
+    qint64 m_left = 0;                // the record that was shown when that Add began
     bool m_busy = false, m_adding = false;
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };

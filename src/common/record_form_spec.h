@@ -375,7 +375,7 @@ struct RecordFormSpec {
     QString firstFocus;          // where Add and Edit begin; empty: the key
     Adding adding = Adding::UntilOk;
     bool cancelDropsLines = false; // Cancel while adding removes the lines that are shown
-    bool cancelReturns = false;    // Cancel shows the record that Add left last, without one the first
+    bool cancelReturns = false;    // Cancel of an Add shows the record that it left; else the first
     AfterDelete afterDelete = AfterDelete::Next;
     QString deleteQuestion = QStringLiteral("是否真的删除当前记录 ？"); // empty: nothing is asked
     QStringList refilled; // combo boxes that read what they offer again after OK, Cancel and Delete

@@ -149,7 +149,7 @@ void RecordForm::save()
                              [&] { // what is stored is shown, as the database keeps it
                                  if (!isStored || (hasRecord() && waits(records().absolutePosition())))
                                      return;
-                                 m_added = 0;
+                                 m_added = m_left = 0;
                                  if (m_lines && records().EOF_())
                                      records().MovePrevious();
                                  else if (!records().BOF()) {
@@ -362,6 +362,7 @@ void RecordForm::cancel()
          },
          [this] {
              const int left = m_spec.cancelReturns && m_left ? records().rowOfKey(m_left) : -1;
+             m_left = 0;
              left < 0 ? records().MoveFirst() : records().setAbsolutePosition(left);
          },
          [this] {

@@ -5,6 +5,7 @@
 #include "data/date_text.h"
 #include "data/sql_error.h"
 #include "documents/documents.h"
+#include "documents/mailing_certificate.h"
 #include "papers/papers.h"
 
 namespace tradewick
@@ -330,7 +331,7 @@ void saveAs(RecordForm &form)
 
 // ---- printing ----
 
-const QString taxInvoice = "出口专用发票", taxInvoiceOverlay = "出口专用发票套打";
+const QString taxInvoice = "出口专用发票", taxInvoiceOverlay = "出口专用发票套打", certificate = "寄单证明";
 
 // The documents of a sheet; how the tax invoice is printed is asked.
 QStringList choices()
@@ -344,7 +345,10 @@ QStringList choices()
 
 void print(RecordForm &form)
 {
-    printSheet(form.choice("Com_Print"), form.text("Text1(0)"), &form);
+    if (choices().contains(form.choice("Com_Print")))
+        printSheet(form.choice("Com_Print"), form.text("Text1(0)"), &form);
+    else
+        form.findChild<QWidget *>("Com_Print")->setFocus();
 }
 
 } // namespace
@@ -357,6 +361,12 @@ void printSheet(const QString &choice, const QString &number, QWidget *parent)
     if (chosen == taxInvoice && dialogs().ask(parent, QStringLiteral("是否套打？否，则正常打印。"),
                                               RecordForm::systemTitle(), OnEnter::Yes, MessageIcon::Information))
         chosen = taxInvoiceOverlay;
+    if (chosen == certificate && !number.trimmed().isEmpty()) {
+        auto *editor = new YY_JdZm_rpt(document(chosen), number, parent);
+        editor->setAttribute(Qt::WA_DeleteOnClose);
+        editor->open();
+        return;
+    }
     printRecord(chosen, number, parent);
 }
 
@@ -386,7 +396,8 @@ RecordFormSpec YY_DZ_MXB()
         .list = {{"fpbh", "发票号码"}, {"khmc", "客户名称"}},
         .captions = {"前端", "向前", "向后", "后端", "添加", "删除", "编辑", "确认", "取消", "返回"},
         .choices = {{"Com_Print", "单证打印选项:", choices()}},
-        .buttons = {{"Save_As", "另存", "Ctrl+Shift+S", saveAs}, {"Cmdprint", "打印", "Ctrl+P", print}},
+        // Enter goes from the choice to what prints it.
+        .buttons = {{"Cmdprint", "打印", "Ctrl+P", print}, {"Save_As", "另存", "Ctrl+Shift+S", saveAs}},
         .numbering = monthly("FP", "select distinct fpbh from yy_mxb_H where year(djrq)='{year}'and "
                                    "month(djrq)='{month}' order by fpbh"),
         .defaults = {today("djrq"),

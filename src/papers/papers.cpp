@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr int noSuchColumn = 3265, noPicture = 481;
+const QString noRecord = QStringLiteral("没有当前记录，不能打印！");
 
 QVariant valueOf(const Values &row, const QString &column)
 {
@@ -101,7 +102,7 @@ FilledReport fill(const Document &document, Connection &connection, const Values
     Report &paper = *filled.report;
     Values head = headOf(record, connection, given);
     if (!document.needed.isEmpty() && valueOf(head, document.needed).toString().trimmed().isEmpty())
-        throw DataError(nothingToPrint, QStringLiteral("没有当前记录，不能打印！"));
+        throw DataError(nothingToPrint, noRecord);
     paper.startOver();
 
     if (!document.clause.label.isEmpty()) {
@@ -168,26 +169,32 @@ FilledReport fill(const Document &statistic, Connection &connection, const Crite
     return fill(narrowed, connection, values);
 }
 
-void showDocument(const QString &name, Connection &connection, const QString &number, QWidget *parent)
+void showDocument(const Document &document, Connection &connection, const QString &number, QWidget *parent)
 {
-    const FilledReport filled = fill(document(name), connection, number);
+    const FilledReport filled = fill(document, connection, number);
     for (const QString &message : filled.messages)
         dialogs().message(parent, message, QStringLiteral("系统提示"), MessageIcon::Critical);
     filled.report->show(parent);
 }
 
-void printRecord(const QString &name, const QString &number, QWidget *parent, const QString &withoutNumber)
+void printRecord(const Document &document, const QString &number, QWidget *parent, const QString &withoutNumber)
 {
     try {
-        if (number.trimmed().isEmpty() && !document(name).record.printsWithout)
-            dialogs().message(parent, withoutNumber, QStringLiteral("系统提示"), MessageIcon::Critical);
+        if (number.trimmed().isEmpty() && !document.record.printsWithout)
+            dialogs().message(parent, withoutNumber.isEmpty() ? noRecord : withoutNumber, QStringLiteral("系统提示"),
+                              MessageIcon::Critical);
         else
-            showDocument(name, *gConn, number.trimmed(), parent);
+            showDocument(document, *gConn, number.trimmed(), parent);
     } catch (const DataError &error) {
         const bool nothing = error.number() == nothingToPrint;
         dialogs().message(parent, error.text(), nothing ? QStringLiteral("系统提示") : QString(),
                           nothing ? MessageIcon::Critical : MessageIcon::None);
     }
+}
+
+void printRecord(const QString &name, const QString &number, QWidget *parent, const QString &withoutNumber)
+{
+    printRecord(document(name), number, parent, withoutNumber);
 }
 
 QStringList choicesOf(const QString &record)
@@ -205,7 +212,7 @@ void printChoice(const QString &record, const QString &choice, const QString &nu
         // A record that is missing is told whatever is chosen.
         const bool isChosen = one.choice == choice || (number.trimmed().isEmpty() && !one.record.printsWithout);
         if (one.record.name == record && isChosen) {
-            printRecord(one.name, number, parent);
+            printRecord(one, number, parent);
             return;
         }
     }

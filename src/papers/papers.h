@@ -139,12 +139,13 @@ FilledReport fill(const Document &statistic, Connection &connection, const Crite
 
 // Fills the document's report, tells what is to be told, shows it, and returns when the preview closes. Throws
 // DataError as fill() does; nothing is shown then.
-void showDocument(const QString &name, Connection &connection, const QString &number, QWidget *parent);
+void showDocument(const Document &document, Connection &connection, const QString &number, QWidget *parent);
 
-// What the print button of a form does: the document of the record that is shown. Without a number it says so; what
-// goes wrong is told.
-void printRecord(const QString &name, const QString &number, QWidget *parent,
-                 const QString &withoutNumber = QStringLiteral("没有当前记录，不能打印！"));
+// What the print button of a form does: the document of the record that is shown. Without a number it says so, in the
+// words of withoutNumber where there are any; what goes wrong is told.
+void printRecord(const Document &document, const QString &number, QWidget *parent, const QString &withoutNumber = {});
+// The same for the document of that name. Throws DataError when there is none.
+void printRecord(const QString &name, const QString &number, QWidget *parent, const QString &withoutNumber = {});
 
 // What the documents of a kind of record (DocumentRecord::name) are chosen by, in their order.
 QStringList choicesOf(const QString &record);

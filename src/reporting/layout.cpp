@@ -93,6 +93,8 @@ Layout::Layout(std::shared_ptr<const ReportTemplate> report, std::unique_ptr<Row
     }
     m_pageHeader = bandOf(SectionKind::PageHeader, 0);
     m_detail = bandOf(SectionKind::Detail, 0);
+    if (m_detail.section && !paper.dataOnly)
+        m_context->closing = closingLine(*m_detail.section);
     m_pageFooter = bandOf(SectionKind::PageFooter, 0);
     m_footerShowsRows =
         !m_rule.columns.isEmpty() || std::any_of(m_pageFooter.sources.cbegin(), m_pageFooter.sources.cend(),
@@ -271,9 +273,13 @@ void Layout::place(const Band &band, int behind)
         breakBefore(band);
         prepare(band);
     }
-    m_lastRow = {};
-    if (&band == &m_detail && m_lastBand == &m_detail) // not the one that its group's heads stand over
-        m_lastRow = {m_page->items.size(), m_page->characters.size(), m_page->overflows.size(), m_y};
+    // Heads go where their first row goes, but no page is left with nothing else.
+    if (!m_lastBand || m_lastBand->section->kind != SectionKind::GroupHeader)
+        m_begin = m_empty ? LastRow()
+                          : LastRow{m_page->items.size(), m_page->characters.size(), m_page->overflows.size(), m_y,
+                                    m_lastBand};
+    m_lastRow = &band == &m_detail ? m_begin : LastRow();
+    m_lastRow.height = m_height;
     m_lastBand = &band;
     if (!m_growth.isEmpty() && m_y + m_height > footerTop())
         return placeDivided(band);
@@ -287,7 +293,7 @@ void Layout::place(const Band &band, int behind)
 void Layout::breakBefore(const Band &band)
 {
     const int need = m_height;
-    int together = m_y - m_lastRow.y + need;
+    int together = m_lastRow.height + need;
     for (const Band &header : std::as_const(m_headers))
         together += header.height();
     const bool takesRow = band.section->kind == SectionKind::GroupFooter && m_lastRow.items >= 0 &&
@@ -300,6 +306,8 @@ void Layout::breakBefore(const Band &band)
     m_page->characters.truncate(m_lastRow.characters);
     m_page->overflows.resize(m_lastRow.overflows);
     m_placedRow.swap(m_rowBefore);
+    m_y = m_lastRow.y;
+    m_lastBand = m_lastRow.above;
     finishPage();
     m_placedRow.swap(m_rowBefore);
     const int open = std::exchange(m_openGroups, static_cast<int>(m_headers.size()));
@@ -358,6 +366,11 @@ void Layout::startPage(int need)
 
 void Layout::finishPage()
 {
+    if (m_lastBand == &m_detail && m_context->closing) {
+        const ReportObject &line = *m_context->closing;
+        const int left = m_context->report->leftMargin + m_context->paper.shift;
+        m_page->append({&line, SectionKind::Detail, left + line.x1, m_y, left + line.x2, m_y}, {}, false);
+    }
     // the last row of this page, not the one for which there was no room
     if (!m_placedRow.isEmpty())
         m_row.swap(m_placedRow);

@@ -95,10 +95,13 @@ private:
         QVector<Source> sources; // of each object
         int height() const { return section ? section->height : 0; }
     };
-    // Where the last row stands on the page, if nothing stands below it and another row above.
+    // Where the last row begins on the page, with the heads directly above it, if nothing stands below it and something
+    // else above.
     struct LastRow {
         qsizetype items = -1, characters = 0, overflows = 0;
         int y = 0;
+        const Band *above = nullptr; // what then is the last on the page
+        int height = 0;              // of the row alone
     };
     struct Summing {
         const ReportObject *object;
@@ -145,7 +148,7 @@ private:
     Growth m_growth;
     int m_height = 0, m_reach = 0; // of the band, and what of it needs room on the page
 
-    LastRow m_lastRow;
+    LastRow m_lastRow, m_begin;       // m_begin: of the band last placed, a row or not
     const Band *m_lastBand = nullptr; // placed on the page
     std::deque<PagePtr> m_ready;
     std::shared_ptr<Page> m_page;

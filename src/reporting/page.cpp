@@ -97,4 +97,28 @@ QString wordsFor(const Overflow &overflow)
         .arg(overflow.object, text.size() > shown ? text.left(shown) + u'…' : text);
 }
 
+std::optional<ReportObject> closingLine(const Section &row)
+{
+    std::optional<ReportObject> closing;
+    for (const ReportObject &wall : row.objects) {
+        if (wall.kind != ObjectKind::Line || wall.x1 != wall.x2 || qMax(wall.y1, wall.y2) < row.height)
+            continue;
+        if (!closing) {
+            closing = wall;
+            closing->name.clear();
+            closing->y1 = closing->y2 = row.height;
+        }
+        closing->x1 = qMin(closing->x1, wall.x1);
+        closing->x2 = qMax(closing->x2, wall.x1);
+        closing->weight = qMax(closing->weight, wall.weight);
+    }
+    if (!closing || closing->x1 == closing->x2)
+        return {};
+    for (const ReportObject &line : row.objects)
+        if (line.kind == ObjectKind::Line && line.y1 == row.height && line.y2 == row.height &&
+            qMin(line.x1, line.x2) <= closing->x1 && qMax(line.x1, line.x2) >= closing->x2)
+            return {};
+    return closing;
+}
+
 } // namespace tradewick

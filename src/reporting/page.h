@@ -12,6 +12,7 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 
 namespace tradewick
 {
@@ -36,12 +37,17 @@ Paper paperFor(const ReportTemplate &report, int width, int height, bool fit);
 // Whether a template's objects fit across a paper without being drawn smaller.
 bool fitsAcross(const ReportTemplate &report, int width, int height);
 
+// The line that closes a table where a page ends behind one of its rows: along the bottom of the row, between the outer
+// of the upright lines that go on into the next row. None for rows without such lines, and none where each row has it.
+std::optional<ReportObject> closingLine(const Section &row);
+
 // What all pages of one run share.
 struct PageContext {
     std::shared_ptr<const ReportTemplate> report;
     Paper paper;
-    QVector<const TextFont *> fonts; // by the template's font indexes
-    QString pageTotal;               // empty until the last page is laid out
+    QVector<const TextFont *> fonts;     // by the template's font indexes
+    QString pageTotal;                   // empty until the last page is laid out
+    std::optional<ReportObject> closing; // of the detail
 };
 
 // One thing on a page. What it looks like stands in its template object: kind, font, align, colours, format, weight.

@@ -30,8 +30,8 @@ TEST(Verify, NamesWhatDoesNotFitTogether)
         {"delete from yy_bzdj where cpbh = 'JM-1001'",
          {"yy_bzdj_b: no row of yy_bzdj for 3 line(s) of cpbh \"JM-1001\""}},
         {"insert into qb_pass (name) values ('Anna'), ('anna '), ('')", {"qb_pass: 2 rows of name \"Anna\""}},
-        {"insert into cy_pcd_rpt (pcdh) values ('PC0001'), ('PC0002'), ('PC0001'), ('pc0001'), (null), (null)",
-         {"cy_pcd_rpt: 3 rows of pcdh \"PC0001\""}},
+        {"insert into cy_pcd_rpt (pcdh) values ('PC0901'), ('PC0902'), ('PC0901'), ('pc0901'), (null), (null)",
+         {"cy_pcd_rpt: 3 rows of pcdh \"PC0901\""}},
         // A lot of which 11 are issued and 2 are back, as the forms count them.
         {"insert into cy_hxd_wgj_ld (start, endh, gl_fenshu, yy_fenshu, sy_fenshu, hs_fenshu) values"
          " ('ABC000100', 'ABC000199', 100, 11, 89, 2);"

@@ -1,5 +1,6 @@
 // The detail sheet by its controls: what a contract, a credit and a supplier fill in, packing, copies, the way back.
 #include "documents/documents.h"
+#include "reporting/report.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -249,12 +250,17 @@ TEST_F(DetailSheet, CancelGoesBackToWhereAddBeganWithoutItsGoods)
     drive.click("Cmdcancel");
     EXPECT_EQ(stored(number), 0);
     EXPECT_EQ(drive.text(key), "FP2");
-    run("delete from yy_mxb_h where fpbh='FP2'");
-    form->refresh();
-    drive.click("cmdmd");
-    drive.click("Cmdedit");
-    drive.click("Cmdcancel");
-    EXPECT_EQ(drive.text(key), "FP1") << "the record is gone: the first";
+    // It counts for that Add alone, whether cancelled or stored.
+    for (const bool stores : {false, true}) {
+        drive.click("cmdmd");
+        if (stores) {
+            drive.click("Cmdadd");
+            drive.click("CmdOK");
+        }
+        drive.click("Cmdedit");
+        drive.click("Cmdcancel");
+        EXPECT_EQ(drive.text(key), "FP1");
+    }
     // In Edit what is stored stays.
     drive.click("Cmdedit");
     drive.choose("Combo1(0)", "X260800002");
@@ -400,6 +406,7 @@ TEST_F(DetailSheet, TheDocumentToPrintIsChosen)
         drive.type("Com_Print", nothing);
         drive.click("Cmdprint");
         EXPECT_EQ(dialogs.shown, QVector<Shown>()) << nothing;
+        EXPECT_EQ(drive.focused(), "Com_Print");
     }
     for (const bool overlay : {true, false}) {
         dialogs.answer = overlay;
@@ -409,6 +416,55 @@ TEST_F(DetailSheet, TheDocumentToPrintIsChosen)
                   (QVector<Shown>{{"是否套打？否，则正常打印。", "系统提示", MessageIcon::Information},
                                   {"没有当前记录，不能打印！", "系统提示", MessageIcon::Critical}}));
     }
+}
+
+TEST_F(DetailSheet, TheMailingCertificateIsPrintedAsItWasEdited)
+{
+    addSheet(sheet, "");
+    run("update yy_mxb_h set gsmc=' 泉岭 ', e_gsmc='QUANLING'");
+    const std::map<QString, QString> own{
+        {"Text2", "CERTIFICATE"},
+        {"Text1", "WE HEREBY CERTIFY THAT ONE SET OF ORIGINAL SHIPPING DUCUMENTS INCLUDING 1/3 ORIGINAL B/L HAS BEEN "
+                  "AIRMAILED TP APPLICANT BY EMS WITHIN TWO DAYS AFTER B/L DATE ADN SHIPPING ADVICE HAS BEEN PREFORMED "
+                  "BY FACSIMILE TO APPLICATE WITHIN TWO DAYS AFTER B/L DATE."},
+        {"Text3", "THANKS FOR YOUR KIND COOPERATION ,REGARDS."}};
+    std::map<QString, QString> printed;
+    setReportViewer([&](Report &report, QWidget *) {
+        printed.clear();
+        for (const char *label : {"L_TItLE", "L_nR", "L_LUOKUAN", "L_FpBh", "L_DjRq", "L_EGSMC2", "L_gSMC2"})
+            printed[label] = report.label(label);
+    });
+    const FormDriver drive = open();
+    for (const bool edits : {true, false}) { // the second time nothing is left of the first
+        drive.type("Com_Print", "寄单证明");
+        drive.click("Cmdprint");
+        auto *editor = form->findChild<QDialog *>("YY_JdZm_rpt");
+        ASSERT_NE(editor, nullptr);
+        EXPECT_EQ(editor->windowTitle(), "寄单证明编辑器");
+        const FormDriver write(*editor);
+        for (const auto &[field, text] : own) {
+            EXPECT_EQ(write.text(field), text);
+            QTest::keyClicks(write.control(field), "locked");
+            EXPECT_EQ(write.text(field), text);
+        }
+        if (edits) {
+            write.click("Cmdedit");
+            for (const auto &[field, text] : own)
+                write.type(field, "other " + field);
+        }
+        write.click("CmdPrn");
+        EXPECT_EQ(printed["L_TItLE"], edits ? "other Text2" : own.at("Text2"));
+        EXPECT_EQ(printed["L_nR"], edits ? "other Text1" : own.at("Text1"));
+        EXPECT_EQ(printed["L_LUOKUAN"], edits ? "other Text3" : own.at("Text3"));
+        EXPECT_EQ(printed["L_FpBh"], QString("Invoice No.") + sheet);
+        EXPECT_EQ(printed["L_DjRq"], "Date:1999-01-02");
+        EXPECT_EQ(printed["L_EGSMC2"], "泉岭");
+        EXPECT_EQ(printed["L_gSMC2"], "QUANLING");
+        write.click("CmdExt");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    setReportViewer({});
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
 }
 
 } // namespace tradewick

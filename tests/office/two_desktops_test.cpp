@@ -1,8 +1,10 @@
 // Two desktops at one database: what one stored meanwhile is never overwritten unasked, in any form, and nothing that
 // was typed is lost.
 #include "contracts/contracts.h"
+#include "documents/documents.h"
 #include "masterdata/masterdata.h"
 #include "shell/users.h"
+#include "shipping/shipping.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -32,15 +34,30 @@ protected:
             return ConflictAnswer(qMax<qsizetype>(question.fields.size(), 1), typed);
         };
     }
-    QStringList contractLine(const QString &column, const QString &contract = "X260800001")
+};
+
+// The documents whose lines two desktops may have before them at once.
+struct WithLines {
+    RecordFormSpec (*form)();
+    QString key, heads, lines;
+    const char *typed; // the column of the lines that this desktop types into; the other's is the colour
+    Qt::Key page;      // of the lines, with Alt
+    QString number;    // of the record that the form begins with
+
+    // A column of the lines of one document.
+    QStringList texts(TestDatabase &database, const QString &column, const QString &of) const
     {
         QStringList texts;
-        for (const Row &row :
-             database.connection().rows("select * from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}}))
+        const QString statement = "select * from " + lines + " where " + key + "='{k}'";
+        for (const Row &row : database.connection().rows(statement, {{"k", of}}))
             texts.append(row[column].toString());
         return texts;
     }
+    QStringList texts(TestDatabase &database, const QString &column) const { return texts(database, column, number); }
 };
+const WithLines contract{YY_WXHT, "htbh", "yy_gw_wxht_h", "yy_gw_wxht_b", "beizhu", Qt::Key_1, "X260800001"};
+const WithLines documents[] = {contract,
+                               {YY_DZ_MXB, "fpbh", "yy_mxb_h", "yy_mxb_b", "shuming", Qt::Key_2, "FP260900001"}};
 
 } // namespace
 
@@ -48,17 +65,21 @@ protected:
 TEST_F(TwoDesktops, EveryFormAsksBeforeItWritesOverAnother)
 {
     const struct {
-        std::function<std::unique_ptr<RecordForm>()> open;
+        RecordFormSpec (*form)();
         QString table, key, control, typed, changed; // the columns that this and the other desktop change
     } cases[] = {
-        {[] { return std::make_unique<RecordForm>(sys_bzsz()); }, "sys_bzsz", "bzbh", "Text(2)", "bzcode", "bizh"},
-        {[] { return std::make_unique<RecordForm>(YY_GWKH_ZL()); }, "yy_gwkh_zl", "khbh", "Text1(9)", "ywmc", "khmc"},
-        {[] { return std::make_unique<RecordForm>(yy_cpbj()); }, "yy_bzdj", "cpbh", "Text(3)", "beizhu", "bacp"},
-        {[] { return std::make_unique<RecordForm>(YY_WXHT()); }, "yy_gw_wxht_h", "htbh", "Text1(1)", "gb", "qydz"},
+        {sys_bzsz, "sys_bzsz", "bzbh", "Text(2)", "bzcode", "bizh"},
+        {YY_GWKH_ZL, "yy_gwkh_zl", "khbh", "Text1(9)", "ywmc", "khmc"},
+        {yy_cpbj, "yy_bzdj", "cpbh", "Text(3)", "beizhu", "bacp"},
+        {YY_WXHT, "yy_gw_wxht_h", "htbh", "Text1(1)", "gb", "qydz"},
+        {YY_DZ_MXB, "yy_mxb_h", "fpbh", "Text1(1)", "djbh", "zygk"},
+        {CY_Pcd_Djb, "cy_pcd_rpt", "pcdh", "Text(8)", "zgdz", "beizhu"},
+        {CY_Dcd_Rpt, "cy_dcd_djb_h", "dcdh", "Text(8)", "mdgk", "shr"},
+        {cy_HYtD_DjB, "cy_hytd_djb_h", "tdhm", "Text(10)", "mdgk", "shr"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.table.toStdString());
-        const auto form = c.open();
+        const auto form = std::make_unique<RecordForm>(c.form());
         const FormDriver drive(*form);
         const QString key = form->records().Fields(c.key).text();
         const auto stored = [&](const QString &column) {
@@ -137,54 +158,64 @@ TEST_F(TwoDesktops, ComparesToTheLetter)
 
 TEST_F(TwoDesktops, LinesOfADocumentAreAskedForToo)
 {
-    RecordForm form(YY_WXHT());
-    const FormDriver drive(form);
-    auto *lines = drive.find<Grid>("TDBGrid1");
-    drive.click("Cmdedit");
-    drive.typeCell(lines, 0, "beizhu", "mine");
-    drive.typeCell(lines, 1, "beizhu", "mine too");
-    const QStringList colours = contractLine("yanse");
-    database.elsewhere("update yy_gw_wxht_b set yanse='red' where htbh='X260800001'");
-    drive.click("CmdOK"); // goes back
-    EXPECT_EQ(contractLine("beizhu").filter("mine"), QStringList());
-    EXPECT_TRUE(form.isBusy());
-    dialogs.settle = [](const ConflictQuestion &question) {
-        ConflictAnswer answer;
-        for (const ConflictField &field : question.fields)
-            answer.append(field.now == field.read);
-        return answer;
-    };
-    drive.click("CmdOK");
-    EXPECT_EQ(contractLine("beizhu").filter("mine"), QStringList({"mine", "mine too"}));
-    EXPECT_EQ(contractLine("yanse").count("red"), contractLine("yanse").size());
-    EXPECT_EQ(dialogs.conflicts.size(), 3);
-    EXPECT_FALSE(dialogs.conflicts[0].fields.isEmpty());
+    for (const WithLines &of : documents) {
+        SCOPED_TRACE(of.heads.toStdString());
+        RecordForm form(of.form());
+        const FormDriver drive(form);
+        auto *lines = drive.find<Grid>("TDBGrid1");
+        drive.click("Cmdedit");
+        QTest::keyClick(&form, of.page, Qt::AltModifier);
+        drive.typeCell(lines, 0, of.typed, "mine");
+        drive.typeCell(lines, 1, of.typed, "mine too");
+        database.elsewhere("update " + of.lines + " set yanse='red' where " + of.key + "='{k}'", {{"k", of.number}});
+        dialogs.conflicts.clear();
+        dialogs.settle = {};
+        drive.click("CmdOK"); // goes back
+        EXPECT_EQ(of.texts(database, of.typed).filter("mine"), QStringList());
+        EXPECT_TRUE(form.isBusy());
+        dialogs.settle = [](const ConflictQuestion &question) {
+            ConflictAnswer answer;
+            for (const ConflictField &field : question.fields)
+                answer.append(field.now == field.read);
+            return answer;
+        };
+        drive.click("CmdOK");
+        EXPECT_EQ(of.texts(database, of.typed).filter("mine"), QStringList({"mine", "mine too"}));
+        EXPECT_EQ(of.texts(database, "yanse").count("red"), of.texts(database, "yanse").size());
+        EXPECT_EQ(dialogs.conflicts.size(), 3);
+        EXPECT_FALSE(dialogs.conflicts[0].fields.isEmpty());
+    }
 }
 
 // Another desktop deleted the document whose lines are typed at this one.
 TEST_F(TwoDesktops, ADeletedDocumentIsStoredAnewOrGivenUp)
 {
-    for (const bool own : {true, false}) {
-        RecordForm form(YY_WXHT());
-        const FormDriver drive(form);
-        const QString contract = form.records().Fields("htbh").text();
-        const qsizetype before = contractLine("beizhu", contract).size();
-        auto *lines = drive.find<Grid>("TDBGrid1");
-        drive.click("Cmdedit");
-        const QString typed = own ? "mine" : "given up";
-        drive.typeCell(lines, 0, "beizhu", typed);
-        database.elsewhere("delete from yy_gw_wxht_b where htbh='{h}'", {{"h", contract}});
-        database.elsewhere("delete from yy_gw_wxht_h where htbh='{h}'", {{"h", contract}});
-        dialogs.conflicts.clear();
-        answerAll(own);
-        drive.click("CmdOK");
-        ASSERT_FALSE(dialogs.conflicts.isEmpty());
-        EXPECT_EQ(dialogs.conflicts[0].kind, ConflictQuestion::Gone);
-        EXPECT_EQ(contractLine("beizhu", contract).size(), own ? before : 0);
-        EXPECT_EQ(contractLine("beizhu", contract).count(typed), own ? 1 : 0);
-        EXPECT_EQ(database.value("select count(*) from yy_gw_wxht_h where htbh='{h}'", {{"h", contract}}), own ? 1 : 0);
-        EXPECT_FALSE(form.isBusy());
-    }
+    for (const WithLines &of : documents)
+        for (const bool own : {true, false}) {
+            SCOPED_TRACE(of.heads.toStdString());
+            RecordForm form(of.form());
+            const FormDriver drive(form);
+            const QString number = form.records().Fields(of.key).text();
+            const qsizetype before = of.texts(database, of.typed, number).size();
+            auto *lines = drive.find<Grid>("TDBGrid1");
+            drive.click("Cmdedit");
+            QTest::keyClick(&form, of.page, Qt::AltModifier);
+            const QString typed = own ? "mine" : "given up";
+            drive.typeCell(lines, 0, of.typed, typed);
+            for (const QString &table : {of.lines, of.heads})
+                database.elsewhere("delete from " + table + " where " + of.key + "='{k}'", {{"k", number}});
+            dialogs.conflicts.clear();
+            answerAll(own);
+            drive.click("CmdOK");
+            ASSERT_FALSE(dialogs.conflicts.isEmpty());
+            EXPECT_EQ(dialogs.conflicts[0].kind, ConflictQuestion::Gone);
+            EXPECT_EQ(of.texts(database, of.typed, number).size(), own ? before : 0);
+            EXPECT_EQ(of.texts(database, of.typed, number).count(typed), own ? 1 : 0);
+            EXPECT_EQ(
+                database.value("select count(*) from " + of.heads + " where " + of.key + "='{k}'", {{"k", number}}),
+                own ? 1 : 0);
+            EXPECT_FALSE(form.isBusy());
+        }
 }
 
 TEST_F(TwoDesktops, DeletingWhatAnotherChangedIsAskedAgain)
@@ -209,7 +240,7 @@ TEST_F(TwoDesktops, DeletingWhatAnotherChangedIsAskedAgain)
 // A new contract that bears a stored one's number by mistake: what is typed there never ends in the stored one.
 TEST_F(TwoDesktops, LinesTypedUnderAnotherContractsNumberLeaveItAlone)
 {
-    const QStringList before = contractLine("beizhu");
+    const QStringList before = contract.texts(database, "beizhu");
     RecordForm form(YY_WXHT());
     const FormDriver drive(form);
     auto *lines = drive.find<Grid>("TDBGrid1");
@@ -218,13 +249,13 @@ TEST_F(TwoDesktops, LinesTypedUnderAnotherContractsNumberLeaveItAlone)
     drive.typeCell(lines, 0, "beizhu", "new");
     drive.click("CmdOK");
     EXPECT_TRUE(dialogs.take().text.contains("编号重复"));
-    EXPECT_EQ(contractLine("beizhu"), before);
+    EXPECT_EQ(contract.texts(database, "beizhu"), before);
     drive.click("Cmdedit");
     drive.type("Text1(0)", "X260899999");
     drive.click("CmdOK");
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
-    EXPECT_EQ(contractLine("beizhu"), before);
-    EXPECT_EQ(contractLine("beizhu", "X260899999"), QStringList{"new"});
+    EXPECT_EQ(contract.texts(database, "beizhu"), before);
+    EXPECT_EQ(contract.texts(database, "beizhu", "X260899999"), QStringList{"new"});
 }
 
 TEST(ConflictDialog, IsAnsweredByKeyboard)

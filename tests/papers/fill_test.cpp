@@ -152,10 +152,10 @@ TEST_F(Fill, AMessageComesBeforeTheReportAndAWrongLabelInsteadOfIt)
         told = dialogs.shown;
         shown.append(of.name() + ' ' + of.DataControl1.values["htbh"].toString());
     });
-    showDocument("形式发票2", database.connection(), "X1", nullptr);
+    showDocument(document("形式发票2"), database.connection(), "X1", nullptr);
     EXPECT_EQ(told, (QVector<Shown>{{tooLong, "系统提示", MessageIcon::Critical}}));
     EXPECT_EQ(shown, QStringList{"yy_XsFp_dJRPT X1"});
-    EXPECT_THROW(showDocument("形式发票3", database.connection(), "X1", nullptr), DataError);
+    EXPECT_THROW(showDocument(document("形式发票3"), database.connection(), "X1", nullptr), DataError);
     Document wrong = document("形式发票");
     wrong.labels.append(DocumentLabel{"L_None", "text"});
     EXPECT_THROW(fill(wrong, database.connection(), "X1"), DataError);

@@ -238,7 +238,7 @@ TEST(Layout, FormsThatFillTheirSheetStayOnePage)
 TEST(Layout, TotalsGoOnWithTheLastRowUnderTheHeads)
 {
     const QString bands =
-        "<groupHeader level='1' height='400'><label name='G' left='0' top='0' width='900' "
+        "<groupHeader level='1' height='400' groupField='%4'><label name='G' left='0' top='0' width='900' "
         "height='300'>cols</label></groupHeader><detail height='%1'><field name='D' left='0' top='0' "
         "width='900' height='300' dataField='name'/></detail><groupFooter level='1' height='%2'><label "
         "name='S' left='0' top='%3' width='900' height='300'>sum</label></groupFooter><pageFooter "
@@ -247,14 +247,37 @@ TEST(Layout, TotalsGoOnWithTheLastRowUnderTheHeads)
     const struct {
         int row, total;
         QStringList rows;
-        const char *pages;
-    } cases[] = {{5000, 3000, {"a", "b", "c"}, "cols a b b | cols c sum c"},
-                 {5000, 500, {"a", "b", "c"}, "cols a b c sum c"},
-                 {9000, 8000, {"a"}, "cols a a | sum a"},                 // the only row stays with its heads
-                 {5000, 12000, {"a", "b", "c"}, "cols a b c c | sum c"}}; // no room for both
+        const char *pages, *group;
+    } cases[] = {{5000, 3000, {"a", "b", "c"}, "cols a b b | cols c sum c", ""},
+                 {5000, 500, {"a", "b", "c"}, "cols a b c sum c", ""},
+                 {9000, 8000, {"a"}, "cols a a | sum a", ""},                      // the only row stays with its heads
+                 {5000, 12000, {"a", "b", "c"}, "cols a b c c | sum c", ""},       // no room for both
+                 {5000, 3000, {"a", "b"}, "cols a sum a | cols b sum b", "name"}}; // the heads of a group go along
     for (const auto &of : cases)
-        EXPECT_EQ(joined(layOut(templateOf(bands.arg(of.row).arg(of.total).arg(of.total - 300)), named(of.rows))),
+        EXPECT_EQ(joined(layOut(templateOf(bands.arg(of.row).arg(of.total).arg(of.total - 300).arg(of.group)),
+                                named(of.rows))),
                   of.pages);
+}
+
+TEST(Layout, ATableIsClosedWhereAPageEndsBehindOneOfItsRows)
+{
+    const auto report = templateOf(
+        "<groupHeader level='1' height='0'/><detail height='4000'><line name='A' x1='100' y1='0' x2='100' y2='4000' "
+        "weight='3'/><line name='B' x1='900' y1='0' x2='900' y2='4000'/><line name='C' x1='1200' y1='0' x2='1200' "
+        "y2='3000'/></detail><groupFooter level='1' height='3000'><label name='S' left='0' top='0' width='900' "
+        "height='3000'>sum</label></groupFooter>");
+    const auto pages = layOut(report, named({"a", "b", "c", "d"}));
+    ASSERT_EQ(pages.size(), 2);
+    QVector<PageItem> closing;
+    for (const PageItem &item : pages[0]->items + pages[1]->items)
+        if (item.y1 == item.y2)
+            closing.append(item);
+    ASSERT_EQ(closing.size(), 1) << "not above the total";
+    const int walls = pages[0]->items.first().x1;
+    EXPECT_EQ(closing[0].x1, walls);
+    EXPECT_EQ(closing[0].x2, walls + 800);
+    EXPECT_EQ(closing[0].y1, pages[0]->items.first().y1 + 3 * 4000);
+    EXPECT_EQ(closing[0].object->weight, 3);
 }
 
 TEST(Layout, BandsGrowForTheirTextsAndMoveWhatStandsBelow)
