@@ -271,8 +271,11 @@ void FieldPanel::show(const FieldSpec &field)
 {
     const QScopedValueRollback showing(m_showing, true);
     const bool hasValue = !m_records.BOF() && !m_records.EOF_() && !m_isUnread;
-    const QString text = hasValue ? m_records.Fields(field.column).text() : QString();
     FieldControl &shown = control(field.name);
+    // A date that is being typed stays as it is typed: its first digits may be one already.
+    if (m_writing == &field && hasValue && m_records.Fields(field.column).value().toString() == shown.text())
+        return;
+    const QString text = hasValue ? m_records.Fields(field.column).text() : QString();
     // A combo box is told even of the same text: what it held before is no choice of this record's.
     if (text != shown.text() || (shown.combo() && m_writing != &field))
         shown.setText(text);
