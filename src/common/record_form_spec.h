@@ -229,7 +229,8 @@ struct LinesSpec {
     QVector<Preset> starts{}; // of a new line
     bool startsNeedKey = false;
     LookupSpec lookup{};
-    int page = -1; // of the tabs, that holds them; -1: below the fields
+    int page = -1;               // of the tabs, that holds them; -1: below the fields
+    bool followsChoices = false; // each choice in a combo box reads them again, unless some wait to be stored
 };
 
 // ---- the list of records ----

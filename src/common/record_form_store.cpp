@@ -13,10 +13,10 @@ namespace tradewick
 
 // ---- Add and Edit ----
 
-QString RecordForm::proposedKey()
+QString RecordForm::proposedKey(const QStringList &passedOver)
 {
     const int column = records().columnIndex(m_panel->field(keyField()).column);
-    QStringList waiting;
+    QStringList waiting = passedOver;
     for (const int row : records().waitingRows())
         if (records().keyAt(row) != m_added) // the record that the number is for
             waiting.append(records().valueAt(row, column).toString());
@@ -131,6 +131,7 @@ void RecordForm::save()
                                      m_panel->lock(false);
                                  };
                                  try {
+                                     takeFreeNumber();
                                      if (!storeWaiting())
                                          back();
                                  } catch (const DataError &error) {

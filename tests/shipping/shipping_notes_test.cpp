@@ -121,6 +121,55 @@ TEST_F(ShippingNotes, ABookingTakesCompanyGoodsAndLine)
     EXPECT_EQ(lineCount("cy_dcd_djb_b"), 2);
 }
 
+// Two desktops are offered one number, which neither clerk sees.
+TEST_F(ShippingNotes, ANoteWhoseNumberAnotherDesktopTookGoesOnUnderTheNext)
+{
+    const QString number = "DC" + thisMonth() + "0000%1";
+    for (const bool stored : {true, false}) { // the other's record, or only its goods
+        const FormDriver drive = open(CY_Dcd_Rpt());
+        drive.click("Cmdadd");
+        const QString offered = drive.text("Text(0)"), next = number.arg(stored ? 2 : 4);
+        ASSERT_EQ(offered, number.arg(stored ? 1 : 3));
+        if (stored)
+            insert("cy_dcd_djb_h", {{"dcdh", offered}, {"djrq", QDate::currentDate()}});
+        insert("cy_dcd_djb_b", {{"dcdh", offered}, {"fpbh", "X"}});
+        drive.choose("Combo1(0)", "甲");
+        drive.choose("Combo1(1)", stored ? "F1" : "F2");
+        EXPECT_EQ(drive.text("Text(0)"), next);
+        EXPECT_EQ(drive.text("Text(22)"), next);
+        drive.click("CmdOK");
+        EXPECT_EQ(dialogs.shown, QVector<Shown>());
+        EXPECT_EQ(row("select fpbh from cy_dcd_djb_b where dcdh='" + offered + "'"), "X");
+        EXPECT_EQ(row("select DISTINCT fpbh from cy_dcd_djb_b where dcdh='" + next + "'"), stored ? "F1" : "F2");
+    }
+    // A line typed by hand goes along at OK; the carrier's number stays as it was typed over.
+    const FormDriver drive = open(CY_Dcd_Rpt());
+    drive.click("Cmdadd");
+    drive.type("Text(22)", "SZX 7");
+    drive.typeCell(drive.find<Grid>("TDBGrid1"), 0, "gfh", "SEAL");
+    insert("cy_dcd_djb_h", {{"dcdh", drive.text("Text(0)")}, {"djrq", QDate::currentDate()}});
+    drive.click("CmdOK");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
+    EXPECT_EQ(row("select h.dcdh,h.cw_dcdh,gfh,b.dcdh from cy_dcd_djb_h h,cy_dcd_djb_b b where b.dcdh=h.dcdh and "
+                  "gfh='SEAL'"),
+              QString("%1|SZX 7|SEAL|%1").arg(number.arg(6)));
+}
+
+TEST_F(ShippingNotes, EveryChoiceOfABookingReadsItsGoodsAgain)
+{
+    const QString booked = book();
+    const FormDriver drive = open(CY_Dcd_Rpt());
+    const auto lines = [&] { return drive.find<Grid>("TDBGrid1")->model()->rowCount(); };
+    drive.click("Cmdedit");
+    const int before = lines();
+    insert("cy_dcd_djb_b", {{"dcdh", booked}, {"fpbh", "F1"}});
+    drive.choose("Combo1(3)", "是");
+    EXPECT_EQ(lines(), before + 1);
+    drive.typeCell(drive.find<Grid>("TDBGrid1"), 0, "gfh", "SEAL");
+    drive.choose("Combo1(4)", "否"); // what was typed is not read away
+    EXPECT_EQ(form->lines().valueAt(0, form->lines().columnIndex("gfh")).toString(), "SEAL");
+}
+
 TEST_F(ShippingNotes, ACompanyWithoutOpenInvoicesEndsTheAdd)
 {
     insert("cy_dcd_djb_b", {{"dcdh", "DC1"}, {"fpbh", "F1"}});
