@@ -2,6 +2,7 @@
 #include "shipping_form.h"
 
 #include <QAbstractItemView>
+#include <QLabel>
 #include <QSet>
 
 #include <map>
@@ -316,6 +317,42 @@ TEST_F(ShippingNotes, EveryChoicePrintsOnItsPaperAndLeavesWhatItDoesNotName)
     bills.click("Cmdprint");
     EXPECT_EQ(shown, QStringList());
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
+}
+
+// What the declarations of both say beside their fields.
+TEST_F(ShippingNotes, BothOpenOnTheirLastAndGoBackToIt)
+{
+    const struct {
+        RecordFormSpec spec;
+        const char *table, *key, *number, *choice;
+        bool missingMovesFocus;
+    } cases[] = {{CY_Dcd_Rpt(), "cy_dcd_djb_h", "dcdh", "Text(22)", "订舱打印选项", true},
+                 {cy_HYtD_DjB(), "cy_hytd_djb_h", "tdhm", "Text(11)", "提单打印选项", false}};
+    for (const auto &of : cases) {
+        for (const char *key : {"N1", "N2", "N3"})
+            insert(of.table, {{of.key, key}});
+        const FormDriver drive = open(of.spec);
+        EXPECT_EQ(drive.text("Text(0)"), "N3");
+        EXPECT_FALSE(drive.control("Text(0)")->isVisible());
+        QStringList captions;
+        for (const QLabel *label : form->findChildren<QLabel *>())
+            if (label->buddy() == drive.control("Combo2"))
+                captions.append(label->text());
+        EXPECT_EQ(captions, QStringList{of.choice});
+        drive.click("Cmdadd");
+        EXPECT_EQ(drive.focused(), of.number);
+        drive.type("Text(0)", "");
+        drive.control("Text(3)")->setFocus();
+        drive.click("CmdOK");
+        EXPECT_EQ(dialogs.take(), (Shown{"所有名称不能为空", "提示", MessageIcon::Exclamation}));
+        EXPECT_EQ(drive.focused(), of.missingMovesFocus ? of.number : "CmdOK");
+        drive.click("Cmdcancel");
+        EXPECT_EQ(drive.text("Text(0)"), "N1");
+        dialogs.answer = true;
+        drive.click("Cmddelete");
+        EXPECT_EQ(dialogs.take(), (Shown{"是否删除当前记录?", "系统提示", MessageIcon::Question}));
+        EXPECT_EQ(drive.text("Text(0)"), "N3");
+    }
 }
 
 } // namespace tradewick
