@@ -2,6 +2,7 @@
 // of either shows in the other. TRADEWICK_DECLARATIONS=FOLDER writes the program's own there: it is held against the
 // business's tables before it is kept.
 #include "papers/papers.h"
+#include "papers/report_table.h"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +37,8 @@ QStringList described()
             if (std::exchange(isFirst, false))
                 add({"record", name, record.key, record.rows, record.printsWithout ? "without a number" : ""});
             add({"document", one.name, one.choice.value_or("-"), one.report, one.totals, one.clause.flag,
-                 one.clause.label, one.logo, one.order, one.needed});
+                 one.clause.label, one.logo, one.order, one.needed,
+                 report(one.report).family().excelTool ? "" : "no workbook"});
             for (const DocumentLabel &label : one.labels) {
                 const QString *fixed = std::get_if<QString>(&label.text);
                 add({"label", label.name, fixed ? u'“' + *fixed + u'”' : QString()});
