@@ -3,6 +3,7 @@
 #include "common/combo_field.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
+#include "common/lines_first.h"
 #include "common/record_form.h"
 #include "common/record_list.h"
 #include "data/copies.h"
@@ -383,9 +384,8 @@ void RecordForm::takeFreeNumber()
     if (!m_panel->field(keyField()).hidden || !m_lines || !hasRecord() ||
         !records().isNew(records().absolutePosition()))
         return;
-    for (int row = 0; row < lines().RecordCount(); ++row)
-        if (!lines().isNew(row))
-            return;
+    if (storedLines(lines()) > 0)
+        return;
     const auto isFree = [this](const QString &number) {
         return !isStored(number) && !firstRow(m_spec.lines.statement, {{m_spec.lines.key, number}});
     };
@@ -405,7 +405,7 @@ void RecordForm::takeFreeNumber()
 bool RecordForm::tellTakenKey()
 {
     bool isTaken = false;
-    run(Failure::Report, {[&] { isTaken = m_lines && isKeyTaken(); }});
+    run(Failure::Report, {[&] { isTaken = m_lines && (isKeyTaken() || hasForeignLines(*this, text(keyField()))); }});
     if (!isTaken)
         return false;
     const FieldSpec &key = m_panel->field(keyField());
@@ -414,6 +414,21 @@ bool RecordForm::tellTakenKey()
                       systemTitle(), MessageIcon::Critical);
     focusFirst();
     return true;
+}
+
+// The lines that are shown go, one by one; not those of another document, whose number the clerk typed by mistake or
+// was offered as well.
+void RecordForm::dropLines()
+{
+    if (isKeyTaken() || hasForeignLines(*this, text(keyField())))
+        return;
+    store([this] {
+        m_lines->refresh();
+        while (lines().RecordCount() > 0) {
+            lines().MoveFirst();
+            lines().Delete();
+        }
+    });
 }
 
 bool RecordForm::missesRequiredField()

@@ -3,6 +3,7 @@
 #include "common/conflict_dialog.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
+#include "common/lines_first.h"
 #include "common/record_form.h"
 #include "common/record_list.h"
 
@@ -54,9 +55,13 @@ void RecordForm::add()
                                       };
                                       if (!number.isEmpty())
                                           take();
-                                      // Lines under a number just proposed are another desktop's, which was faster.
+                                      // Lines under a number just proposed are another desktop's, which was faster,
+                                      // or is at its Add still.
+                                      QStringList taken;
                                       while (!number.isEmpty() && m_lines && lines().RecordCount() > 0) {
-                                          const QString next = proposedKey();
+                                          if (storesLinesFirst(m_spec))
+                                              taken.append(number);
+                                          const QString next = proposedKey(taken);
                                           if (next == number)
                                               break;
                                           number = next;
@@ -353,20 +358,6 @@ void RecordForm::cancel()
              refill();
          }});
     recordMoved();
-}
-
-// The lines that are shown go, one by one; not those of another document, whose number the clerk typed by mistake.
-void RecordForm::dropLines()
-{
-    if (isKeyTaken())
-        return;
-    store([this] {
-        m_lines->refresh();
-        while (lines().RecordCount() > 0) {
-            lines().MoveFirst();
-            lines().Delete();
-        }
-    });
 }
 
 void RecordForm::deleteRecord()
