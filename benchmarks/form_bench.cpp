@@ -1,9 +1,12 @@
-// Opening the contract form over 100,000 contracts, its memory and its next record; the start of the program.
+// Opening the contract form over 100,000 contracts, its memory and its next record; a cell edit in a long detail sheet;
+// the start of the program.
 #include "form_bench.h"
 
 #include "common/globals.h"
+#include "common/grid.h"
 #include "contracts/contracts.h"
 #include "database/description.h"
+#include "documents/documents.h"
 #include "figures.h"
 
 #include <QAbstractButton>
@@ -11,10 +14,12 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLineEdit>
 #include <QProcess>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTextStream>
 
 #include <algorithm>
@@ -26,7 +31,7 @@ namespace tradewick
 namespace
 {
 
-constexpr int contracts = 100000, linesOfContract = 3, runs = 5;
+constexpr int contracts = 100000, linesOfContract = 3, linesOfSheet = 400, runs = 5;
 
 QString connectionString(const QString &path)
 {
@@ -185,6 +190,38 @@ Figure start(const QTemporaryDir &folder)
                 .arg(platform)};
 }
 
+// The number of packages typed into each line, from which weights, volume and the sums below the lines follow.
+Figure cellEdits()
+{
+    gConn->transaction([] {
+        gConn->Execute("insert into yy_mxb_h(fpbh,djrq) values('FP1','2026-03-05')");
+        for (int line = 0; line < linesOfSheet; ++line)
+            gConn->Execute(
+                "insert into yy_mxb_b(fpbh,cpbh,sl,dj,djz,dmz,djtj) values('FP1','P1',10,2.5,1.25,1.5,0.05)");
+    });
+    RecordForm form(YY_DZ_MXB());
+    form.resize(1366, 700);
+    form.show();
+    QApplication::processEvents();
+    form.findChild<QAbstractButton *>("Cmdedit")->click();
+    form.showLines();
+    auto *goods = form.findChild<Grid *>("TDBGrid1");
+    QVector<double> edits;
+    for (int line = 0; line < linesOfSheet; ++line) {
+        goods->editCell(line, "jianshu");
+        QLineEdit *editor = goods->cellEditor();
+        edits.append(milliseconds([&] {
+            editor->setText("7");
+            QTest::keyClick(editor, Qt::Key_Return);
+            QApplication::processEvents();
+        }));
+    }
+    return {"cell edit in a sheet of 400 lines, median / one frame of 16 ms", median(edits) / 16, 1,
+            QStringLiteral("edit %1 ms, zjz of the last line %2")
+                .arg(median(edits), 0, 'f', 2)
+                .arg(form.lines().valueAt(linesOfSheet - 1, form.lines().columnIndex("zjz")).toDouble())};
+}
+
 } // namespace
 
 Figure nextRecord(const QString &name)
@@ -224,7 +261,8 @@ QVector<Figure> formFigures()
     makeContracts(full, contracts);
     makeContracts(empty, 0);
     useDatabase(full);
-    return {opening(full), memory(full, empty), nextRecord("next record over 100,000 contracts"), start(folder)};
+    return {opening(full), memory(full, empty), nextRecord("next record over 100,000 contracts"), cellEdits(),
+            start(folder)};
 }
 
 } // namespace tradewick

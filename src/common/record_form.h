@@ -84,8 +84,8 @@ public:
     // false when the user goes back to what was typed.
     bool store(const std::function<void()> &work);
 
-    // The number that Add would give a new record now. Throws DataError.
-    QString proposedKey();
+    // The number that Add would give a new record now, were these numbers given too. Throws DataError.
+    QString proposedKey(const QStringList &passedOver = {});
     // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
     bool tellWaiting();
     // Goes to the first record whose column has the value, among all records where those that are shown have it not.
@@ -140,6 +140,7 @@ private:
     bool tellLost();
     void fieldTyped(const QString &field);
     void fieldChosen(const QString &field);
+    void fillFrom(const PickSpec &pick);
     void fieldEntered(const QString &field);
     void fieldLeft(const QString &field);
     bool passesWhenLeft(const QString &field);
@@ -162,6 +163,8 @@ private:
     void refill();
     QStringList firstColumn(const char *statement, const Values &values);
 
+    bool isStored(const QString &key);
+    void takeFreeNumber(); // throws DataError
     bool missesRequiredField();
     bool storeWaiting();            // gives false when the clerk goes back
     bool settle(Conflict conflict); // asks; gives whether to go on storing

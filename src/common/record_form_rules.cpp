@@ -3,6 +3,7 @@
 #include "common/combo_field.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
+#include "common/lines_first.h"
 #include "common/record_form.h"
 #include "common/record_list.h"
 #include "data/copies.h"
@@ -186,16 +187,26 @@ void RecordForm::fieldEntered(const QString &field)
 
 void RecordForm::fieldChosen(const QString &field)
 {
+    if (!isBusy() || !hasRecord())
+        return;
+    run(Failure::Report, {[this] { takeFreeNumber(); }});
     const auto pick = std::find_if(m_spec.picks.cbegin(), m_spec.picks.cend(),
                                    [&](const PickSpec &one) { return one.combo == field; });
-    if (pick == m_spec.picks.cend() || !isBusy() || !hasRecord())
-        return;
-    if (!pick->blank.isEmpty() && text(field).trimmed().isEmpty()) {
-        dialogs().message(this, pick->blank, systemTitle(), MessageIcon::Critical);
+    if (pick != m_spec.picks.cend())
+        fillFrom(*pick);
+    if (m_spec.lines.followsChoices && !lines().hasPendingChanges())
+        run(Failure::Report, {[this] { refreshLines(); }});
+}
+
+void RecordForm::fillFrom(const PickSpec &pick)
+{
+    const QString &field = pick.combo;
+    if (!pick.blank.isEmpty() && text(field).trimmed().isEmpty()) {
+        dialogs().message(this, pick.blank, systemTitle(), MessageIcon::Critical);
         cancel();
         return;
     }
-    const bool writes = std::any_of(pick->steps.cbegin(), pick->steps.cend(),
+    const bool writes = std::any_of(pick.steps.cbegin(), pick.steps.cend(),
                                     [](const PickStep &step) { return step.clear || step.insert; });
     if (writes && tellTakenKey()) {
         m_panel->control(field).combo()->forgetChoice();
@@ -245,7 +256,7 @@ void RecordForm::fieldChosen(const QString &field)
         return true;
     };
     run(Failure::Report, {[&] {
-            for (const PickStep &step : pick->steps)
+            for (const PickStep &step : pick.steps)
                 if (!take(step))
                     break;
             if (writing.isEmpty())
@@ -382,21 +393,50 @@ bool RecordForm::passesOwnChecks()
     return true;
 }
 
+bool RecordForm::isStored(const QString &key)
+{
+    const QString &column = m_panel->field(keyField()).column;
+    const QString statement =
+        "select " + column + " from " + plainTableOf(m_spec.statement) + " where " + column + "='{key}'";
+    return !connection()->rows(statement, {{"key", key}}).isEmpty();
+}
+
 bool RecordForm::isKeyTaken()
 {
-    const FieldSpec &key = m_panel->field(keyField());
-    const QString typed = text(key.name);
-    if (typed.trimmed().isEmpty() || isHeadStored())
-        return false;
-    const QString statement =
-        "select " + key.column + " from " + plainTableOf(m_spec.statement) + " where " + key.column + "='{key}'";
-    return !connection()->rows(statement, {{"key", typed}}).isEmpty();
+    const QString typed = text(keyField());
+    return !typed.trimmed().isEmpty() && !isHeadStored() && isStored(typed);
+}
+
+// A number that the clerk never sees is not his to mend: where another desktop was offered the same one and was faster,
+// with its record or with lines, this record takes the next. One whose own lines are stored already stays.
+void RecordForm::takeFreeNumber()
+{
+    const QString borne = text(keyField());
+    if (!m_panel->field(keyField()).hidden || !m_lines || !hasRecord() ||
+        !records().isNew(records().absolutePosition()))
+        return;
+    if (storedLines(lines()) > 0)
+        return;
+    const auto isFree = [this](const QString &number) {
+        return !isStored(number) && !firstRow(m_spec.lines.statement, {{m_spec.lines.key, number}});
+    };
+    QString number = borne;
+    for (QStringList taken; !isFree(number); number = proposedKey(taken)) {
+        if (taken.contains(number))
+            return;
+        taken.append(number);
+    }
+    if (number == borne)
+        return;
+    if (!m_spec.alsoNumbered.isEmpty() && records().Fields(m_spec.alsoNumbered).text() == borne)
+        records().Fields(m_spec.alsoNumbered).setValue(number);
+    setText(keyField(), number);
 }
 
 bool RecordForm::tellTakenKey()
 {
     bool isTaken = false;
-    run(Failure::Report, {[&] { isTaken = m_lines && isKeyTaken(); }});
+    run(Failure::Report, {[&] { isTaken = m_lines && (isKeyTaken() || hasForeignLines(*this, text(keyField()))); }});
     if (!isTaken)
         return false;
     const FieldSpec &key = m_panel->field(keyField());
@@ -405,6 +445,21 @@ bool RecordForm::tellTakenKey()
                       systemTitle(), MessageIcon::Critical);
     focusFirst();
     return true;
+}
+
+// The lines that are shown go, one by one; not those of another document, whose number the clerk typed by mistake or
+// was offered as well, nor those of all that have no number.
+void RecordForm::dropLines()
+{
+    if (text(keyField()).trimmed().isEmpty() || isKeyTaken() || hasForeignLines(*this, text(keyField())))
+        return;
+    store([this] {
+        m_lines->refresh();
+        while (lines().RecordCount() > 0) {
+            lines().MoveFirst();
+            lines().Delete();
+        }
+    });
 }
 
 bool RecordForm::missesRequiredField()

@@ -239,6 +239,7 @@ struct LinesSpec {
     QVector<Preset> starts{}; // of a new line
     bool startsNeedKey = false;
     LookupSpec lookup{};
+    bool followsChoices = false; // each choice in a combo box reads them again, unless some wait to be stored
 };
 
 // ---- the list of records ----

@@ -3,6 +3,7 @@
 #include "common/conflict_dialog.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
+#include "common/lines_first.h"
 #include "common/record_form.h"
 #include "common/record_list.h"
 
@@ -15,10 +16,10 @@ namespace tradewick
 
 // ---- Add and Edit ----
 
-QString RecordForm::proposedKey()
+QString RecordForm::proposedKey(const QStringList &passedOver)
 {
     const int column = records().columnIndex(m_panel->field(keyField()).column);
-    QStringList waiting;
+    QStringList waiting = passedOver;
     for (const int row : records().waitingRows())
         if (records().keyAt(row) != m_added) // the record that the number is for
             waiting.append(records().valueAt(row, column).toString());
@@ -56,9 +57,13 @@ void RecordForm::add()
                                       };
                                       if (!number.isEmpty())
                                           take();
-                                      // Lines under a number just proposed are another desktop's, which was faster.
+                                      // Lines under a number just proposed are another desktop's, which was faster,
+                                      // or is at its Add still.
+                                      QStringList taken;
                                       while (!number.isEmpty() && m_lines && lines().RecordCount() > 0) {
-                                          const QString next = proposedKey();
+                                          if (storesLinesFirst(m_spec))
+                                              taken.append(number);
+                                          const QString next = proposedKey(taken);
                                           if (next == number)
                                               break;
                                           number = next;
@@ -137,6 +142,7 @@ void RecordForm::save()
                                      lock(false);
                                  };
                                  try {
+                                     takeFreeNumber();
                                      if (!storeWaiting())
                                          back();
                                  } catch (const DataError &error) {
@@ -371,21 +377,6 @@ void RecordForm::cancel()
              refill();
          }});
     recordMoved();
-}
-
-// The lines that are shown go, one by one; not those of another document, whose number the clerk typed by mistake, nor
-// those of all that have no number.
-void RecordForm::dropLines()
-{
-    if (text(keyField()).trimmed().isEmpty() || isKeyTaken())
-        return;
-    store([this] {
-        m_lines->refresh();
-        while (lines().RecordCount() > 0) {
-            lines().MoveFirst();
-            lines().Delete();
-        }
-    });
 }
 
 void RecordForm::deleteRecord()

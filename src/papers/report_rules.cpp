@@ -37,13 +37,13 @@ void fillFormA(FormattedBand &band)
     fillQuantity(band, "L_sL", "L_DW", "KgS");
 }
 
-// Goods with foreign parts are under the second criterion, whatever else is ticked.
 void numberHead(FormattedBand &band)
 {
     if (band.section.kind == SectionKind::PageHeader)
         band.setText("L_Pages", QString::number(band.page));
 }
 
+// Goods with foreign parts are under the second criterion, whatever else is ticked.
 void fillFormAApplication(FormattedBand &band)
 {
     if (band.section.kind == SectionKind::GroupHeader)

@@ -200,7 +200,8 @@ void Layout::step()
     if (first) {
         m_row.swap(m_nextRow);
         startPage(0);
-        open(1);
+        if (row)
+            open(1);
     } else if (row) {
         const int level = changedLevel();
         if (level > 0)
@@ -217,7 +218,8 @@ void Layout::step()
         if (m_footerShowsRows)
             m_rowBefore = std::exchange(m_placedRow, m_row);
     } else {
-        close(1);
+        if (m_anyRow)
+            close(1);
         finishPage();
         m_context->pageTotal = QString::number(m_pages);
         m_rows.reset();

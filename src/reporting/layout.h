@@ -61,7 +61,7 @@ struct FormatRule {
 //   a band that does not fit above the page footer goes on to a new page, a group footer for its objects only;
 //   a band that can grow becomes higher for its texts; grown beyond a page, it is divided between lines of text;
 //   a template that fills its sheet but for less than its margins has them narrowed;
-//   without rows there is one page, with the group bands and their fields empty, without detail;
+//   without rows there is one page, of the page header and footer alone;
 //   without a source the detail band is laid out once.
 class Layout
 {

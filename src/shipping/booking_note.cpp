@@ -90,6 +90,7 @@ LinesSpec goods()
     lines.statement = "select * from CY_DCD_DJB_B with (nolock) where DCDH='{dcdh}'";
     lines.deletion = "delete from CY_DCD_DJB_B where DCDH='{dcdh}'";
     lines.key = "dcdh";
+    lines.followsChoices = true;
     lines.starts += QVector<Preset>{{"dcdh", "{Text(0)}"}, {"sxh", "{#}"}};
     return lines;
 }

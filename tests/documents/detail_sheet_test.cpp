@@ -9,6 +9,7 @@
 
 #include <QAbstractItemView>
 #include <QDate>
+#include <QLabel>
 
 #include <map>
 #include <thread>
@@ -237,6 +238,33 @@ TEST_F(DetailSheet, AContractFillsHeadAndGoods)
     EXPECT_EQ(stored(number), 0);
 }
 
+// Both are offered one number, and neither sheet is stored while its goods are already.
+TEST_F(DetailSheet, GoodsOfAnAddAtAnotherDesktopStay)
+{
+    const FormDriver drive = adding();
+    const QString number = drive.text(key);
+    addGoods(number, 2);
+    drive.choose("Combo1(0)", "X260800001");
+    EXPECT_TRUE(dialogs.take().text.contains("已被另一记录使用"));
+    EXPECT_EQ(stored(number), 2);
+    drive.click("Cmdcancel");
+    dialogs.shown.clear(); // told again, as the box is left
+    drive.click("Cmdadd");
+    const QString next = drive.text(key);
+    EXPECT_NE(next, number);
+    drive.choose("Combo1(0)", "X260800001");
+    const int all = stored(next);
+    QTest::keyClick(form.get(), Qt::Key_2, Qt::AltModifier);
+    goods()->setFocus();
+    QTest::keyClick(goods(), Qt::Key_Delete);
+    EXPECT_EQ(stored(next), all - 1);
+    drive.choose("Combo1(0)", "X260800002"); // what was deleted here is nobody else's
+    drive.click("Cmdcancel");
+    EXPECT_EQ(stored(next), 0);
+    EXPECT_EQ(stored(number), 2);
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
+}
+
 TEST_F(DetailSheet, CancelGoesBackToWhereAddBeganWithoutItsGoods)
 {
     for (const char *number : {"FP1", "FP2", "FP3"})
@@ -399,6 +427,8 @@ TEST_F(DetailSheet, TheDocumentToPrintIsChosen)
     QStringList offered;
     for (int i = 0; i < choice->count(); ++i)
         offered.append(choice->itemText(i));
+    for (const QLabel *label : form->findChildren<QLabel *>())
+        EXPECT_TRUE(label->buddy() != choice || label->text() == "单证打印选项:") << label->text().toStdString();
     EXPECT_EQ(offered.join(u' '),
               "单价格发票 发票 装箱单 报关单 产地证 FormA 装船通知 寄单证明 汇票 产地证申请书 FormA申请书 报检单 "
               "报关委托书 英文发票 英文装箱单 英文汇票 出口专用发票 退税专用报关单 明细单");

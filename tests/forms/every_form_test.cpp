@@ -23,7 +23,7 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
     for (const FieldSpec &field : fields) {
         if (!isTyped(field) || typed.contains(field.column.toLower()))
             continue;
-        const QString text = isDate(field) ? QStringLiteral("2026-03-05") : QString::number(20000 - typed.size());
+        const QString text = isDate(field) ? QStringLiteral("2026-03-15") : QString::number(20000 - typed.size());
         drive.type(field.name, text);
         typed[field.column.toLower()] = text;
         if (!field.caption.isEmpty() && !field.joined) {

@@ -87,4 +87,16 @@ TEST(ReportRules, TheAdviceTakesItsOwnLogoAndNumberAndTheOverlayItsDate)
     }
 }
 
+TEST(ReportRules, TheGeneralBillNumbersItsPagesInTheHead)
+{
+    TestDatabase database;
+    database.connection().Execute("insert into cy_hytd_djb_h(tdhm) values('TD1')");
+    for (int line = 0; line < 40; ++line)
+        database.connection().Execute("insert into cy_hytd_djb_b(tdhm,madol) values('TD1','MARK')");
+    const auto pages = fill(document("通用提单"), database.connection(), "TD1").report->layout()->all();
+    ASSERT_GT(pages.size(), 1);
+    for (int page = 1; page <= pages.size(); ++page)
+        EXPECT_EQ(textsOf(*pages[page - 1], {"L_Pages"}), QString::number(page));
+}
+
 } // namespace tradewick

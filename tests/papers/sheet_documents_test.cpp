@@ -32,6 +32,7 @@ struct Sheet {
     QVector<Line> lines;
 
     QString operator[](const char *name) const { return texts[name]; }
+    QString stored(const char *name) const { return ' ' + texts[name] + ' '; }
     // A text with its {names} filled in.
     QString with(QString text) const
     {
@@ -47,6 +48,8 @@ struct Sheet {
         all["r"] = QString::number(amount - commission, 'g', 12);
         if (!flags)
             all["clause"].clear();
+        for (const char *unit : {"e", "u", "k"}) // with the blanks around them
+            all[QString(unit).toUpper()] = stored(unit);
         for (auto value = all.cbegin(); value != all.cend(); ++value)
             text.replace('{' + value.key() + '}', *value);
         return text;
@@ -81,11 +84,11 @@ const Sheet sheets[] = {
 
 // A document, then its labels to the letter; "pdf" is what stands on the paper besides.
 constexpr const char *expectations = R"(
-单价格发票;L_TalAu={q}{u}  IN{p}{k}  N.W:{n}KgS  G.W:{g}KgS;L_TalAM=SAY {e}  {net};L_TsTK={clause}
-发票;L_TalAu={q}{u}  IN{p}{k}  N.W:{n}KgS  G.W:{g}KgS;L_TalAM=SAY {e}  {net};L_TsTK={clause}
-英文发票;L_TalAu={q}{u}  IN{p}{k}  N.W:{n}KgS  G.W:{g}KgS;L_TalAM=SAY {e}  {net};L_TsTK={clause}
+单价格发票;L_TalAu={q}{U}  IN{p}{K}  N.W:{n}KgS  G.W:{g}KgS;L_TalAM=SAY {E}  {net};L_TsTK={clause}
+发票;L_TalAu={q}{U}  IN{p}{K}  N.W:{n}KgS  G.W:{g}KgS;L_TalAM=SAY {E}  {net};L_TsTK={clause}
+英文发票;L_TalAu={q}{U}  IN{p}{K}  N.W:{n}KgS  G.W:{g}KgS;L_TalAM=SAY {E}  {net};L_TsTK={clause}
 装箱单;L_TsTK={clause};pdf={v} M
-英文装箱单;L_TalAu={q}{u}  IN{p}{k}  N.W:{n}KgS  G.W:{g}KgS  Volume:{v};L_TsTK={clause}
+英文装箱单;L_TalAu={q}{U}  IN{p}{K}  N.W:{n}KgS  G.W:{g}KgS  Volume:{v};L_TsTK={clause}
 明细单;L_LEss={c};L_SYF={r};L_NYR=2026年11月3日
 产地证;L_Tstk={clause}
 FormA;L_Tstk={clause}
@@ -126,11 +129,11 @@ protected:
             {{"f", sheet["f"]},
              {"h", contract},
              {"l", logo},
-             {"e", sheet["e"]},
-             {"u", sheet["u"]},
-             {"k", sheet["k"]},
+             {"e", sheet.stored("e")},
+             {"u", sheet.stored("u")},
+             {"k", sheet.stored("k")},
              {"y", sheet.rate},
-             {"t", ' ' + sheet["clause"] + ' '},
+             {"t", sheet.stored("clause")},
              {"s", int(sheet.flags)}});
         for (const auto &[quantity, packages, net, gross, volume, amount] : sheet.lines)
             database.connection().Execute("insert into yy_mxb_b(fpbh,cplb,sl,jianshu,zjz,zmz,hjtj,je) "

@@ -2,6 +2,7 @@
 #include "shipping_form.h"
 
 #include <QAbstractItemView>
+#include <QLabel>
 #include <QSet>
 
 #include <map>
@@ -119,6 +120,55 @@ TEST_F(ShippingNotes, ABookingTakesCompanyGoodsAndLine)
     drive.choose("Combo1(1)", "F1");
     drive.click("Cmdcancel"); // by now it is an Edit's
     EXPECT_EQ(lineCount("cy_dcd_djb_b"), 2);
+}
+
+// Two desktops are offered one number, which neither clerk sees.
+TEST_F(ShippingNotes, ANoteWhoseNumberAnotherDesktopTookGoesOnUnderTheNext)
+{
+    const QString number = "DC" + thisMonth() + "0000%1";
+    for (const bool stored : {true, false}) { // the other's record, or only its goods
+        const FormDriver drive = open(CY_Dcd_Rpt());
+        drive.click("Cmdadd");
+        const QString offered = drive.text("Text(0)"), next = number.arg(stored ? 2 : 4);
+        ASSERT_EQ(offered, number.arg(stored ? 1 : 3));
+        if (stored)
+            insert("cy_dcd_djb_h", {{"dcdh", offered}, {"djrq", QDate::currentDate()}});
+        insert("cy_dcd_djb_b", {{"dcdh", offered}, {"fpbh", "X"}});
+        drive.choose("Combo1(0)", "甲");
+        drive.choose("Combo1(1)", stored ? "F1" : "F2");
+        EXPECT_EQ(drive.text("Text(0)"), next);
+        EXPECT_EQ(drive.text("Text(22)"), next);
+        drive.click("CmdOK");
+        EXPECT_EQ(dialogs.shown, QVector<Shown>());
+        EXPECT_EQ(row("select fpbh from cy_dcd_djb_b where dcdh='" + offered + "'"), "X");
+        EXPECT_EQ(row("select DISTINCT fpbh from cy_dcd_djb_b where dcdh='" + next + "'"), stored ? "F1" : "F2");
+    }
+    // A line typed by hand goes along at OK; the carrier's number stays as it was typed over.
+    const FormDriver drive = open(CY_Dcd_Rpt());
+    drive.click("Cmdadd");
+    drive.type("Text(22)", "SZX 7");
+    drive.typeCell(drive.find<Grid>("TDBGrid1"), 0, "gfh", "SEAL");
+    insert("cy_dcd_djb_h", {{"dcdh", drive.text("Text(0)")}, {"djrq", QDate::currentDate()}});
+    drive.click("CmdOK");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
+    EXPECT_EQ(row("select h.dcdh,h.cw_dcdh,gfh,b.dcdh from cy_dcd_djb_h h,cy_dcd_djb_b b where b.dcdh=h.dcdh and "
+                  "gfh='SEAL'"),
+              QString("%1|SZX 7|SEAL|%1").arg(number.arg(6)));
+}
+
+TEST_F(ShippingNotes, EveryChoiceOfABookingReadsItsGoodsAgain)
+{
+    const QString booked = book();
+    const FormDriver drive = open(CY_Dcd_Rpt());
+    const auto lines = [&] { return drive.find<Grid>("TDBGrid1")->model()->rowCount(); };
+    drive.click("Cmdedit");
+    const int before = lines();
+    insert("cy_dcd_djb_b", {{"dcdh", booked}, {"fpbh", "F1"}});
+    drive.choose("Combo1(3)", "是");
+    EXPECT_EQ(lines(), before + 1);
+    drive.typeCell(drive.find<Grid>("TDBGrid1"), 0, "gfh", "SEAL");
+    drive.choose("Combo1(4)", "否"); // what was typed is not read away
+    EXPECT_EQ(form->lines().valueAt(0, form->lines().columnIndex("gfh")).toString(), "SEAL");
 }
 
 TEST_F(ShippingNotes, ACompanyWithoutOpenInvoicesEndsTheAdd)
@@ -267,6 +317,42 @@ TEST_F(ShippingNotes, EveryChoicePrintsOnItsPaperAndLeavesWhatItDoesNotName)
     bills.click("Cmdprint");
     EXPECT_EQ(shown, QStringList());
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
+}
+
+// What the declarations of both say beside their fields.
+TEST_F(ShippingNotes, BothOpenOnTheirLastAndGoBackToIt)
+{
+    const struct {
+        RecordFormSpec spec;
+        const char *table, *key, *number, *choice;
+        bool missingMovesFocus;
+    } cases[] = {{CY_Dcd_Rpt(), "cy_dcd_djb_h", "dcdh", "Text(22)", "订舱打印选项", true},
+                 {cy_HYtD_DjB(), "cy_hytd_djb_h", "tdhm", "Text(11)", "提单打印选项", false}};
+    for (const auto &of : cases) {
+        for (const char *key : {"N1", "N2", "N3"})
+            insert(of.table, {{of.key, key}});
+        const FormDriver drive = open(of.spec);
+        EXPECT_EQ(drive.text("Text(0)"), "N3");
+        EXPECT_FALSE(drive.control("Text(0)")->isVisible());
+        QStringList captions;
+        for (const QLabel *label : form->findChildren<QLabel *>())
+            if (label->buddy() == drive.control("Combo2"))
+                captions.append(label->text());
+        EXPECT_EQ(captions, QStringList{of.choice});
+        drive.click("Cmdadd");
+        EXPECT_EQ(drive.focused(), of.number);
+        drive.type("Text(0)", "");
+        drive.control("Text(3)")->setFocus();
+        drive.click("CmdOK");
+        EXPECT_EQ(dialogs.take(), (Shown{"所有名称不能为空", "提示", MessageIcon::Exclamation}));
+        EXPECT_EQ(drive.focused(), of.missingMovesFocus ? of.number : "CmdOK");
+        drive.click("Cmdcancel");
+        EXPECT_EQ(drive.text("Text(0)"), "N1");
+        dialogs.answer = true;
+        drive.click("Cmddelete");
+        EXPECT_EQ(dialogs.take(), (Shown{"是否删除当前记录?", "系统提示", MessageIcon::Question}));
+        EXPECT_EQ(drive.text("Text(0)"), "N3");
+    }
 }
 
 } // namespace tradewick

@@ -15,6 +15,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include <algorithm>
+
 namespace tradewick::test
 {
 
@@ -78,8 +80,12 @@ public:
         QWidget *widget = control(name);
         widget->setFocus();
         QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
+        const bool byKeys = !qobject_cast<QComboBox *>(widget) &&
+                            std::all_of(value.cbegin(), value.cend(), [](QChar c) { return c >= ' ' && c <= '~'; });
         if (value.isEmpty())
             QTest::keyClick(widget, Qt::Key_Delete);
+        else if (byKeys)
+            QTest::keyClicks(widget, value);
         else
             commit(widget, value);
     }
