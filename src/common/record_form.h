@@ -78,10 +78,12 @@ public:
 
     // The number that Add would give a new record now. Throws DataError.
     QString proposedKey();
+    // Whether any of its records or their lines wait to be stored.
+    bool anyWaits();
     // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
     bool tellWaiting();
-    // Shows the records of another statement, unless some wait to be stored, which is told.
-    void showStatement(const char *statement, const Values &values);
+    // Shows the records of another statement, unless some wait to be stored, which is told. Gives whether it does.
+    bool showStatement(const char *statement, const Values &values);
     // Whether a record or its lines wait to be stored.
     bool waits(int record);
     // The record is in the database under the key that it bears now.
@@ -140,6 +142,7 @@ private:
     QStringList firstColumn(const char *statement, const Values &values);
 
     bool missesRequiredField();
+    void askForLines();
     bool storeWaiting();            // gives false when the clerk goes back
     bool settle(Conflict conflict); // asks; gives whether to go on storing
     QString worded(const DataError &error);
@@ -153,9 +156,10 @@ private:
     QHash<QString, QPushButton *> m_buttons;
     QHash<QString, ComboField *> m_choices;
     QLabel *m_state = nullptr;
-    QString m_lost;     // what is to be told of a connection that was lost while the record was shown
-    qint64 m_added = 0; // the record that Add began, until it is stored or dropped
-    qint64 m_left = 0;  // the record that was shown when Add began last
+    QString m_lost;                     // what is to be told of a connection that was lost while the record was shown
+    QHash<qint64, QString> m_linesFrom; // by head: the number whose lines go along to another one
+    qint64 m_added = 0;                 // the record that Add began, until it is stored or dropped
+    qint64 m_left = 0;                  // the record that was shown when Add began last
     bool m_busy = false, m_adding = false;
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };

@@ -198,7 +198,8 @@ struct LineGridSpec {
     QStringList enterColumns{}; // that Enter goes through; none: all
     QVector<DropDownSpec> dropDowns{};
     QVector<LineRule> rules{};
-    QStringList totals{}; // columns whose sums stand below the lines
+    QStringList totals{};                       // columns whose sums stand below the lines
+    QString title = QStringLiteral("商品明细"); // what a screen reader says
 };
 
 // Typing into a column of the lines searches.
@@ -219,6 +220,7 @@ struct LookupSpec {
     QVector<Preset> presets{};
     QString asEdited{};             // the column whose rules run then
     QString firstColumn{}, first{}; // rows whose column holds that column of the head come before all others
+    QString title = QStringLiteral("商品选择"); // what a screen reader says
 };
 
 struct LinesSpec {

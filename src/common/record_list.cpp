@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 namespace tradewick
 {
@@ -88,8 +89,13 @@ void RecordList::addDateFilter(QBoxLayout *layout)
     addAll(row);
     layout->addLayout(row);
     m_ways.append(picker);
-    connect(picker, &QDateEdit::dateChanged, this, [this](QDate date) {
-        m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}});
+    connect(picker, &QDateEdit::dateChanged, this, [this, picker, shown = picker->date()](QDate date) mutable {
+        if (m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}})) {
+            shown = date;
+            return;
+        }
+        const QSignalBlocker quiet(picker); // the old records stand there still
+        picker->setDate(shown);
     });
 }
 
@@ -116,9 +122,14 @@ void RecordList::addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter)
     addAll(addRow(layout, filter.caption, box));
     m_ways.append(box);
     connect(box->lineEdit(), &QLineEdit::returnPressed, box, &ComboField::takeTyped);
-    connect(box, &ComboField::chosen, this, [this, box, &filter] {
-        if (const QString chosen = box->currentText().trimmed(); !chosen.isEmpty())
-            m_form.showStatement(filter.statement, {{"text", chosen}});
+    connect(box, &ComboField::chosen, this, [this, box, &filter, shown = QString()]() mutable {
+        const QString chosen = box->currentText().trimmed();
+        if (chosen.isEmpty())
+            return;
+        if (m_form.showStatement(filter.statement, {{"text", chosen}}))
+            shown = chosen;
+        else
+            box->showText(shown);
     });
 }
 
@@ -130,16 +141,22 @@ void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)
     box->setClearButtonEnabled(true);
     addRow(layout, filter.caption, box);
     m_ways.append(box);
-    connect(box, &QLineEdit::textChanged, this, [this, &filter](const QString &typed) {
-        Values values{{"text", filter.trimmed ? typed.trimmed() : typed}};
-        if (!filter.via) {
-            m_form.showStatement(filter.statement, values);
+    connect(box, &QLineEdit::textChanged, this, [this, box, &filter, shown = QString()](const QString &typed) mutable {
+        const Values values{{"text", filter.trimmed ? typed.trimmed() : typed}};
+        bool shows = true;
+        if (!filter.via)
+            shows = m_form.showStatement(filter.statement, values);
+        else
+            m_form.run(Failure::Report, {[&] {
+                           if (const auto found = m_form.firstRow(filter.via, values))
+                               shows = m_form.showStatement(filter.statement, found->named());
+                       }});
+        if (shows) {
+            shown = typed;
             return;
         }
-        m_form.run(Failure::Report, {[&] {
-                       if (const auto found = m_form.firstRow(filter.via, values))
-                           m_form.showStatement(filter.statement, found->named());
-                   }});
+        const QSignalBlocker quiet(box); // the old records stand there still
+        box->setText(shown);
     });
 }
 

@@ -1,4 +1,5 @@
 // What the program's style has to show.
+#include "common/field_control.h"
 #include "shell/style.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +35,24 @@ TEST(Style, TheFocusShowsOnLockedFieldsAndListsToo)
             layout->itemAt(other)->widget()->setFocus();
             EXPECT_EQ(edge() == highlight, other == i) << control->metaObject()->className();
         }
+    }
+    qApp->setStyleSheet({});
+}
+
+// Whether a long text can be typed into is seen before it has the focus.
+TEST(Style, ALockedLongTextHasTheGroundOfTheWindow)
+{
+    applyStyle(*qApp);
+    QWidget window;
+    const FieldSpec spec{"Text(0)", "beizhu", "", field::longText};
+    const auto control = FieldControl::make(spec, {}, &window, [](const QVariant &) {});
+    window.show();
+    const QPalette &colours = window.palette();
+    for (const bool locked : {true, false, true}) {
+        control->setLocked(locked);
+        const QImage look = control->widget()->grab().toImage();
+        EXPECT_EQ(look.pixelColor(look.width() / 2, look.height() / 2),
+                  colours.color(locked ? QPalette::Window : QPalette::Base));
     }
     qApp->setStyleSheet({});
 }
