@@ -234,9 +234,9 @@ void RecordForm::askForLines()
     if (before.isEmpty() || before.compare(now, Qt::CaseInsensitive) == 0)
         return;
     run(Failure::Report, {[&] {
-            const QString count = "select count(*) as lines from " + plainTableOf(m_spec.lines.statement) + " where " +
+            const QString count = "select count(*) as n from " + plainTableOf(m_spec.lines.statement) + " where " +
                                   m_spec.lines.key + "='{before}'";
-            const int lines = connection()->rows(count, {{"before", before}}).first()["lines"].toInt();
+            const int lines = connection()->rows(count, {{"before", before}}).first()["n"].toInt();
             if (lines > 0 &&
                 dialogs().ask(this,
                               QStringLiteral("编号由“%1”改为“%2”，原编号下有%3行%4。是否一并改到新编号？")
