@@ -55,6 +55,11 @@ ComboField::ComboField(QWidget *parent) : QComboBox(parent)
         if (m_listCloses)
             choose(item);
     });
+    // Who empties the box and types the same text again has typed it in full.
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this](const QString &text) {
+        if (text.isEmpty())
+            forgetChoice();
+    });
     connect(completer(), qOverload<const QString &>(&QCompleter::activated), this,
             [this](const QString &text) { choose(findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive)); });
 }
@@ -62,6 +67,7 @@ ComboField::ComboField(QWidget *parent) : QComboBox(parent)
 void ComboField::showText(const QString &text)
 {
     m_shown = text;
+    m_forgotten = false;
     if (currentIndex() >= 0)
         setCurrentIndex(-1);
     setEditText(text);
@@ -76,14 +82,14 @@ void ComboField::choose(int item)
     if (currentText() != itemText(item)) // typed over an item that is the current one
         setEditText(itemText(item));
     m_shown = currentText();
+    m_forgotten = false;
     Q_EMIT chosen();
 }
 
 void ComboField::takeTyped()
 {
-    const QString text = currentText();
-    if (text != m_shown)
-        choose(findText(text, Qt::MatchFixedString));
+    if (isTyped())
+        choose(findText(currentText(), Qt::MatchFixedString));
 }
 
 int ComboField::onlyItemBeginningWith(const QString &text) const
@@ -135,7 +141,7 @@ bool ComboField::eventFilter(QObject *watched, QEvent *event)
                 const int exact = findText(currentText(), Qt::MatchFixedString);
                 const int item = exact >= 0 ? exact : onlyItemBeginningWith(currentText());
                 list->hide();
-                if (item >= 0 && currentText() != m_shown)
+                if (item >= 0 && isTyped())
                     choose(item);
                 return true;
             }

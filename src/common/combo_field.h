@@ -24,7 +24,7 @@ public:
     // passed does not.
     void takeTyped();
     // The choice could not be carried out: the same text counts again when the box is left.
-    void forgetChoice() { m_shown = QString(); }
+    void forgetChoice() { m_forgotten = true; }
     void showPopup() override;
     void hidePopup() override;
 
@@ -42,9 +42,11 @@ protected:
 
 private:
     void choose(int item);
+    bool isTyped() const { return m_forgotten || currentText() != m_shown; }
     int onlyItemBeginningWith(const QString &text) const;
 
-    QString m_shown; // what was shown or chosen last
+    QString m_shown;          // what was shown or chosen last
+    bool m_forgotten = false; // even the same text would be another choice
     bool m_readOnly = false;
     bool m_listCloses = false; // what is told as activated comes from the list
 };

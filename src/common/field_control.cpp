@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QStyle>
 
 namespace tradewick
 {
@@ -63,7 +64,12 @@ public:
     }
     QString text() const override { return m_edit->toPlainText(); }
     void setText(const QString &text) override { m_edit->setPlainText(text); }
-    void setLocked(bool locked) override { m_edit->setReadOnly(locked); }
+    void setLocked(bool locked) override
+    {
+        m_edit->setReadOnly(locked);
+        m_edit->style()->unpolish(m_edit); // or its ground stays that of before
+        m_edit->style()->polish(m_edit);
+    }
 
 private:
     QPlainTextEdit *m_edit;

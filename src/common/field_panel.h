@@ -70,7 +70,7 @@ private:
     QWidget *addField(const FieldSpec &field, QWidget *page, int index);
     void addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame);
     void show(const FieldSpec &field);
-    void write(const FieldSpec &field, const QVariant &value, bool isTyped = false);
+    void write(const FieldSpec &field, const QVariant &value, const FieldSpec *typedInto);
     bool key(const QString &name, QWidget *widget, int key);
     void goOn();
 
@@ -88,8 +88,7 @@ private:
     QHash<QString, QBoxLayout *> m_places; // of the grids that stand above a field
     QTabWidget *m_tabs = nullptr;
     bool m_isUnread = false;
-    const FieldSpec *m_writing = nullptr; // the field whose text is on its way into the record
-    bool m_isTyping = false;              // which the clerk types there
+    const FieldSpec *m_writing = nullptr; // the field that is typed into, while its text goes into the record
     bool m_showing = false;               // fields are being filled from the record
     bool m_composing = false;             // an input method holds text that is not committed yet
 };

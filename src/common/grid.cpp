@@ -410,22 +410,27 @@ void Grid::focusInEvent(QFocusEvent *event)
     setAttribute(Qt::WA_InputMethodEnabled);
 }
 
-// The next column of those that Enter goes through; behind the last the next line, as long as there is one.
+// The next column of those that Enter goes through; behind the last the next line, as long as there is one. A line that
+// stands already is gone on with behind its first column: the number typed next would take the place of its code.
 void Grid::goOn()
 {
     const QModelIndex at = currentIndex();
-    if (!at.isValid() || m_model->columnCount() == 0)
+    const int columns = m_model->columnCount();
+    if (!at.isValid() || columns == 0)
         return;
-    const auto stops = [this](int column) {
-        return m_enterColumns.isEmpty() || m_enterColumns.contains(m_model->columns()[column].column);
-    };
-    int row = at.row(), column = at.column() + 1;
-    while (column < m_model->columnCount() && !stops(column))
-        ++column;
-    if (column == m_model->columnCount()) {
-        row = qMin(row + 1, m_model->rowCount() - 1);
-        for (column = 0; column < m_model->columnCount() - 1 && !stops(column);)
+    const auto stopFrom = [&](int column) {
+        while (column < columns && !m_enterColumns.isEmpty() &&
+               !m_enterColumns.contains(m_model->columns()[column].column))
             ++column;
+        return column;
+    };
+    int row = at.row(), column = stopFrom(at.column() + 1);
+    if (column == columns) {
+        row = qMin(row + 1, m_model->rowCount() - 1);
+        column = qMin(stopFrom(0), columns - 1);
+        const int second = stopFrom(column + 1);
+        if (!m_enterColumns.isEmpty() && second < columns && !m_model->index(row, column).data().toString().isEmpty())
+            column = second;
     }
     setCurrentIndex(m_model->index(row, column));
     scrollTo(currentIndex());

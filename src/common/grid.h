@@ -28,7 +28,8 @@ public:
     // row at the end; newRow makes the record that the typed value then goes into.
     void setEditing(bool editing, std::function<void()> newRow = {});
     bool isEditing() const { return m_editing; }
-    // Columns that Enter goes through, the next line's first behind the last; all columns when empty.
+    // Columns that Enter goes through, the next line's first behind the last, or its second where the first is filled;
+    // all columns when empty.
     void setEnterColumns(const QStringList &columns) { m_enterColumns = columns; }
 
     // A list that drops down below the cells of a column while they are typed into, any other text allowed too.

@@ -65,7 +65,7 @@ void LinesPanel::addTo(const std::function<QBoxLayout *(const LineGridSpec &grid
 
 Grid *LinesPanel::addGrid(const LineGridSpec &spec, QWidget *parent)
 {
-    auto *grid = new Grid(spec.name, QStringLiteral("商品明细"), parent);
+    auto *grid = new Grid(spec.name, spec.title, parent);
     m_grids.append(grid);
     grid->showRecords(records(), spec.columns);
     grid->horizontalHeader()->setStretchLastSection(true);
@@ -356,7 +356,7 @@ void LinesPanel::runRules(const LineGridSpec &spec, const QString &column)
 
 void LinesPanel::addLookup(QWidget *window)
 {
-    m_lookup = new Grid("TDBGrid2", QStringLiteral("商品选择"), window);
+    m_lookup = new Grid("TDBGrid2", m_spec.lookup.title, window);
     m_lookup->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_lookup->showRecords(m_found.Recordset(), m_spec.lookup.columns);
     m_lookup->setFocusPolicy(Qt::ClickFocus); // down goes into it; Tab goes on, and Enter then picks nothing

@@ -301,14 +301,12 @@ void RecordForm::lock(bool locked)
 // Whoever leaves records that wait would lose them without a sign.
 bool RecordForm::mayClose()
 {
-    bool anyWaits = m_lines && !m_lines->headsWaiting().isEmpty();
-    anyWaits = anyWaits || records().hasPendingChanges();
     if (isBusy()) {
         QApplication::beep();
         return false;
     }
-    return !anyWaits || dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"), systemTitle(),
-                                      OnEnter::No);
+    return !anyWaits() || dialogs().ask(this, QStringLiteral("尚有未保存的记录，关闭后即丢失。是否关闭？"),
+                                        systemTitle(), OnEnter::No);
 }
 
 void RecordForm::closeEvent(QCloseEvent *event)
@@ -402,21 +400,27 @@ bool RecordForm::isHeadStored()
     return !records().isNew(row) && records().storedValueAt(row, key) == records().valueAt(row, key);
 }
 
+bool RecordForm::anyWaits()
+{
+    return records().hasPendingChanges() || (m_lines && !m_lines->headsWaiting().isEmpty());
+}
+
 bool RecordForm::tellWaiting()
 {
-    const bool anyWaits = records().hasPendingChanges() || (m_lines && !m_lines->headsWaiting().isEmpty());
+    const bool anyWaits = this->anyWaits();
     if (anyWaits)
         dialogs().message(this, QStringLiteral("尚有未保存的记录，请先保存或取消。"), systemTitle(),
                           MessageIcon::Exclamation);
     return anyWaits;
 }
 
-void RecordForm::showStatement(const char *statement, const Values &values)
+bool RecordForm::showStatement(const char *statement, const Values &values)
 {
     if (tellWaiting())
-        return;
+        return false;
     m_primary.setRecordSource(statement, values);
     run(Failure::Report, {[this] { m_primary.Refresh(); }});
+    return true;
 }
 
 // ---- navigation ----

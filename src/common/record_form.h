@@ -86,13 +86,15 @@ public:
 
     // The number that Add would give a new record now, were these numbers given too. Throws DataError.
     QString proposedKey(const QStringList &passedOver = {});
+    // Whether any of its records or their lines wait to be stored.
+    bool anyWaits();
     // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
     bool tellWaiting();
     // Goes to the first record whose column has the value, among all records where those that are shown have it not.
     // Beeps and stays during Add and Edit, and where no record has it.
     void goTo(const QString &column, const QVariant &value);
-    // Shows the records of another statement, unless some wait to be stored, which is told.
-    void showStatement(const char *statement, const Values &values);
+    // Shows the records of another statement, unless some wait to be stored, which is told. Gives whether it does.
+    bool showStatement(const char *statement, const Values &values);
     // Whether a record or its lines wait to be stored.
     bool waits(int record);
     // The record is in the database under the key that it bears now.
@@ -166,6 +168,7 @@ private:
     bool isStored(const QString &key);
     void takeFreeNumber(); // throws DataError
     bool missesRequiredField();
+    void askForLines();
     bool storeWaiting();            // gives false when the clerk goes back
     bool settle(Conflict conflict); // asks; gives whether to go on storing
     QString worded(const DataError &error);
@@ -179,11 +182,12 @@ private:
     QHash<QString, QPushButton *> m_buttons;
     QHash<QString, ComboField *> m_choices;
     QLabel *m_state = nullptr;
-    QString m_entered, m_textEntered; // the field that has the focus, until it is left, and what stood there
-    QString m_asked;                  // the field that OK asked of, until the handler is through
-    QString m_lost;                   // what is to be told of a connection that was lost while the record was shown
-    qint64 m_added = 0;               // the record that Add began, until it is stored or dropped
-    qint64 m_left = 0;                // the record that was shown when that Add began
+    QString m_entered, m_textEntered;   // the field that has the focus, until it is left, and what stood there
+    QString m_asked;                    // the field that OK asked of, until the handler is through
+    QString m_lost;                     // what is to be told of a connection that was lost while the record was shown
+    QHash<qint64, QString> m_linesFrom; // by head: the number whose lines go along to another one
+    qint64 m_added = 0;                 // the record that Add began, until it is stored or dropped
+    qint64 m_left = 0;                  // the record that was shown when that Add began
     bool m_busy = false, m_adding = false;
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };

@@ -207,6 +207,7 @@ struct LineGridSpec {
     int page = -1;           // of the tabs, that holds the grid; -1: below the fields
     QString above{};         // a field that begins a frame or a row of its own: the grid stands above that
     bool whileAdding = true; // takes text in Add, else in Edit alone
+    QString title = QStringLiteral("商品明细"); // what a screen reader says
 };
 
 // Typing into a column of the lines searches.
@@ -227,6 +228,7 @@ struct LookupSpec {
     QVector<Preset> presets{};
     QString asEdited{};             // the column whose rules run then
     QString firstColumn{}, first{}; // rows whose column holds that column of the head come before all others
+    QString title = QStringLiteral("商品选择"); // what a screen reader says
 };
 
 // The lines of a head are one record set, whatever the number of grids that show it: what is typed in one grid stands

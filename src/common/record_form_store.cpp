@@ -131,6 +131,7 @@ void RecordForm::save()
     for (const EmptyField &field : std::as_const(m_spec.whenEmpty))
         if (text(field.name).isEmpty())
             setText(field.name, field.stored);
+    askForLines();
     bool isStored = true;
     run(m_spec.failures.ok, {[this] { lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
                              [&] {
@@ -202,6 +203,13 @@ bool RecordForm::storeWaiting()
             records().requireRow(row);
             m_lines->store(head);
         }
+        if (const auto from = m_linesFrom.constFind(head); from != m_linesFrom.cend()) {
+            const int key = records().columnIndex(m_panel->field(keyField()).column);
+            connection()->Execute("update " + plainTableOf(m_spec.lines.statement) + " set " + m_spec.lines.key +
+                                      "='{now}' where " + m_spec.lines.key + "='{before}'",
+                                  {{"before", *from}, {"now", records().valueAt(row, key).toString().trimmed()}});
+            connection()->onCommit([this, head] { m_linesFrom.remove(head); });
+        }
     };
     const auto storeOthers = [&] {
         for (const qint64 head : std::as_const(others)) {
@@ -231,6 +239,34 @@ bool RecordForm::storeWaiting()
     }
     storeOthers();
     return true;
+}
+
+// Stored lines bear the number that their head was stored under. Where that is typed over they stay behind, and come
+// back under the next document of that number, unless the clerk takes them along.
+void RecordForm::askForLines()
+{
+    if (!m_lines || !hasRecord())
+        return;
+    const int row = records().absolutePosition(), key = records().columnIndex(m_panel->field(keyField()).column);
+    const qint64 head = records().keyAt(row);
+    m_linesFrom.remove(head);
+    if (records().isNew(row) || isHeadStored())
+        return;
+    const QString before = records().storedValueAt(row, key).toString().trimmed(),
+                  now = records().valueAt(row, key).toString().trimmed();
+    if (before.isEmpty() || before.compare(now, Qt::CaseInsensitive) == 0)
+        return;
+    run(Failure::Report, {[&] {
+            const QString count = "select count(*) as n from " + plainTableOf(m_spec.lines.statement) + " where " +
+                                  m_spec.lines.key + "='{before}'";
+            const int lines = connection()->rows(count, {{"before", before}}).first()["n"].toInt();
+            if (lines > 0 &&
+                dialogs().ask(this,
+                              QStringLiteral("编号由“%1”改为“%2”，原编号下有%3行%4。是否一并改到新编号？")
+                                  .arg(before, now, QString::number(lines), m_lines->grid()->accessibleName()),
+                              systemTitle(), OnEnter::Yes))
+                m_linesFrom.insert(head, before);
+        }});
 }
 
 bool RecordForm::store(const std::function<void()> &work)
@@ -362,6 +398,7 @@ void RecordForm::cancel()
              m_added = 0;
              if (row < 0 || row >= records().RecordCount())
                  return;
+             m_linesFrom.remove(records().keyAt(row));
              if (m_lines)
                  m_lines->drop(records().keyAt(row));
              records().CancelUpdate(row);

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 namespace tradewick
 {
@@ -93,8 +94,13 @@ void RecordList::addDateFilter(QBoxLayout *layout)
     addAll(row);
     layout->addLayout(row);
     m_ways.append(picker);
-    connect(picker, &QDateEdit::dateChanged, this, [this](QDate date) {
-        m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}});
+    connect(picker, &QDateEdit::dateChanged, this, [this, picker, shown = picker->date()](QDate date) mutable {
+        if (m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}})) {
+            shown = date;
+            return;
+        }
+        const QSignalBlocker quiet(picker); // the old records stand there still
+        picker->setDate(shown);
     });
 }
 
@@ -124,19 +130,23 @@ void RecordList::addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter)
     m_ways.append(box);
     m_choosing.append(box);
     if (filter.whileTyping)
-        connect(box->lineEdit(), &QLineEdit::textEdited, this, [this, &filter](const QString &typed) {
-            if (!typed.trimmed().isEmpty())
-                m_form.showStatement(filter.whileTyping, textOf(filter, typed));
+        connect(box->lineEdit(), &QLineEdit::textEdited, this, [this, box, &filter](const QString &typed) {
+            if (!typed.trimmed().isEmpty() && !m_form.showStatement(filter.whileTyping, textOf(filter, typed)))
+                box->showText({}); // the old records stand there still
         });
     connect(box->lineEdit(), &QLineEdit::returnPressed, box, &ComboField::takeTyped);
-    connect(box, &ComboField::chosen, this, [this, box, &filter] {
+    connect(box, &ComboField::chosen, this, [this, box, &filter, shown = QString()]() mutable {
         const QString chosen = box->currentText();
         if (chosen.trimmed().isEmpty())
             return;
+        if (!m_form.showStatement(filter.statement, textOf(filter, chosen))) {
+            box->showText(shown);
+            return;
+        }
+        shown = chosen;
         for (ComboField *other : std::as_const(m_choosing))
             if (other != box)
                 other->showText({});
-        m_form.showStatement(filter.statement, textOf(filter, chosen));
     });
 }
 
@@ -148,16 +158,22 @@ void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)
     box->setClearButtonEnabled(true);
     addRow(layout, filter.caption, box);
     m_ways.append(box);
-    connect(box, &QLineEdit::textChanged, this, [this, &filter](const QString &typed) {
+    connect(box, &QLineEdit::textChanged, this, [this, box, &filter, shown = QString()](const QString &typed) mutable {
         const Values values = textOf(filter, typed);
-        if (!filter.via) {
-            m_form.showStatement(filter.statement, values);
+        bool shows = true;
+        if (!filter.via)
+            shows = m_form.showStatement(filter.statement, values);
+        else
+            m_form.run(Failure::Report, {[&] {
+                           if (const auto found = m_form.firstRow(filter.via, values))
+                               shows = m_form.showStatement(filter.statement, found->named());
+                       }});
+        if (shows) {
+            shown = typed;
             return;
         }
-        m_form.run(Failure::Report, {[&] {
-                       if (const auto found = m_form.firstRow(filter.via, values))
-                           m_form.showStatement(filter.statement, found->named());
-                   }});
+        const QSignalBlocker quiet(box); // the old records stand there still
+        box->setText(shown);
     });
 }
 

@@ -64,7 +64,8 @@ LinesSpec contracts()
                                {"xyzh", "信用证号"},
                                {"beizhu", "备注"}},
                    .enterColumns = {"htbh", "beizhu"},
-                   .totals = {"sl", "je"}}},
+                   .totals = {"sl", "je"},
+                   .title = "合同明细"}},
         .starts = {{"xyzh", "{Text1(0)}"}, {"sl", "0"}, {"je", "0"}},
         .lookup = {.columns = {{"htbh", "合同编号"},
                                {"djrq", "签订日期"},
@@ -84,7 +85,8 @@ LinesSpec contracts()
                               {"je", "je"},
                               {"yxqsrq", "yxqsrq"},
                               {"yxjzrq", "yxjzrq"}},
-                   .presets = {{"xyzh", "{Text1(0)}"}}},
+                   .presets = {{"xyzh", "{Text1(0)}"}},
+                   .title = "合同选择"},
     };
 }
 

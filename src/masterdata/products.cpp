@@ -26,7 +26,7 @@ const char *const copying = "copying"; // copied prices wait for the OK that nam
 
 void saveAs(RecordForm &form)
 {
-    if (form.isBusy())
+    if (form.isBusy() || form.tellWaiting())
         return;
     const QStringList fields{"Combo1(0)", "Combo1(1)", "Text(2)", "Text(1)", "Text(3)"};
     QStringList kept;

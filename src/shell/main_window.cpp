@@ -27,6 +27,7 @@
 #include <QTimer>
 #include <QToolBar>
 
+#include <algorithm>
 #include <chrono>
 
 namespace tradewick
@@ -216,7 +217,13 @@ void main_FRM::execute(const Tool &tool)
 
 bool main_FRM::confirmsExit()
 {
-    return dialogs().ask(this, QStringLiteral("是否真的退出系统？"), QStringLiteral("系统提示"), OnEnter::No);
+    // Those that another form has opened, too.
+    const auto forms = findChildren<RecordForm *>();
+    const bool anyWaits = std::any_of(forms.cbegin(), forms.cend(),
+                                      [](RecordForm *form) { return form->window()->isVisible() && form->anyWaits(); });
+    const QString question = anyWaits ? QStringLiteral("尚有未保存的记录，退出后即丢失。是否真的退出系统？")
+                                      : QStringLiteral("是否真的退出系统？");
+    return dialogs().ask(this, question, QStringLiteral("系统提示"), OnEnter::No);
 }
 
 QWidget *main_FRM::openForm(const QString &form)

@@ -37,6 +37,48 @@ TEST_F(Contract, DelKeepsItsPlace)
         1);
 }
 
+// Behind a quantity comes the next one, where a line stands already: what is typed on is no code.
+TEST_F(Contract, QuantitiesAreTypedDownTheirColumn)
+{
+    const FormDriver drive = open();
+    drive.click("Cmdedit");
+    const QString code = cell(1, "cpbh");
+    drive.typeCell(lines(), 0, "sl", "11");
+    QTest::keyClick(lines(), Qt::Key_1);
+    QTest::keyClick(lines()->cellEditor(), Qt::Key_2);
+    QTest::keyClick(lines()->cellEditor(), Qt::Key_Return);
+    EXPECT_EQ(cell(1, "cpbh"), code);
+    EXPECT_EQ(cell(0, "sl") + ' ' + cell(1, "sl"), "11 12");
+    drive.typeCell(lines(), newRow() - 1, "sl", "13"); // the last: the next line begins with its code
+    EXPECT_EQ(lines()->currentIndex(), lines()->model()->index(newRow(), 0));
+}
+
+// A stored contract that is given another number takes its lines along, or leaves them, as the clerk says.
+TEST_F(Contract, ARenamedContractsLinesAreAskedFor)
+{
+    const FormDriver drive = open();
+    for (const bool along : {true, false}) {
+        dialogs.answer = along;
+        const QString before = drive.text("Text1(0)"), now = along ? "MINE-1" : "MINE-2";
+        const int count = storedLines(before);
+        ASSERT_GT(count, 0);
+        drive.click("Cmdedit");
+        drive.type("Text1(0)", now);
+        drive.typeCell(lines(), newRow(), "cpmc", "new");
+        drive.click("CmdOK");
+        const QString question = dialogs.take().text;
+        for (const QString &part : {before, now, QString::number(count)})
+            EXPECT_TRUE(question.contains(part)) << question.toStdString();
+        EXPECT_EQ(storedLines(now), along ? count + 1 : 1);
+        EXPECT_EQ(storedLines(before), along ? 0 : count);
+        EXPECT_EQ(lines()->model()->rowCount(), storedLines(now)) << "what is shown";
+        drive.click("Cmdedit");
+        drive.click("CmdOK");
+        EXPECT_TRUE(dialogs.shown.isEmpty()) << "once";
+        drive.click("cmdmd");
+    }
+}
+
 // A document that the database refuses waits whole, wherever the clerk goes and whatever is stored there.
 TEST_F(Contract, LinesWaitWithTheirHead)
 {

@@ -97,6 +97,8 @@ TEST_F(Credits, FiltersByContractAndByNumber)
 {
     const FormDriver drive = open(YY_XyZ_New_Rpt());
     EXPECT_EQ(drive.text("Text1(0)"), "XY261100001") << "the last record";
+    for (const Grid *grid : {lines(), pickerGrid()})
+        EXPECT_TRUE(grid->accessibleName().contains("合同")); // and no goods
     const struct {
         const char *box, *typed, *shown;
     } cases[] = {{"Text3", "-", "ELB-LC-2600417 HP/26/10-0093 CAP-7715-26"},

@@ -256,6 +256,14 @@ TEST_F(Contract, ChoosingACompanyCopiesItsLetterhead)
     for (const char *column : {"e_gsmc", "gsdz", "e_gsdz", "gs_phone", "gs_email", "gs_fax", "fpzt", "logo", "bgbm",
                                "sjzch", "bank_en", "bank_code", "bank_name", "swdjh"})
         EXPECT_EQ(form->records().Fields(column).text(), company[column].toString()) << column;
+    // Erased and typed again it is chosen again; a slip that is mended is no choice.
+    const QString name = combo->itemText(0);
+    for (const bool erased : {false, true}) {
+        form->records().Fields("e_gsdz").setValue("typed");
+        drive.type("Combo1(1)", erased ? "" : name + "x");
+        drive.choose("Combo1(1)", name);
+        EXPECT_EQ(form->records().Fields("e_gsdz").text(), erased ? company["e_gsdz"].toString() : "typed");
+    }
 }
 
 TEST_F(Contract, AnOverTypedNumberTakesItsLinesAlong)

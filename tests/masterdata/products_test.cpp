@@ -202,6 +202,21 @@ TEST_F(Products, SaveAsCopiesTheGeneralPricesUnderTheNewCode)
     EXPECT_FALSE(drive.enabled("CMd_LC"));
 }
 
+// Nothing is copied of prices that the database has refused, and nothing of its own words is shown.
+TEST_F(Products, SaveAsWaitsForWhatIsNotStored)
+{
+    database.refuse("yy_bzdj_b", "gg", "never");
+    const FormDriver drive = open();
+    drive.click("Cmdedit");
+    drive.typeCell(drive.find<Grid>("TDBGrid1"), 0, "gg", "never");
+    drive.click("CmdOK");
+    dialogs.shown.clear();
+    drive.click("CMd_LC");
+    EXPECT_EQ(dialogs.take().text, "尚有未保存的记录，请先保存或取消。");
+    EXPECT_FALSE(form->isBusy());
+    EXPECT_EQ(prices(""), 0);
+}
+
 TEST_F(Products, CancelTakesTheCopiesAway)
 {
     const FormDriver drive = open();

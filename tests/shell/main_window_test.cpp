@@ -224,6 +224,18 @@ TEST_F(MainWindow, AsksOnceBeforeTheProcessEnds)
     EXPECT_FALSE(mainWindow.isVisible()); // closed by its frame
 }
 
+TEST_F(MainWindow, WhoeverEndsTheProcessHearsOfWhatIsNotStored)
+{
+    run("Tool88");
+    auto &form = *window("sys_bzsz");
+    dialogs.answer = false;
+    for (const bool adding : {true, false}) {
+        click(form, adding ? "Cmdadd" : "Cmdcancel");
+        run("Tool7");
+        EXPECT_EQ(dialogs.take().text.contains("尚有未保存的记录"), adding);
+    }
+}
+
 TEST_F(MainWindow, TheProcessEndsAtOnceWithoutAskingAgain)
 {
     setEndProcess({});

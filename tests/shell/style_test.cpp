@@ -1,10 +1,12 @@
 // What the program's style has to show.
+#include "common/field_control.h"
 #include "shell/style.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QScreen>
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>
@@ -34,6 +36,31 @@ TEST(Style, TheFocusShowsOnLockedFieldsAndListsToo)
             layout->itemAt(other)->widget()->setFocus();
             EXPECT_EQ(edge() == highlight, other == i) << control->metaObject()->className();
         }
+    }
+    qApp->setStyleSheet({});
+}
+
+// Whether a long text can be typed into is seen at once, before it has the focus. Looked at is what stands on the
+// screen: a picture made of the widget would paint it anew.
+TEST(Style, ALockedLongTextHasTheGroundOfTheWindow)
+{
+    applyStyle(*qApp);
+    QWidget window;
+    const FieldSpec spec{"Text(0)", "beizhu", "", field::longText};
+    const auto control = FieldControl::make(spec, {}, &window, [](const QVariant &) {});
+    control->setLocked(true);
+    (new QVBoxLayout(&window))->addWidget(control->widget());
+    window.resize(300, 100);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    const auto ground = [&] {
+        const QImage screen = window.screen()->grabWindow(window.winId()).toImage();
+        return screen.pixelColor(control->widget()->geometry().center());
+    };
+    for (const bool locked : {true, false, true}) {
+        control->setLocked(locked);
+        const QColor wanted = window.palette().color(locked ? QPalette::Window : QPalette::Base);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ground() == wanted; }, 1000)) << locked;
     }
     qApp->setStyleSheet({});
 }
