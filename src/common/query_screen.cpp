@@ -379,8 +379,8 @@ void QueryScreen::recordMoved()
     try {
         showRecord();
     } catch (const DataError &error) { // the record set is in the middle of a move and must not be left there
-        const QString text = error.text();
-        QTimer::singleShot(0, this, [this, text] { dialogs().message(this, text, {}, MessageIcon::None); });
+        QTimer::singleShot(0, this,
+                           [this, text = error.text()] { dialogs().message(this, text, {}, MessageIcon::None); });
     }
 }
 
