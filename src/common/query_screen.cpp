@@ -396,9 +396,9 @@ QString QueryScreen::number() const
     return m_panel ? m_panel->text(m_entry->pages.first().fields.first().name).trimmed() : QString();
 }
 
-void QueryScreen::openEntry(const List &list)
+void QueryScreen::openEntry(List &list)
 {
-    Recordset &found = m_lists[shownList()]->control.Recordset();
+    Recordset &found = list.control.Recordset();
     if (m_openRecord && !list.spec->opens.isEmpty() && !found.BOF() && !found.EOF_())
         run([&] { m_openRecord(list.spec->opens, list.spec->key, found.Fields(list.spec->key).value()); });
 }
