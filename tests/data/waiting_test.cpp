@@ -66,6 +66,9 @@ TEST_F(Waiting, EachRowIsStoredByItself)
     add("p0002"); // a twin
     add("P0004");
     EXPECT_EQ(set.waitingRows(), QVector<int>({0, 3, 4}));
+    const int name = set.columnIndex("gkmc"), code = set.columnIndex("gkbh");
+    EXPECT_EQ(set.storedValueAt(0, name).toString() + set.storedValueAt(1, code).toString(), "portP0002");
+    EXPECT_TRUE(set.storedValueAt(3, code).isNull()); // not stored yet
     const qint64 twin = set.keyAt(3), added = set.keyAt(4);
     QVector<std::pair<qint64, qint64>> rekeyed;
     QObject::connect(&set, &Recordset::keyChanged, [&](qint64 before, qint64 now) { rekeyed.append({before, now}); });

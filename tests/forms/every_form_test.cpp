@@ -278,6 +278,7 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
     EXPECT_EQ(form->records().RecordCount(), 2);
     EXPECT_FALSE(form->records().hasPendingChanges());
     // Nor does it where it is the one that is shown at OK.
+    form->records().MoveFirst();
     drive.click("Cmdedit");
     drive.type(name(), "third");
     form->records().setAbsolutePosition(1);
