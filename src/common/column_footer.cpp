@@ -7,6 +7,19 @@
 namespace tradewick
 {
 
+namespace
+{
+
+constexpr int margin = 4;
+
+QFont bold(QFont font)
+{
+    font.setBold(true);
+    return font;
+}
+
+} // namespace
+
 ColumnFooter::ColumnFooter(Grid *grid, QWidget *parent) : QWidget(parent), m_grid(grid)
 {
     setObjectName(grid->objectName() + QStringLiteral("_totals"));
@@ -20,9 +33,15 @@ void ColumnFooter::setText(const QString &column, const QString &text)
 {
     m_texts.insert(column.toLower(), text);
     QStringList spoken;
-    for (const GridColumn &one : m_grid->recordsetModel()->columns())
-        if (const QString below = m_texts.value(one.column.toLower()); !below.isEmpty())
-            spoken.append(one.caption + below);
+    QHeaderView &head = *m_grid->horizontalHeader();
+    const int width = QFontMetrics(bold(font())).horizontalAdvance(text) + 2 * margin;
+    const QVector<GridColumn> &columns = m_grid->recordsetModel()->columns();
+    for (int i = 0; i < columns.size(); ++i) {
+        if (columns[i].column.compare(column, Qt::CaseInsensitive) == 0 && width > head.sectionSize(i))
+            head.resizeSection(i, width); // a sum without its first digits is another sum
+        if (const QString below = m_texts.value(columns[i].column.toLower()); !below.isEmpty())
+            spoken.append(columns[i].caption + below);
+    }
     setAccessibleDescription(spoken.join(u' '));
     update();
 }
@@ -35,12 +54,10 @@ QSize ColumnFooter::sizeHint() const
 void ColumnFooter::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    QFont bold = font();
-    bold.setBold(true);
-    painter.setFont(bold);
+    painter.setFont(bold(font()));
     painter.setPen(palette().color(QPalette::WindowText));
     const QHeaderView &head = *m_grid->horizontalHeader();
-    const int left = m_grid->viewport()->x(), margin = 4;
+    const int left = m_grid->viewport()->x();
     painter.setClipRect(left, 0, m_grid->viewport()->width(), height());
     const auto place = [&](int column) {
         return QRect(left + head.sectionViewportPosition(column) + margin, 0, head.sectionSize(column) - 2 * margin,
