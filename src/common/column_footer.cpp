@@ -37,11 +37,10 @@ void ColumnFooter::setText(const QString &column, const QString &text)
     const int width = QFontMetrics(bold(font())).horizontalAdvance(text) + 2 * margin;
     const QVector<GridColumn> &columns = m_grid->recordsetModel()->columns();
     for (int i = 0; i < columns.size(); ++i) {
-        const QString name = columns[i].column.toLower();
-        if (const QString below = m_texts.value(name); !below.isEmpty())
+        if (columns[i].column.compare(column, Qt::CaseInsensitive) == 0 && width > head.sectionSize(i))
+            head.resizeSection(i, width); // a sum without its first digits is another sum
+        if (const QString below = m_texts.value(columns[i].column.toLower()); !below.isEmpty())
             spoken.append(columns[i].caption + below);
-        if (name == column.toLower() && width > head.sectionSize(i)) // a sum without its first digits is another sum
-            head.resizeSection(i, width);
     }
     setAccessibleDescription(spoken.join(u' '));
     update();

@@ -378,8 +378,8 @@ void QueryScreen::recordMoved()
     try {
         showRecord();
     } catch (const DataError &error) { // the record set is in the middle of a move and must not be left there
-        const QString text = error.text();
-        QTimer::singleShot(0, this, [this, text] { dialogs().message(this, text, {}, MessageIcon::None); });
+        QTimer::singleShot(0, this,
+                           [this, text = error.text()] { dialogs().message(this, text, {}, MessageIcon::None); });
     }
 }
 
@@ -395,9 +395,9 @@ QString QueryScreen::number() const
     return m_panel ? m_panel->text(m_entry->pages.first().fields.first().name).trimmed() : QString();
 }
 
-void QueryScreen::openEntry(const List &list)
+void QueryScreen::openEntry(List &list)
 {
-    Recordset &found = m_lists[shownList()]->control.Recordset();
+    Recordset &found = list.control.Recordset();
     if (m_openRecord && !list.spec->opens.isEmpty() && !found.BOF() && !found.EOF_())
         run([&] { m_openRecord(list.spec->opens, list.spec->key, found.Fields(list.spec->key).value()); });
 }

@@ -40,8 +40,6 @@ public:
     int shownList() const;
     Grid *grid(int list) const { return m_lists[list]->grid; }
     Recordset &records(int list = 0) { return m_lists[list]->control.Recordset(); }
-    // What the records of a list were asked for with.
-    const DataControl &source(int list) const { return m_lists[list]->control; }
 
     // What stands in the criteria, by the controls' names, and whether the second range of dates is in force.
     Values criteria() const;
@@ -88,7 +86,7 @@ private:
     void quickFind(const QString &box, bool isChosen);
     void recordMoved();
     void showRecord();
-    void openEntry(const List &list);
+    void openEntry(List &list);
     Connection &connection() const;
 
     const QuerySpec m_spec;

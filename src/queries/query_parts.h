@@ -36,7 +36,7 @@ QueryButton workbook();
 // The rows of the list that is shown, in its order, for a report.
 std::function<std::unique_ptr<RowSource>()> shownRows(QueryScreen &screen);
 
-// What a contract screen declares beside its tables, criteria and prints.
+// The ranges of dates of most screens; those of contracts and credits have a second one.
 QVector<DateRange> periodAndValidity(const QString &caption);
 QVector<DateRange> period(const QString &caption, const QString &toCaption = QStringLiteral("至"));
 
