@@ -168,8 +168,10 @@ void FieldPanel::addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame)
 
 QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
 {
-    auto control =
-        FieldControl::make(field, m_spec.picture, page, [this, &field](const QVariant &value) { write(field, value); });
+    auto control = FieldControl::make(field, m_spec.picture, page, [this, &field](const QVariant &value) {
+        if (!m_showing)
+            write(field, value, &field);
+    });
     QWidget *widget = control->widget(), *frame = control->frame();
     widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
     QString name = plainCaption(field.caption);
@@ -211,7 +213,7 @@ void FieldPanel::setText(const QString &name, const QString &text)
     if (spec.column.isEmpty())
         control(name).setText(text);
     else
-        write(spec, text);
+        write(spec, text, nullptr);
 }
 
 void FieldPanel::focus(const QString &name)
@@ -269,26 +271,24 @@ void FieldPanel::showRecord(int column)
 
 void FieldPanel::show(const FieldSpec &field)
 {
+    // What is being typed stays as it is typed: "2026-11-2" is a date, and only half of the one that is meant.
+    if (m_writing == &field)
+        return;
     const QScopedValueRollback showing(m_showing, true);
     const bool hasValue = !m_records.BOF() && !m_records.EOF_() && !m_isUnread;
-    FieldControl &shown = control(field.name);
-    // A date that is being typed stays as it is typed: its first digits may be one already.
-    if (m_writing == &field && hasValue && m_records.Fields(field.column).value().toString() == shown.text())
-        return;
     const QString text = hasValue ? m_records.Fields(field.column).text() : QString();
+    FieldControl &shown = control(field.name);
     // A combo box is told even of the same text: what it held before is no choice of this record's.
-    if (text != shown.text() || (shown.combo() && m_writing != &field))
+    if (text != shown.text() || shown.combo())
         shown.setText(text);
 }
 
-void FieldPanel::write(const FieldSpec &field, const QVariant &value)
+void FieldPanel::write(const FieldSpec &field, const QVariant &value, const FieldSpec *typedInto)
 {
-    if (m_showing)
-        return;
     if (!field.column.isEmpty()) {
         if (m_records.BOF() || m_records.EOF_())
             return;
-        const QScopedValueRollback writing(m_writing, &field);
+        const QScopedValueRollback writing(m_writing, typedInto);
         m_records.Fields(field.column).setValue(value);
     }
     Q_EMIT typed(field.name);

@@ -67,7 +67,7 @@ private:
     QWidget *addField(const FieldSpec &field, QWidget *page, int index);
     void addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame);
     void show(const FieldSpec &field);
-    void write(const FieldSpec &field, const QVariant &value);
+    void write(const FieldSpec &field, const QVariant &value, const FieldSpec *typedInto);
     bool key(const QString &name, QWidget *widget, int key);
     void goOn();
 
@@ -83,7 +83,7 @@ private:
     QVector<QBoxLayout *> m_pages;
     QTabWidget *m_tabs = nullptr;
     bool m_isUnread = false;
-    const FieldSpec *m_writing = nullptr; // the field whose text is on its way into the record
+    const FieldSpec *m_writing = nullptr; // the field that is typed into, while its text goes into the record
     bool m_showing = false;               // fields are being filled from the record
     bool m_composing = false;             // an input method holds text that is not committed yet
 };
