@@ -316,8 +316,8 @@ void FieldPanel::show(const FieldSpec &field)
         return;
     const QScopedValueRollback showing(m_showing, true);
     const bool hasValue = !m_records.BOF() && !m_records.EOF_() && !m_isUnread;
-    FieldControl &shown = control(field.name);
     const QString text = hasValue ? m_records.Fields(field.column).text() : QString();
+    FieldControl &shown = control(field.name);
     // A combo box is told even of the same text: what it held before is no choice of this record's.
     if (text != shown.text() || shown.combo())
         shown.setText(text);
