@@ -400,20 +400,6 @@ bool RecordForm::isHeadStored()
     return !records().isNew(row) && records().storedValueAt(row, key) == records().valueAt(row, key);
 }
 
-bool RecordForm::anyWaits()
-{
-    return records().hasPendingChanges() || (m_lines && !m_lines->headsWaiting().isEmpty());
-}
-
-bool RecordForm::tellWaiting()
-{
-    const bool anyWaits = this->anyWaits();
-    if (anyWaits)
-        dialogs().message(this, QStringLiteral("尚有未保存的记录，请先保存或取消。"), systemTitle(),
-                          MessageIcon::Exclamation);
-    return anyWaits;
-}
-
 bool RecordForm::showStatement(const char *statement, const Values &values)
 {
     if (tellWaiting())

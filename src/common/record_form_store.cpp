@@ -179,6 +179,20 @@ void RecordForm::save()
     showState();
 }
 
+bool RecordForm::anyWaits()
+{
+    return records().hasPendingChanges() || (m_lines && !m_lines->headsWaiting().isEmpty());
+}
+
+bool RecordForm::tellWaiting()
+{
+    const bool anyWaits = this->anyWaits();
+    if (anyWaits)
+        dialogs().message(this, QStringLiteral("尚有未保存的记录，请先保存或取消。"), systemTitle(),
+                          MessageIcon::Exclamation);
+    return anyWaits;
+}
+
 // The record shown first; what it meets is the clerk's to know. One that the database refused earlier holds nothing
 // back, and goes on waiting when it is refused again.
 bool RecordForm::storeWaiting()

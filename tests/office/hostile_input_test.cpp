@@ -70,7 +70,7 @@ QVector<FormName> formNames()
 
 std::unique_ptr<QWidget> make(const QString &form)
 {
-    return std::unique_ptr<QWidget>(formEntry(form)->make(nullptr));
+    return std::unique_ptr<QWidget>(formEntry(form)->make(nullptr, {}));
 }
 
 RecordForm *formOf(QWidget &window, int tab)

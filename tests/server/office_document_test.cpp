@@ -177,7 +177,7 @@ TEST_F(OfficeDocument, FourRightsAreEnough)
         SCOPED_TRACE(c.form);
         const FormEntry *entry = formEntry(c.form);
         ASSERT_TRUE(entry);
-        const std::unique_ptr<QWidget> window(entry->make(&mainWindow));
+        const std::unique_ptr<QWidget> window(entry->make(&mainWindow, {}));
         auto &form = static_cast<RecordForm &>(*window);
         const FormDriver drive(form);
         const auto stored = [&](const char *value) { return count(QString(c.table).arg(value)); };
