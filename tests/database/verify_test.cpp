@@ -56,8 +56,8 @@ TEST(Verify, NamesWhatDoesNotFitTogether)
     if (place.isOnServer())
         cases.append(
             {"alter table sys_jldw engine = Aria; alter table sys_jldw default character set latin1;"
-             "alter table yy_ssdj_b modify cpmc int",
-             {"column yy_ssdj_b.cpmc: its type is another", "table sys_jldw: it is of Aria and latin1_swedish_ci"}});
+             "alter table sc_kldt modify ddbh int",
+             {"column sc_kldt.ddbh: its type is another", "table sys_jldw: it is of Aria and latin1_swedish_ci"}});
     const QTemporaryDir folder; // for the logo
     ASSERT_EQ(tool({"demo", place.source()}, folder.path()).status, 0);
     QStringList expected; // of all faults so far
