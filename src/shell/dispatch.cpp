@@ -35,10 +35,9 @@ const QHash<QString, FormEntry> &forms()
             {"frmSplash", {make<frmSplash>, Placement::Centre}},
         };
         for (const DeclaredForm &form : declaredForms())
-            all.insert(form.name, {[&form](QWidget *mainWindow, const OpenRecord &) {
-                                       return makeForm(form.spec(), mainWindow);
-                                   },
-                                   form.placement});
+            all.insert(form.name,
+                       {[&form](QWidget *mainWindow, const OpenRecord &) { return makeForm(form.spec(), mainWindow); },
+                        form.placement});
         for (const DeclaredQuery &query : declaredQueries())
             all.insert(query.name, {[&query](QWidget *mainWindow, const OpenRecord &openRecord) {
                                         return new QueryScreen(query.spec(), mainWindow, openRecord);
