@@ -244,13 +244,17 @@ Document goods(const QString &name, const QString &report, const QVector<Criteri
     "yy_Xyz_NB INNER JOIN yy_XyZ_NH ON yy_Xyz_NB.xyzh = yy_XyZ_NH.xyzh where yy_XyZ_NH.xyzh<>''"                       \
     "and yy_XyZ_NH.kzrq>='{DTPicker1}'and yy_XyZ_NH.kzrq<='{DTPicker2}'"
 
+// The group's count is one of rows, of which a credit has one for each unit of each contract, unlike the head's.
+const QString noteOfCredits =
+    QStringLiteral("注：份数按合同行计；合同金额为各行数字之和，未按币种折算，旁列的币种取自末行。");
+
 Document credits(const QString &name, const QString &report, const QString &order)
 {
     return {.name = name,
             .report = report,
             .record = {.rows = CREDITS},
             .order = order,
-            .labels = period + QVector<DocumentLabel>{{"L_CS", copies}},
+            .labels = period + QVector<DocumentLabel>{{"L_CS", copies}, {"L_Note", noteOfCredits}},
             .statistic = {criteria::credits(),
                           CREDITS "and yy_XyZ_NH.xyzyxq>='{DTPicker3}' and yy_XyZ_NH.xyzyxq<='{DTPicker4}'",
                           "select count(*) as n from yy_xyz_nh where xyzh<>'' and kzrq>='{DTPicker1}' and "
