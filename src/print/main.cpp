@@ -49,15 +49,23 @@ constexpr int daysOfPeriod = 30;
 // What a statistic is asked for with on the command line. Throws DataError for a criterion that it does not have.
 Criteria criteriaOf(const Document &statistic, const QCommandLineParser &options)
 {
-    const auto date = [&](const char *option, const QDate &otherwise) {
-        const QString text = options.value(option);
+    const auto date = [](const QString &option, const QString &text) {
         const QDate told = dateFromText(text);
-        if (!text.isEmpty() && !told.isValid())
-            throw DataError(0, QStringLiteral("--%1: %2").arg(option, text));
-        return dateText(told.isValid() ? told : otherwise);
+        if (!told.isValid())
+            throw DataError(0, option + QStringLiteral(": ") + text);
+        return told;
     };
+    Criteria criteria;
+    const auto range = [&](const QString &from, const QDate &first, const QString &to, const QDate &last) {
+        if (first > last)
+            throw DataError(nothingToPrint, QStringLiteral("起始日不能晚于截止日，请核对。"));
+        criteria.values.insert(from, dateText(first));
+        criteria.values.insert(to, dateText(last));
+    };
+    const QString from = options.value("from"), to = options.value("to");
     const QDate today = QDate::currentDate();
-    Criteria criteria{{{fromDate, date("from", today.addDays(-daysOfPeriod))}, {toDate, date("to", today)}}};
+    range(fromDate, from.isEmpty() ? today.addDays(-daysOfPeriod) : date("--from", from), toDate,
+          to.isEmpty() ? today : date("--to", to));
     QStringList captions;
     for (const Criterion &one : statistic.statistic.criteria)
         captions.append(plainCaption(one.caption));
@@ -68,8 +76,8 @@ Criteria criteriaOf(const Document &statistic, const QCommandLineParser &options
             criteria.values.insert(statistic.statistic.criteria[index].name, value);
         } else if (caption == u"有效日期" && !statistic.statistic.rowsWithin.isEmpty()) {
             criteria.isWithin = true;
-            criteria.values.insert("DTPicker3", value.section(between, 0, 0));
-            criteria.values.insert("DTPicker4", value.section(between, -1));
+            range("DTPicker3", date(condition, value.section(between, 0, 0)), "DTPicker4",
+                  date(condition, value.section(between, -1)));
         } else {
             throw DataError(0, statistic.name + QStringLiteral(": --where ") + captions.join(QStringLiteral(", ")));
         }

@@ -116,7 +116,8 @@ std::optional<ReportObject> closingLine(const Section &row)
         return {};
     for (const ReportObject &line : row.objects)
         if (line.kind == ObjectKind::Line && line.y1 == row.height && line.y2 == row.height &&
-            qMin(line.x1, line.x2) <= closing->x1 && qMax(line.x1, line.x2) >= closing->x2)
+            qMin(line.x1, line.x2) <= closing->x1 && qMax(line.x1, line.x2) >= closing->x2 &&
+            line.weight >= closing->weight)
             return {};
     return closing;
 }

@@ -130,6 +130,7 @@ TEST_F(Print, WorkbookAndPicturesComeFromTheSamePages)
 
 TEST_F(Print, WhatIsNotThereIsNamedAndLeavesNoFile)
 {
+    const QString grouped = "外销合同统计表（按签约公司）";
     const struct {
         QStringList arguments;
         QString named;
@@ -141,6 +142,9 @@ TEST_F(Print, WhatIsNotThereIsNamedAndLeavesNoFile)
         {{"--document", "形式发票", "--number", "X260800001", "--pdf", "/nowhere/a.pdf"}, "/nowhere/a.pdf"},
         {{"--document", "形式发票", "--number", "X260800001", "--pdf", "/dev/full"}, "/dev/full"},
         {{"--document", "形式发票", "--number", "X260800001", "--number", "X0", "--pdf", file("a.pdf")}, "X0"},
+        {{"--document", grouped, "--from", "2026-12-31", "--to", "2026-01-01", "--pdf", file("a.pdf")}, "起始日"},
+        {{"--document", grouped, "--where", "有效日期=soon", "--pdf", file("a.pdf")}, "soon"},
+        {{"--document", grouped, "--where", "厂家=A", "--pdf", file("a.pdf")}, "签约公司"},
     };
     for (const auto &c : cases) {
         const Outcome outcome = print(c.arguments);
