@@ -39,7 +39,7 @@ QString printed(const QStringList &arguments, int *status = nullptr)
     return outputOf(binFolder() + "/tradewick-print", arguments, status);
 }
 
-const QString templates = QFileInfo(QString::fromUtf8(__FILE__)).absolutePath() + "/../../resources/templates";
+const QString templates = TEMPLATES;
 
 class TemplateTools : public testing::Test
 {
