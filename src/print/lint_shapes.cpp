@@ -133,6 +133,8 @@ QVector<Finding> drawnTwice(const Page &page)
     QMap<Place, const ReportObject *> seen;
     QVector<Finding> findings;
     for (const PageItem &item : page.items) {
+        if (item.object->name.isEmpty()) // the line that closes a table at a page's end, over the row's own
+            continue;
         const ObjectKind kind = item.object->kind;
         const bool turned = std::tie(item.x1, item.y1) > std::tie(item.x2, item.y2);
         const Place place{item.isText() ? 0 : int(kind), turned ? item.x2 : item.x1, turned ? item.y2 : item.y1,
