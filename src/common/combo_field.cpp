@@ -109,7 +109,17 @@ void ComboField::setReadOnly(bool readOnly)
 {
     m_readOnly = readOnly;
     lineEdit()->setReadOnly(readOnly);
+    if (readOnly)
+        completer()->popup()->hide();
     update();
+}
+
+// The list of what fits stays open when a key of the form saves or begins an Edit, and would go on writing the text.
+void ComboField::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange && !isEnabled() && completer())
+        completer()->popup()->hide();
+    QComboBox::changeEvent(event);
 }
 
 void ComboField::showPopup()

@@ -1,12 +1,12 @@
 #include "common/criteria_panel.h"
 
 #include "common/combo_field.h"
+#include "common/date_field.h"
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
 #include "data/date_text.h"
 
 #include <QCheckBox>
-#include <QDateEdit>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -79,13 +79,11 @@ void CriteriaPanel::addDates(const DateRange &range)
     frame({})->addWidget(check);
 }
 
-QDateEdit *CriteriaPanel::addDate(const QString &name, const QString &caption, const QString &spoken, const QDate &date)
+DateField *CriteriaPanel::addDate(const QString &name, const QString &caption, const QString &spoken, const QDate &date)
 {
-    auto *picker = new QDateEdit(date, this);
+    auto *picker = new DateField(date, this);
     picker->setObjectName(name);
     picker->setAccessibleName(spoken);
-    picker->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    picker->setCalendarPopup(true);
     picker->installEventFilter(this);
     addPair(frame({}), caption, picker);
     m_dates.insert(name, picker);
@@ -106,6 +104,13 @@ bool CriteriaPanel::isReversed(bool anyRange) const
         if ((anyRange || &range == &m_spec.dates.first()) && m_dates[range.from]->date() > m_dates[range.to]->date())
             return true;
     return false;
+}
+
+void CriteriaPanel::takeFocus()
+{
+    QWidget *first = m_spec.dates.isEmpty() ? static_cast<QWidget *>(box(m_spec.criteria.first().name))
+                                            : m_dates[m_spec.dates.first().from];
+    first->setFocus(Qt::ShortcutFocusReason);
 }
 
 // ---- boxes ----

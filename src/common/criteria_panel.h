@@ -8,7 +8,6 @@
 #include <QWidget>
 
 class QBoxLayout;
-class QDateEdit;
 class QLayout;
 class QLineEdit;
 
@@ -16,6 +15,7 @@ namespace tradewick
 {
 
 class ComboField;
+class DateField;
 
 class CriteriaPanel : public QWidget
 {
@@ -38,6 +38,9 @@ public:
     void emptyAll();
     void offer(const QString &name, const QStringList &items);
 
+    // To the first of them.
+    void takeFocus();
+
     // Where further controls of a frame stand.
     QLayout *frame(const QString &caption);
 
@@ -50,13 +53,13 @@ protected:
 
 private:
     void addDates(const DateRange &range);
-    QDateEdit *addDate(const QString &name, const QString &caption, const QString &spoken, const QDate &date);
+    DateField *addDate(const QString &name, const QString &caption, const QString &spoken, const QDate &date);
     void addBox(const Criterion &criterion);
     QLineEdit *box(const QString &name) const;
 
     const QuerySpec &m_spec;
     QHash<QString, QLayout *> m_frames; // by caption
-    QHash<QString, QDateEdit *> m_dates;
+    QHash<QString, DateField *> m_dates;
     QHash<QString, QLineEdit *> m_boxes; // those of combo boxes among them
     QHash<QString, ComboField *> m_combos;
 };

@@ -64,7 +64,8 @@ class WindowDialogs : public Dialogs
 public:
     void message(QWidget *parent, const QString &text, const QString &title, MessageIcon icon) override
     {
-        QMessageBox box(iconOf(icon), title, text, QMessageBox::Ok, parent);
+        // Without any title the program's file name would stand there.
+        QMessageBox box(iconOf(icon), title.isEmpty() ? QStringLiteral(" ") : title, text, QMessageBox::Ok, parent);
         box.setTextFormat(Qt::PlainText);
         box.button(QMessageBox::Ok)->setText(QStringLiteral("确定"));
         box.exec();

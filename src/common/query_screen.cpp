@@ -11,8 +11,8 @@
 #include "common/number_text.h"
 #include "common/record_form.h"
 
+#include <QApplication>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -101,6 +101,9 @@ void QueryScreen::build()
     auto *outer = new QVBoxLayout(m_content.get());
     m_criteria = new CriteriaPanel(m_spec, m_content.get());
     outer->addWidget(m_criteria);
+    const QString keys = QStringLiteral("Alt+0");
+    m_criteria->setToolTip(keys);
+    connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, m_criteria, &CriteriaPanel::takeFocus);
     connect(m_criteria, &CriteriaPanel::typed, this, [this](const QString &name) { quickFind(name, false); });
     connect(m_criteria, &CriteriaPanel::chosen, this, [this](const QString &name) { quickFind(name, true); });
     auto *splitter = new QSplitter(Qt::Horizontal, m_content.get());
@@ -287,8 +290,8 @@ void QueryScreen::showOptions()
 
 void QueryScreen::open(List &list, const QString &statement, const Values &values)
 {
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const auto back = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto back = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
     list.control.setRecordSource(statement, values);
     list.control.Refresh();
 }
@@ -299,6 +302,8 @@ bool QueryScreen::find()
         return false;
     for (QPushButton *button : std::as_const(m_waiting))
         button->setEnabled(true);
+    if (QWidget *offered = QApplication::activePopupWidget()) // over what is found
+        offered->close();
     const Values values = criteria();
     m_fragments = fragmentsOf(m_spec.criteria, values);
     const bool isDone = run([&] {

@@ -469,7 +469,13 @@ void RecordForm::goTo(const QString &column, const QVariant &value)
                 showStatement(m_spec.statement, {});
                 found = isThere();
             }
-            found ? void(m_list->find(column, value)) : QApplication::beep();
+            if (found)
+                m_list->find(column, value);
+            else if (isBusy() || anyWaits())
+                QApplication::beep();
+            else // what is shown instead is not taken for it
+                dialogs().message(this, QStringLiteral("没有找到“%1”，可能已被删除。").arg(value.toString().trimmed()),
+                                  systemTitle(), MessageIcon::Exclamation);
         }});
 }
 

@@ -1,11 +1,11 @@
 #include "common/record_list.h"
 
 #include "common/combo_field.h"
+#include "common/date_field.h"
 #include "common/dialogs.h"
 #include "common/field_panel.h"
 #include "common/record_form.h"
 
-#include <QDateEdit>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -83,11 +83,9 @@ void RecordList::addDateFilter(QBoxLayout *layout)
     const DateFilterSpec &spec = m_spec.dateFilter;
     auto *row = new QHBoxLayout;
     auto *label = new QLabel(spec.caption, this);
-    auto *picker = new QDateEdit(QDate::currentDate(), this);
+    auto *picker = new DateField(QDate::currentDate(), this);
     picker->setObjectName(spec.name);
     picker->setAccessibleName(spec.caption);
-    picker->setDisplayFormat("yyyy-MM-dd");
-    picker->setCalendarPopup(true);
     label->setBuddy(picker);
     row->addWidget(label);
     row->addWidget(picker, 1);

@@ -3,6 +3,8 @@
 #include "shell/main_window.h"
 #include "support/xls_readers.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QProcess>
 #include <QRadioButton>
 #include <QTemporaryDir>
@@ -75,6 +77,38 @@ TEST_F(Queries, DatesThatAreTurnedRoundAreToldInTheWordsOfFindAndPrint)
     ask(drive, true);
     EXPECT_EQ(dialogs.shown, (QVector<Shown>{question, reversedAtPrint}));
     EXPECT_TRUE(printed.isEmpty());
+}
+
+// However its box is entered, and whatever of it is selected, digits are a date from its year on.
+TEST_F(Queries, DatesAreTypedAndTheListsOfBoxesCloseAtFind)
+{
+    const FormDriver drive = open(YY_WXHt_cxTjB());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(screen.get()));
+    const auto typed = [&](const QString &digits) {
+        for (const QChar digit : digits)
+            QTest::keyClick(screen->focusWidget(), digit.toLatin1());
+        return screen->findChild<QDateEdit *>(screen->focusWidget()->objectName())->date().toString(Qt::ISODate);
+    };
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        QTest::keyClick(screen->focusWidget(), key, with);
+        return screen->focusWidget()->objectName();
+    };
+    EXPECT_EQ(press(Qt::Key_0, Qt::AltModifier), "DTPicker1");
+    EXPECT_EQ(typed("20250801"), "2025-08-01");
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(typed("20240702"), "2024-07-02");
+    press(Qt::Key_Home);
+    EXPECT_EQ(typed("20230603"), "2023-06-03");
+    EXPECT_EQ(press(Qt::Key_Tab), "DTPicker2");
+    EXPECT_EQ(press(Qt::Key_Tab), "DTPicker3");
+    EXPECT_EQ(press(Qt::Key_Backtab, Qt::ShiftModifier), "DTPicker2");
+    EXPECT_EQ(typed("20261231"), "2026-12-31");
+    auto *company = drive.find<QComboBox>("Combo2");
+    company->addItem("A");
+    drive.type("Combo2", "A");
+    EXPECT_TRUE(company->completer()->popup()->isVisible());
+    drive.click("CmdFIND");
+    EXPECT_FALSE(company->completer()->popup()->isVisible());
 }
 
 TEST_F(Queries, TheFirstCountStaysBelowAndThatOfTheLastFindIsPrinted)
@@ -181,9 +215,14 @@ TEST_F(Queries, AFoundRecordOpensInItsEntryForm)
     found->grid(0)->setFocus();
     found->records().MoveLast();
     const auto open = [&] { QTest::keyClick(found->grid(0), Qt::Key_Return); };
-    open();
+    found->records().MovePrevious();
+    database.connection().Execute("delete from yy_gw_wxht_h where htbh='X2'");
+    open(); // another record that is shown instead is not taken for it
+    EXPECT_EQ(dialogs.take(), (Shown{"没有找到“X2”，可能已被删除。", "系统提示", MessageIcon::Exclamation}));
     auto *entry = window.findChild<RecordForm *>("YY_WXHT");
     ASSERT_NE(entry, nullptr);
+    found->records().MoveLast();
+    open();
     EXPECT_EQ(entry->text("Text1(0)"), "X3");
     entry->findChild<QDateEdit *>("DTPicker3")->setDate({2026, 1, 10});
     EXPECT_EQ(entry->records().RecordCount(), 1);
