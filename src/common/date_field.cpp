@@ -12,10 +12,11 @@ DateField::DateField(const QDate &date, QWidget *parent) : QDateEdit(date, paren
     setCalendarPopup(true);
 }
 
-// Qt's way stops at each part: twelve times in two ranges.
+// Qt's way stops at each part, but for the last one: twelve times in two ranges.
 bool DateField::focusNextPrevChild(bool next)
 {
-    return QWidget::focusNextPrevChild(next);
+    setCurrentSectionIndex(next ? sectionCount() - 1 : 0);
+    return QDateEdit::focusNextPrevChild(next);
 }
 
 void DateField::focusInEvent(QFocusEvent *event)
