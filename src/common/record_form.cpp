@@ -239,8 +239,8 @@ void RecordForm::setBusy(bool busy, bool adding)
     m_list->setWaysOpen(!busy);
     if (m_lines)
         m_lines->setEditing(busy, adding);
+    m_inAdd = busy && adding;
     m_state->setProperty("busy", busy);
-    m_state->setProperty("adding", adding);
     showState();
     m_state->style()->unpolish(m_state);
     m_state->style()->polish(m_state);
@@ -248,11 +248,10 @@ void RecordForm::setBusy(bool busy, bool adding)
 
 void RecordForm::showState()
 {
-    const bool adding = m_state->property("adding").toBool();
     const bool isWaiting = !m_busy && hasRecord() && waits(records().absolutePosition());
     m_state->setText(isWaiting ? QStringLiteral("未保存")
                      : !m_busy ? QStringLiteral("浏览")
-                     : adding  ? QStringLiteral("新增")
+                     : m_inAdd ? QStringLiteral("新增")
                                : QStringLiteral("编辑"));
     m_list->showMarks();
 }
@@ -458,19 +457,20 @@ void RecordForm::previous()
 void RecordForm::goTo(const QString &column, const QVariant &value)
 {
     run(Failure::Report, {[&] {
-            const auto isThere = [&] {
-                for (const QVariant &one : records().columnValues(records().columnIndex(column)))
-                    if (one.toString().trimmed().compare(value.toString().trimmed(), Qt::CaseInsensitive) == 0)
-                        return true;
-                return false;
+            const auto place = [&] {
+                const QVariantList values = records().columnValues(records().columnIndex(column));
+                const auto isMeant = [wanted = value.toString().trimmed()](const QVariant &one) {
+                    return one.toString().trimmed().compare(wanted, Qt::CaseInsensitive) == 0;
+                };
+                return int(std::find_if(values.begin(), values.end(), isMeant) - values.begin());
             };
-            bool found = !isBusy() && isThere();
-            if (!isBusy() && !found && !tellWaiting()) { // a filter may hide it
+            int at = isBusy() ? records().RecordCount() : place();
+            if (!isBusy() && at == records().RecordCount() && !tellWaiting()) { // a filter may hide it
                 showStatement(m_spec.statement, {});
-                found = isThere();
+                at = place();
             }
-            if (found)
-                m_list->find(column, value);
+            if (at < records().RecordCount())
+                records().setAbsolutePosition(at);
             else if (isBusy() || anyWaits())
                 QApplication::beep();
             else // what is shown instead is not taken for it

@@ -189,6 +189,7 @@ private:
     qint64 m_added = 0;                 // the record that Add began, until it is stored or dropped
     qint64 m_left = 0;                  // the record that was shown when that Add began
     bool m_busy = false, m_adding = false;
+    bool m_inAdd = false;    // whether the state is the one that Add began; m_adding may outlast it
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };
 

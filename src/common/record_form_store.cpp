@@ -117,7 +117,7 @@ void RecordForm::save()
         m_lines->commitEditors();
     if (!passesOwnChecks() || !passesWhatIsTyped() || (m_lines && m_lines->tellBadCell()))
         return;
-    const bool adding = m_adding, inAdd = m_state->property("adding").toBool();
+    const bool adding = m_adding, inAdd = m_inAdd;
     if (m_spec.adding == Adding::UntilOk)
         m_adding = false;
     if (m_lines) {
