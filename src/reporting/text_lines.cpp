@@ -28,11 +28,16 @@ bool closes(QChar character)
     return closing.contains(character);
 }
 
+bool opens(QChar character)
+{
+    static const QString opening = QStringLiteral("（《「『【〔“‘([");
+    return opening.contains(character);
+}
+
 bool breaksBetween(QChar left, QChar right)
 {
-    return !closes(right) && !right.isSpace() &&
-           (left.isSpace() || left == u'-' || left == u')' || left == u']' || isWide(left) ||
-            (isWide(right) && left != u'('));
+    return !closes(right) && !right.isSpace() && !opens(left) &&
+           (left.isSpace() || left == u'-' || left == u')' || left == u']' || isWide(left) || isWide(right));
 }
 
 qsizetype characterAt(QStringView text, qsizetype at)

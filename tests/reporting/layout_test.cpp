@@ -376,6 +376,16 @@ TEST(Layout, DataOnlyLeavesOutWhatTheFormHasAlready)
     const auto pages = Layout(report, named({"data"}), {{"L_F", "free"}}, {}, paper).all();
     EXPECT_EQ(textsOf(*pages[0]), (QStringList{"data", "free"}));
     EXPECT_EQ(pages[0]->items.size(), 2);
+
+    // marks of several lines are whole in the rows, whose space is open; a box of the head has its place
+    const auto boxes = templateOf(
+        R"(<groupHeader level="1" height="300" canGrow="true"><label name="L_F" left="0" top="0" width="900" height="240"/>
+        </groupHeader><detail height="300" canGrow="true"><field name="F" left="0" top="0" width="900" height="240"
+        dataField="name"/></detail><groupFooter level="1" height="0"/>)");
+    const QVector<Overflow> lost =
+        overflowsOf(Layout(boxes, named({"one\ntwo\nthree"}), {{"L_F", "four\nfive\nsix"}}, {}, paper).all());
+    ASSERT_EQ(lost.size(), 1);
+    EXPECT_EQ(lost[0].object, "L_F");
 }
 
 TEST(Layout, PageStampsFollowTheClockAtEachPage)
