@@ -220,6 +220,7 @@ TEST_P(Partners, EnterTakesAChoiceOnceAndCompletesIt)
     activate();
     EXPECT_EQ(currency->currentText(), "EUR");
     EXPECT_EQ(drive.text("Text1(7)"), "8");
+    EXPECT_EQ(drive.focused(), "Text1(7)"); // without a second Enter
     drive.type("Combo1(1)", "u");
     ASSERT_TRUE(fitting->isVisible());
     drive.click("CmdOK"); // the list would go on writing into what is locked now
