@@ -189,12 +189,15 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     };
     const QStringList &captions = m_spec.captions;
     QBoxLayout *row = group();
-    if (m_spec.hasNavigation) {
-        addButton(row, {"cmdqd", captions[0], "Alt+Home"}, [this] { first(); });
-        addButton(row, {"cmdxq", captions[1], "Alt+PgUp"}, [this] { previous(); });
-        addButton(row, {"cmdnext", captions[2], "Alt+PgDown"}, [this] { next(); });
-        addButton(row, {"cmdmd", captions[3], "Alt+End"}, [this] { last(); });
-    }
+    void (RecordForm::*const ways[])() = {&RecordForm::first, &RecordForm::previous, &RecordForm::next,
+                                          &RecordForm::last};
+    const char *const names[] = {"cmdqd", "cmdxq", "cmdnext", "cmdmd"};
+    const char *const keys[] = {"Alt+Home", "Alt+PgUp", "Alt+PgDown", "Alt+End"};
+    for (int i = 0; m_spec.hasNavigation && i < 4; ++i)
+        addButton(row, {names[i], captions[i], keys[i]}, [this, go = ways[i]] {
+            if (!isBusy() || m_entered.isEmpty() || passesWhenLeft(m_entered)) // a key leaves no field
+                (this->*go)();
+        });
     if (!m_spec.find.column.isEmpty())
         addButton(row, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
     row = group();

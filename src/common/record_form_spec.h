@@ -207,6 +207,8 @@ struct LineGridSpec {
     int page = -1;           // of the tabs, that holds the grid; -1: below the fields
     QString above{};         // a field that begins a frame or a row of its own: the grid stands above that
     bool whileAdding = true; // takes text in Add, else in Edit alone
+    // A refused OK locks the grid; the Delete key removes lines then all the same.
+    bool deletesWhileLocked = true;
     QString title = QStringLiteral("商品明细"); // what a screen reader says
 };
 

@@ -377,8 +377,11 @@ QString RecordForm::worded(const DataError &error)
     switch (error.refusal()) {
     case Refusal::Duplicate:
         return place + QStringLiteral("：编号重复，数据库中已有同样的记录，请核对！");
-    case Refusal::NotANumber:
-        return place + QStringLiteral("：") + badNumber();
+    case Refusal::NotANumber: {
+        const int column = error.set()->columnIndex(error.column());
+        const bool isDate = column >= 0 && error.set()->columnKind(column) == ColumnKind::Date;
+        return place + QStringLiteral("：") + (isDate ? badDate() : badNumber());
+    }
     case Refusal::TooLong:
         return place + QStringLiteral("：内容过长，请核对！");
     case Refusal::Missing:

@@ -53,6 +53,13 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
 TEST_P(EveryForm, AsksForWhatIsMissing)
 {
     const FormDriver drive = open();
+    for (const QLabel *label : form->findChildren<QLabel *>()) {
+        const bool isRequired =
+            label->buddy() && std::any_of(spec.required.cbegin(), spec.required.cend(), [&](const RequiredField &one) {
+                return one.name == label->buddy()->objectName();
+            });
+        EXPECT_EQ(label->property("required").toBool(), isRequired) << label->text().toStdString();
+    }
     drive.click("Cmdadd");
     const auto fillRequired = [&] {
         drive.type(key(), "K0001");
@@ -247,12 +254,13 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
         typeRequired(drive, number);
         drive.type(name(), text);
         drive.click("CmdOK");
-        dialogs.shown.clear();
     };
     const auto *list = drive.find<Grid>(spec.listName);
     const auto mark = [&](int row) { return list->model()->headerData(row, Qt::Vertical, Qt::ToolTipRole).toString(); };
     add("N0001", "never");
+    dialogs.shown.clear();
     add("N0002", "second");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>()); // the other one's refusal was told
     EXPECT_EQ(count(), 2);
     EXPECT_EQ(count(nameColumn(), "second"), 1);
     EXPECT_EQ(mark(1), "未保存");
