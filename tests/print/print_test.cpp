@@ -240,6 +240,10 @@ TEST_F(Print, AnyTextPrintsAndSpoilsNothingBesideIt)
         const Outcome read = runProgram("pdftotext", {"-layout", file("o.pdf"), "-"});
         EXPECT_EQ(read.error, "") << text.left(40).toStdString();
         EXPECT_EQ(read.out.count("P0001"), 1);
+        // the name of the goods stands in the page's head, which does not grow
+        EXPECT_EQ(printed.error.contains(QString("形式发票 %1: page 1: Field12 does not fit: “").arg(contract)),
+                  text.size() == 40000)
+            << printed.error.toStdString();
         EXPECT_TRUE(read.out.contains(QRegularExpression("TOTAL:\\s+1\\s+PCS\\s+USD\\s+1\\.75")))
             << text.left(40).toStdString();
     }
