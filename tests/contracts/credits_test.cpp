@@ -116,6 +116,34 @@ TEST_F(Credits, FiltersByContractAndByNumber)
     EXPECT_EQ(shownKeys(), first);
 }
 
+// The list goes on showing which record is on the form.
+TEST_F(Credits, TheListMarksTheRecordThatFollowsAnother)
+{
+    dialogs.settle = [](const ConflictQuestion &) { return ConflictAnswer{false}; }; // what is gone is given up
+    for (const char *shown : {"MIL260914E", "XY261100001"}) {                        // one in between, and the last
+        const FormDriver drive = open(YY_XyZ_New_Rpt());
+        const auto *list = drive.find<Grid>("TDBGrid3");
+        const auto expectMarked = [&] {
+            const int row = form->records().absolutePosition();
+            EXPECT_TRUE(list->selectionModel()->isRowSelected(row)) << row << shown;
+            EXPECT_EQ(list->model()->index(row, 0).data().toString(), drive.text("Text1(0)"));
+        };
+        while (drive.text("Text1(0)") != shown)
+            drive.click("cmdxq");
+        expectMarked();
+        drive.click("Cmddelete");
+        expectMarked();
+        const QString gone = drive.text("Text1(0)");
+        drive.click("Cmdedit");
+        drive.type("Text1(7)", "BANK");
+        database.elsewhere("delete from yy_xyz_nh where xyzh='{x}'", {{"x", gone}});
+        drive.click("CmdOK");
+        EXPECT_NE(drive.text("Text1(0)"), gone);
+        expectMarked();
+        form.reset();
+    }
+}
+
 // The flag of an Add outlives its OK in both registers, so that a later Cancel of an Edit removes lines.
 TEST_F(Credits, CancelRemovesTheLinesOfWhateverIsShownAfterAnAdd)
 {
