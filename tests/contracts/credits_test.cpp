@@ -54,7 +54,10 @@ TEST_F(Credits, OffersContractsOfBothPartiesThatStandOnNoCredit)
     EXPECT_EQ(search(0, "X"), 0);
     drive.choose("Combo1(0)", company);
     EXPECT_EQ(search(0, "X"), 0);
+    drive.choose("Combo1(0)", "another company");
     drive.choose("Combo1(4)", customer);
+    EXPECT_EQ(search(0, "X"), 0);
+    drive.choose("Combo1(0)", company);
     expectCopied(row("select * from yy_gwkh_zl where khbh='K001'"), {"bizh", "hl", "kzr khmc"});
     // One of this customer's three contracts is taken, one has goods in two units.
     EXPECT_EQ(search(0, "X"), 3);
@@ -79,6 +82,7 @@ TEST_F(Credits, OffersContractsOfBothPartiesThatStandOnNoCredit)
     // What is not stored yet stands on no credit: the same contract is offered, and taken, again.
     EXPECT_EQ(search(1, "80000"), 2);
     takeFirst();
+    EXPECT_EQ(cell(1, "htbh") + cell(1, "dw"), "X260800001" + unit);
     const QString number = drive.text("Text1(0)");
     drive.click("CmdOK");
     EXPECT_EQ(linesOf(number), 2);
