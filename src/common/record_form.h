@@ -90,6 +90,9 @@ public:
     bool anyWaits();
     // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
     bool tellWaiting();
+    // Tells that the record shown waits, so that the database, and what is printed of it, has another under its number,
+    // or none; gives whether it does.
+    bool tellUnstored();
     // Goes to the first record whose column has the value, among all records where those that are shown have it not.
     // Beeps and stays during Add and Edit and where records wait; tells where no record has it.
     void goTo(const QString &column, const QVariant &value);

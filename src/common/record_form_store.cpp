@@ -193,6 +193,11 @@ bool RecordForm::tellWaiting()
     return anyWaits;
 }
 
+bool RecordForm::tellUnstored()
+{
+    return hasRecord() && waits(records().absolutePosition()) && tellWaiting();
+}
+
 // The record shown first; what it meets is the clerk's to know. One that the database refused earlier holds nothing
 // back, and goes on waiting when it is refused again.
 bool RecordForm::storeWaiting()
