@@ -90,9 +90,6 @@ public:
     bool anyWaits();
     // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
     bool tellWaiting();
-    // Tells that the record shown waits, so that the database, and what is printed of it, has another under its number,
-    // or none; gives whether it does.
-    bool tellUnstored();
     // Goes to the first record whose column has the value, among all records where those that are shown have it not.
     // Beeps and stays during Add and Edit and where records wait; tells where no record has it.
     void goTo(const QString &column, const QVariant &value);
@@ -171,6 +168,7 @@ private:
     bool isStored(const QString &key);
     void takeFreeNumber(); // throws DataError
     bool missesRequiredField();
+    bool tellUnstored();
     void askForLines();
     bool storeWaiting();            // gives false when the clerk goes back
     bool settle(Conflict conflict); // asks; gives whether to go on storing

@@ -309,6 +309,7 @@ struct ButtonSpec {
     QString name, caption, shortcut;
     std::function<void(RecordForm &form)> press;
     bool whileAdding = false; // enabled in Browse and in Add, else in Browse alone
+    bool ofStored = true;     // acts upon the record as the database has it; one that waits is told instead
 };
 
 // A box beside the buttons from which the user chooses what one of them does. It takes any other text too.

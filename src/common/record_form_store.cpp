@@ -193,6 +193,7 @@ bool RecordForm::tellWaiting()
     return anyWaits;
 }
 
+// The database, and what is printed of it, has another record under its number, or none.
 bool RecordForm::tellUnstored()
 {
     return hasRecord() && waits(records().absolutePosition()) && tellWaiting();

@@ -271,6 +271,18 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
         drive.type(filter.name, "N");
         EXPECT_EQ(drive.text(filter.name), "") << filter.name.toStdString();
     }
+    const int shown = form->records().absolutePosition();
+    form->records().setAbsolutePosition(1);
+    for (const ButtonSpec &button : spec.buttons) { // what is printed under its number is another record, or none
+        if (!button.ofStored)
+            continue;
+        dialogs.shown.clear();
+        drive.click(button.name);
+        EXPECT_EQ(dialogs.shown,
+                  QVector<Shown>({{"尚有未保存的记录，请先保存或取消。", "系统提示", MessageIcon::Exclamation}}))
+            << button.name.toStdString();
+    }
+    form->records().setAbsolutePosition(shown);
     if (spec.dateFilter.statement) {
         auto *picker = drive.find<QDateEdit>(spec.dateFilter.name);
         picker->setDate(QDate(2026, 1, 1));
