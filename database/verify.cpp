@@ -2,11 +2,13 @@
 
 #include "data/row_cursor.h"
 #include "database/description.h"
+#include "database/relations.h"
 #include "database/source.h"
 
 #include <QTextStream>
 
 #include <algorithm>
+#include <tuple>
 
 namespace tradewick
 {
@@ -17,7 +19,11 @@ namespace
 // Numbers that only the forms keep apart; the database takes twins of them.
 constexpr struct {
     const char *table, *column;
-} looseKeys[] = {{"qb_pass", "name"}, {"cy_pcd_rpt", "pcdh"}, {"cy_hxd_gsly", "hxdh"}};
+} looseKeys[] = {{"qb_pass", "name"},
+                 {"cy_pcd_rpt", "pcdh"},
+                 {"cy_dcd_djb_h", "cw_dcdh"},
+                 {"cy_hytd_djb_h", "cw_tdhm"},
+                 {"cy_hxd_gsly", "hxdh"}};
 
 class Verification
 {
@@ -33,9 +39,8 @@ public:
             return false; // what is missing cannot be read
         if (m_connection.engine() == Engine::MariaDb)
             foreignColumns();
-        for (const ViewDescription &view : viewDescriptions())
-            linesWithoutHead(view.head, view.body, view.key);
-        linesWithoutHead(QStringLiteral("yy_xyz_nh"), QStringLiteral("yy_xyz_nb"), QStringLiteral("xyzh"));
+        for (const Relation &relation : relations())
+            missingRows(relation);
         for (const TableDescription &table : tableDescriptions()) {
             if (!table.unique.isEmpty())
                 twins(table.name, table.unique);
@@ -101,17 +106,11 @@ private:
              });
     }
 
-    void linesWithoutHead(const QString &head, const QString &body, const QString &key)
+    void missingRows(const Relation &relation)
     {
-        const QString ofHead = comparable("h." + key, m_connection.engine());
-        const QString ofBody = comparable("b." + key, m_connection.engine());
-        read(QStringLiteral("select min(b.%3), count(*) from %2 b where not exists"
-                            " (select 1 from %1 h where %4 = %5) group by %5 order by 1")
-                 .arg(head, body, key, ofHead, ofBody),
-             [&](const QVariantList &row) {
-                 tell(QStringLiteral("%1: no row of %2 for %3 line(s) of %4 %5")
-                          .arg(body, head, row[1].toString(), key, shown(row[0])));
-             });
+        for (const Row &row : m_connection.rows(relation.missing))
+            tell(QStringLiteral("%1: no row of %2 for %3 row(s) of %4 %5")
+                     .arg(relation.table, relation.other, row["n"].toString(), relation.column, shown(row["number"])));
     }
 
     // A blank stands for no number yet.
@@ -186,19 +185,29 @@ private:
         }
     };
 
-    struct Lot {
+    struct Range {
         QString name;
-        Form start, end;
+        Form first, last;
+        Range(const QVariant &start, const QVariant &end)
+            : name(start.toString() + QStringLiteral(" to ") + end.toString()), first(start), last(end)
+        {
+        }
+        bool isSeries() const { return !first.series.isEmpty() && first.series == last.series; }
+        // How many numbers both have in common; over two series nothing counts.
+        int common(const Range &other) const
+        {
+            if (!isSeries() || !other.isSeries() || first.series != other.first.series)
+                return 0;
+            return std::max(0, std::min(last.sequence, other.last.sequence) -
+                                   std::max(first.sequence, other.first.sequence) + 1);
+        }
+    };
+
+    struct Lot {
+        Range range;
         double forms, used, left, returned; // as the counters say
         int issued = 0, back = 0;           // as the rows say
-        bool isSeries() const { return start.series == end.series && end.sequence > start.sequence; }
-        // How many numbers the lot and the range have in common.
-        int common(const Form &first, const Form &last) const
-        {
-            if (!isSeries() || first.series != start.series || last.series != start.series)
-                return 0;
-            return std::max(0, std::min(end.sequence, last.sequence) - std::max(start.sequence, first.sequence) + 1);
-        }
+        bool counts() const { return range.isSeries() && range.last.sequence > range.first.sequence; }
     };
 
     void lots()
@@ -207,35 +216,61 @@ private:
         read(QStringLiteral("select start, endh, gl_fenshu, yy_fenshu, sy_fenshu, hs_fenshu from cy_hxd_wgj_ld"
                             " order by 1, 2"),
              [&lots](const QVariantList &row) {
-                 lots.append({row[0].toString() + QStringLiteral(" to ") + row[1].toString(), Form(row[0]),
-                              Form(row[1]), row[2].toDouble(), row[3].toDouble(), row[4].toDouble(),
+                 lots.append({Range(row[0], row[1]), row[2].toDouble(), row[3].toDouble(), row[4].toDouble(),
                               row[5].toDouble()});
              });
-        read(QStringLiteral("select hxdh_st, hxdh_en from cy_hxd_gshs"), [&lots](const QVariantList &row) {
-            const Form first(row[0]), last(row[1]);
+        QVector<Range> issues;
+        read(QStringLiteral("select hxdh_st, hxdh_en from cy_hxd_gshs order by 1, 2"),
+             [&issues](const QVariantList &row) { issues.append(Range(row[0], row[1])); });
+        for (const Range &issue : std::as_const(issues))
             for (Lot &lot : lots)
-                lot.issued += lot.common(first, last);
-        });
+                lot.issued += lot.range.common(issue);
         read(QStringLiteral("select hxdh from cy_hxd_gsly"), [&lots](const QVariantList &row) {
-            const Form form(row[0]);
+            const Range form(row[0], row[0]);
             for (Lot &lot : lots)
-                lot.back += lot.common(form, form);
+                lot.back += lot.range.common(form);
         });
+        counters(lots);
+        issuedTwice(issues);
+    }
+
+    void counters(const QVector<Lot> &lots)
+    {
         for (const Lot &lot : lots) {
             const auto compare = [&](const char *counter, double says, double is, const char *source) {
                 if (says != is)
                     tell(QStringLiteral("cy_hxd_wgj_ld: lot %1 has %2 %3, %4 is %5")
-                             .arg(lot.name, counter)
+                             .arg(lot.range.name, counter)
                              .arg(says)
                              .arg(source)
                              .arg(is));
             };
             compare("sy_fenshu", lot.left, lot.forms - lot.used, "gl_fenshu less yy_fenshu");
-            if (!lot.isSeries())
+            if (!lot.counts())
                 continue; // nothing is counted over two series
-            compare("gl_fenshu", lot.forms, lot.end.sequence - lot.start.sequence + 1, "the range");
+            compare("gl_fenshu", lot.forms, lot.range.common(lot.range), "the range");
             compare("yy_fenshu", lot.used, lot.issued, "the number issued by cy_hxd_gshs");
             compare("hs_fenshu", lot.returned, lot.back, "the number returned by cy_hxd_gsly");
+        }
+    }
+
+    // Two desktops may issue one range at once: each looks for others before either is stored.
+    void issuedTwice(QVector<Range> issues)
+    {
+        std::stable_sort(issues.begin(), issues.end(), [](const Range &a, const Range &b) {
+            return std::tie(a.first.series, a.first.sequence) < std::tie(b.first.series, b.first.sequence);
+        });
+        const Range *widest = nullptr; // of those that begin before
+        for (const Range &issue : std::as_const(issues)) {
+            if (!issue.isSeries())
+                continue;
+            const int twice = widest ? widest->common(issue) : 0;
+            if (twice > 0)
+                tell(QStringLiteral("cy_hxd_gshs: %1 and %2 issue %3 number(s) twice")
+                         .arg(widest->name, issue.name)
+                         .arg(twice));
+            if (!widest || widest->first.series != issue.first.series || issue.last.sequence > widest->last.sequence)
+                widest = &issue;
         }
     }
 

@@ -1,6 +1,8 @@
-// A JSON list of statements on standard input, on standard output what SQL Server is sent of each.
+// A JSON list of statements on standard input, on standard output what SQL Server is sent of each, and of those that
+// the check of a database puts together.
 #include "data/statement.h"
 #include "database/description.h"
+#include "database/relations.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -46,5 +48,7 @@ int main()
     QJsonArray texts;
     for (const auto &statement : QJsonDocument::fromJson(in.readAll()).array())
         texts.append(tradewick::bound(statement.toString()));
+    for (const tradewick::Relation &relation : tradewick::relations())
+        texts.append(tradewick::bound(relation.missing));
     out.write(QJsonDocument(texts).toJson());
 }

@@ -16,12 +16,13 @@ namespace tradewick::test
 namespace
 {
 
-void runDatabaseProgram(const QStringList &arguments)
+QString runDatabaseProgram(const QStringList &arguments)
 {
     QProcess process;
     process.start(binFolder() + "/tradewick-database", arguments);
     process.waitForFinished(60000);
     EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    return QString::fromUtf8(process.readAllStandardOutput());
 }
 
 // Made once a test program by the very command that users run.
@@ -87,6 +88,11 @@ QString binFolder()
 {
     const QString folder = qEnvironmentVariable("TRADEWICK_BIN");
     return folder.isEmpty() ? QCoreApplication::applicationDirPath() : folder;
+}
+
+QString findingsIn(const QString &dataSource)
+{
+    return runDatabaseProgram({"verify", dataSource});
 }
 
 TestDatabase::TestDatabase(Content content) : m_server(sharedServer())

@@ -51,4 +51,7 @@ private:
 // The folder of the built programs.
 QString binFolder();
 
+// What "tradewick-database verify" says of a database; empty for a sound one.
+QString findingsIn(const QString &dataSource);
+
 } // namespace tradewick::test
