@@ -298,7 +298,7 @@ void QueryScreen::open(List &list, const QString &statement, const Values &value
 
 bool QueryScreen::find()
 {
-    if (tellReversed(reversed(), false))
+    if (tellReversedAtFind())
         return false;
     for (QPushButton *button : std::as_const(m_waiting))
         button->setEnabled(true);

@@ -54,16 +54,15 @@ public:
     // Shows what the criteria find. Gives false, and has told why, where a range of dates is turned round or the
     // database fails.
     bool find();
-    // Tells that one of the ranges of dates, or the first, begins behind its end; gives whether it does.
-    bool tellReversed(const QString &message, bool anyRange);
+    // Tell that a range of dates begins behind its end, in the words of each; give whether one does. A find asks of the
+    // first range alone.
+    bool tellReversedAtFind() { return tellReversed(QStringLiteral("起始日期不能晚于截止日期，请核对。"), false); }
+    bool tellReversedAtPrint() { return tellReversed(reversedAtPrint(), true); }
     void tell(const QString &message);
     bool ask(const QString &question, MessageIcon icon);
     // Does something, telling an error of the database; gives whether there was none.
     bool run(const std::function<void()> &action);
     void showOptions();
-
-    static QString reversed() { return QStringLiteral("起始日期不能晚于截止日期，请核对。"); }
-    static QString reversedAtPrint() { return QStringLiteral("起始日不能晚于截止日，请核对。"); }
 
 private:
     struct List {
@@ -88,6 +87,7 @@ private:
     void showRecord();
     void openEntry(List &list);
     Connection &connection() const;
+    bool tellReversed(const QString &message, bool anyRange);
 
     const QuerySpec m_spec;
     const OpenRecord m_openRecord;

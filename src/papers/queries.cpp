@@ -185,11 +185,6 @@ QString titleOfMonth(const DocumentValues &values)
            QStringLiteral("出口情况定期统计报表");
 }
 
-QString amountInEnglishWords(const DocumentValues &values)
-{
-    return values.trimmed("bizh") + u' ' + values.inEnglish(values.total("zjje"));
-}
-
 // ---- documents ----
 
 const QVector<DocumentLabel> period{{"L_QsRq", from}, {"L_JzRq", to}};
@@ -322,7 +317,7 @@ Document contract(const QString &name, const QString &report, const QString &rec
                        .head = head,
                        .rows = "select * from " + view + " where HTBH='{htbh}'"},
             .totals = "select sum(isnull(je,0)) as zjje from " + view + " where htbh='{htbh}'",
-            .labels = {{label, amountInEnglishWords}}};
+            .labels = {{label, contractTotalInWords}}};
 }
 
 } // namespace

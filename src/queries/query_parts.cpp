@@ -100,7 +100,7 @@ QueryButton groupedPrint(const QString &caption, const GroupedPrint &print, bool
                 if (print.isRefused && print.isRefused(screen))
                     return;
                 const bool isYes = screen.ask(QString::fromUtf8(print.question), print.icon);
-                if (print.isRefusedBehind && print.isRefusedBehind(screen))
+                if (!print.isRefused && screen.tellReversedAtPrint())
                     return;
                 if (!print.needsRows || screen.records().RecordCount() > 0)
                     printStatistic(screen, QString::fromUtf8(isYes ? print.yes : print.no));

@@ -11,10 +11,11 @@ namespace tradewick
 // A statistic that is printed in one of two groupings.
 struct GroupedPrint {
     const char *question;
-    const char *yes, *no;                                       // names of the documents
-    std::function<bool(QueryScreen &screen)> isRefused{};       // before the question, having told why
-    std::function<bool(QueryScreen &screen)> isRefusedBehind{}; // behind it
-    bool needsRows = false;                                     // nothing is printed unless something was found
+    const char *yes, *no; // names of the documents
+    // Before the question, having told why. Without it dates that are turned round refuse the print behind the
+    // question.
+    std::function<bool(QueryScreen &screen)> isRefused{};
+    bool needsRows = false; // nothing is printed unless something was found
     MessageIcon icon = MessageIcon::Question;
 };
 
