@@ -6,6 +6,7 @@
 #include "common/dialogs.h"
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
+#include "common/form_parts.h"
 #include "common/globals.h"
 #include "common/line_totals.h"
 #include "common/number_text.h"
@@ -15,8 +16,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopeGuard>
@@ -34,7 +33,12 @@ namespace tradewick
 namespace
 {
 
-constexpr int leastRowsOfGrid = 5;
+// Room for a few rows, whatever else the window holds.
+void keepRoom(Grid &grid)
+{
+    constexpr int leastRows = 5;
+    grid.setMinimumHeight(grid.verticalHeader()->defaultSectionSize() * leastRows);
+}
 
 } // namespace
 
@@ -94,10 +98,7 @@ void QueryScreen::load()
 
 void QueryScreen::build()
 {
-    m_content = std::make_unique<QWidget>(this);
-    auto *whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(m_content.get());
+    m_content = contentOf(*this);
     auto *outer = new QVBoxLayout(m_content.get());
     m_criteria = new CriteriaPanel(m_spec, m_content.get());
     outer->addWidget(m_criteria);
@@ -153,7 +154,7 @@ Grid *QueryScreen::buildList(List &list, QWidget *page)
     list.grid->showRecords(list.control.Recordset(), list.spec->columns);
     list.grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // numbers are never cut
     list.grid->horizontalHeader()->setStretchLastSection(true);
-    list.grid->setMinimumHeight(list.grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
+    keepRoom(*list.grid);
     layout->addWidget(list.grid, 1);
     connect(list.grid, &Grid::rowActivated, this, [this, &list] { openEntry(list); });
     if (list.spec->footers.isEmpty())
@@ -166,9 +167,9 @@ Grid *QueryScreen::buildList(List &list, QWidget *page)
 
 QWidget *QueryScreen::buildRecord()
 {
-    auto *scroll = new QScrollArea(m_content.get());
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
+    auto *scroll = scrolled(content, m_content.get());
     m_panel = new FieldPanel(*m_entry, records(), content);
     m_panel->lock(true);
     connect(m_panel, &FieldPanel::entered, this,
@@ -178,31 +179,21 @@ QWidget *QueryScreen::buildRecord()
         QBoxLayout *place = spec.page >= 0 ? m_panel->placeOf(spec) : layout;
         auto *grid = new Grid(spec.name, QStringLiteral("商品明细"), place->parentWidget());
         grid->showRecords(m_lines.Recordset(), spec.columns);
-        grid->setMinimumHeight(grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
+        keepRoom(*grid);
         place->addWidget(grid, 1);
         if (!spec.totals.isEmpty())
             place->addWidget(new LineTotals(grid, spec.totals, place->parentWidget()));
     }
-    scroll->setWidget(content);
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
-    scroll->setFrameShape(QFrame::NoFrame);
     return scroll;
 }
 
 QPushButton *QueryScreen::addButton(QLayout *layout, const QueryButton &button, const std::function<void()> &press)
 {
-    auto *push = new QPushButton(button.caption, layout->parentWidget());
-    push->setObjectName(button.name);
-    push->setAccessibleName(button.caption);
-    push->setToolTip(button.shortcut);
-    push->setAutoDefault(true); // Enter presses it as the space bar does
+    auto *push = tradewick::addButton(*layout, button.name, button.caption, button.shortcut, *this);
     push->setEnabled(!button.waits);
     if (button.waits)
         m_waiting.append(push);
-    connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
     connect(push, &QPushButton::clicked, this, press);
-    layout->addWidget(push);
     return push;
 }
 
@@ -223,23 +214,11 @@ void QueryScreen::buildButtons(QBoxLayout *layout)
     setTabOrder(m_criteria->findChild<QWidget *>(last->name), findButton);
     setTabOrder(findButton, emptyButton);
     for (const ChoiceSpec &choice : m_spec.choices) {
-        auto *combo = new ComboField(bar);
-        combo->setObjectName(choice.name);
-        combo->setAccessibleName(plainCaption(choice.caption));
-        combo->lineEdit()->setAccessibleName(combo->accessibleName());
-        combo->addItems(choice.items);
-        combo->setSizeAdjustPolicy(QComboBox::AdjustToContents); // its texts are names, which must be whole
-        combo->showText({});
         auto *box = new QWidget(bar);
         auto *row = new QHBoxLayout(box);
         row->setContentsMargins(0, 0, 0, 0);
-        row->addWidget(new QLabel(choice.caption, box));
-        row->addWidget(combo);
+        m_choices.insert(choice.name, addChoice(*row, choice, [this] { focusNextChild(); }));
         flow->addWidget(box);
-        m_choices.insert(choice.name, combo);
-        const auto goOn = [this] { focusNextChild(); }; // to the button that acts upon it
-        connect(combo, &ComboField::enterPressed, this, goOn);
-        connect(combo->lineEdit(), &QLineEdit::returnPressed, this, goOn);
     }
     for (const QueryButton &button : m_spec.buttons)
         addButton(button.frame.isEmpty() ? flow : m_criteria->frame(button.frame), button,
@@ -265,17 +244,17 @@ void QueryScreen::addOptions(QBoxLayout *layout)
             run([this, &option] { option.press(*this); });
         });
     }
-    auto *away = new QShortcut(QKeySequence(Qt::Key_Escape), m_options);
-    away->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(away, &QShortcut::activated, m_options, &QWidget::hide);
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto *take = new QShortcut(QKeySequence(key), m_options);
-        take->setContext(Qt::WidgetWithChildrenShortcut);
-        connect(take, &QShortcut::activated, this, [this] {
+    const auto onKey = [this](int key, const std::function<void()> &action) {
+        auto *shortcut = new QShortcut(QKeySequence(key), m_options);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    onKey(Qt::Key_Escape, [this] { m_options->hide(); });
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+        onKey(key, [this] {
             if (auto *radio = qobject_cast<QRadioButton *>(m_options->focusWidget()))
                 radio->click();
         });
-    }
     layout->addWidget(m_options);
     m_options->hide();
 }

@@ -123,7 +123,6 @@ private:
     void build();
     void buildButtons(QBoxLayout *layout);
     QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press);
-    void addChoice(QBoxLayout *layout, const ChoiceSpec &choice);
     LinesPanel &linesPanel() const;
     void load();
     void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit
