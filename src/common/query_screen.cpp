@@ -11,6 +11,7 @@
 #include "common/line_totals.h"
 #include "common/number_text.h"
 #include "common/record_form.h"
+#include "data/watch.h"
 
 #include <QApplication>
 #include <QGroupBox>
@@ -56,7 +57,6 @@ QueryScreen::QueryScreen(const QuerySpec &spec, QWidget *mainWindow, OpenRecord 
         m_lists.push_back(std::make_unique<List>());
         m_lists.back()->spec = &list;
         m_lists.back()->control.setObjectName(list.control);
-        m_lists.back()->control.ConnectionString = gConnStr;
     }
     m_lines.setObjectName("Adodc_body_General");
     m_lines.ConnectionString = gConnStr;
@@ -76,22 +76,28 @@ Connection &QueryScreen::connection() const
 
 void QueryScreen::load()
 {
-    for (const auto &list : m_lists) {
-        open(*list, QString::fromUtf8(list->spec->all), {});
-        writeFooters(*list, ColumnText::AtLoad, {});
+    std::vector<std::unique_ptr<Recordset>> all;
+    QHash<QString, QStringList> offers;
+    const bool isRead = read([&] {
+        for (const QueryListSpec &list : m_spec.lists)
+            all.push_back(opened(QString::fromUtf8(list.all), {}));
+        for (const Criterion &criterion : m_spec.criteria)
+            if (criterion.offers)
+                connection().read(
+                    QString::fromUtf8(criterion.offers), {}, [](const QStringList &) {},
+                    [&](const QVariantList &row) {
+                        offers[criterion.name].append(row.first().toString());
+                        return true;
+                    });
+    });
+    if (!isRead) // the lists stay empty, and a find fills them
+        return;
+    for (size_t i = 0; i < m_lists.size(); ++i) {
+        showRecords(*m_lists[i], std::move(all[i]));
+        writeFooters(*m_lists[i], ColumnText::AtLoad, {});
     }
-    for (const Criterion &criterion : m_spec.criteria) {
-        if (!criterion.offers)
-            continue;
-        QStringList items;
-        connection().read(
-            QString::fromUtf8(criterion.offers), {}, [](const QStringList &) {},
-            [&items](const QVariantList &row) {
-                items.append(row.first().toString());
-                return true;
-            });
-        m_criteria->offer(criterion.name, items);
-    }
+    for (auto offer = offers.cbegin(); offer != offers.cend(); ++offer)
+        m_criteria->offer(offer.key(), offer.value());
 }
 
 // ---- how it looks ----
@@ -267,12 +273,57 @@ void QueryScreen::showOptions()
 
 // ---- what is found ----
 
-void QueryScreen::open(List &list, const QString &statement, const Values &values)
+// Lets the user stop what the action reads, beside what is shown; gives whether it was read to its end.
+bool QueryScreen::read(const std::function<void()> &action)
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const auto back = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
-    list.control.setRecordSource(statement, values);
-    list.control.Refresh();
+    const auto goesOn = dialogs().stoppable(isVisible() ? this : parentWidget(), QStringLiteral("正在查询"));
+    bool isStopped = false;
+    const Watch watch([&] {
+        isStopped = isStopped || !goesOn();
+        return !isStopped;
+    });
+    try {
+        action();
+    } catch (const DataError &error) {
+        if (!isStopped || error.number() != Watch::stopped)
+            throw;
+        return false;
+    }
+    return true;
+}
+
+std::unique_ptr<Recordset> QueryScreen::opened(const QString &statement, const Values &values)
+{
+    auto records = std::make_unique<Recordset>();
+    records->Open(statement, values, Connection::shared(gConnStr));
+    return records;
+}
+
+void QueryScreen::showRecords(List &list, std::unique_ptr<Recordset> records)
+{
+    list.control.Recordset().takeBack(std::move(records));
+}
+
+// All lists or none: what one of them shows belongs to what the others do.
+bool QueryScreen::showFound(const Values &values)
+{
+    std::vector<std::unique_ptr<Recordset>> found;
+    std::vector<Values> sums;
+    const bool isRead = read([&] {
+        for (const QueryListSpec &list : m_spec.lists) {
+            found.push_back(opened(findStatement(list, m_fragments, isWithin()), values));
+            sums.emplace_back();
+            if (const QString statement = QString::fromUtf8(list.sums); !statement.isEmpty())
+                sums.back() = connection().rows(statement + joined(m_fragments), values).first().named();
+        }
+    });
+    for (size_t i = 0; isRead && i < m_lists.size(); ++i) {
+        showRecords(*m_lists[i], std::move(found[i]));
+        writeFooters(*m_lists[i], ColumnText::ByFind, sums[i]);
+    }
+    return isRead;
 }
 
 bool QueryScreen::find()
@@ -285,14 +336,10 @@ bool QueryScreen::find()
         offered->close();
     const Values values = criteria();
     m_fragments = fragmentsOf(m_spec.criteria, values);
-    const bool isDone = run([&] {
-        for (const auto &list : m_lists) {
-            open(*list, findStatement(*list->spec, m_fragments, isWithin()), values);
-            writeFooters(*list, ColumnText::ByFind, values);
-        }
-    });
+    bool isRead = false;
+    run([&] { isRead = showFound(values); });
     m_fragments = QVector<Fragment>(m_spec.criteria.size());
-    return isDone;
+    return isRead;
 }
 
 void QueryScreen::quickFind(const QString &box, bool isChosen)
@@ -305,24 +352,27 @@ void QueryScreen::quickFind(const QString &box, bool isChosen)
         if (isChosen && !quick.empties.isEmpty())
             m_criteria->empty(quick.empties);
         run([&] {
-            Values values{{box, text}};
-            if (isChosen && quick.via) {
-                const QVector<Row> rows = connection().rows(QString::fromUtf8(quick.via), values);
-                if (rows.isEmpty())
-                    return;
-                values.insert(rows.first().named());
-            }
-            open(*m_lists.front(), QString::fromUtf8(statement), values);
+            std::unique_ptr<Recordset> found;
+            const bool isRead = read([&] {
+                Values values{{box, text}};
+                const QVector<Row> via =
+                    isChosen && quick.via ? connection().rows(QString::fromUtf8(quick.via), values) : QVector<Row>();
+                if (!via.isEmpty())
+                    values.insert(via.first().named());
+                if (!via.isEmpty() || !isChosen || !quick.via)
+                    found = opened(QString::fromUtf8(statement), values);
+            });
+            if (isRead && found)
+                showRecords(*m_lists.front(), std::move(found));
         });
     }
 }
 
-void QueryScreen::writeFooters(List &list, ColumnText::Written when, const Values &values)
+// row: of sums.
+void QueryScreen::writeFooters(List &list, ColumnText::Written when, Values row)
 {
     const int count = list.control.Recordset().isOpen() ? list.control.Recordset().RecordCount() : 0;
-    Values row{{"count", count}};
-    if (when == ColumnText::ByFind && list.spec->sums && count > 0)
-        row.insert(connection().rows(QString::fromUtf8(list.spec->sums) + joined(m_fragments), values).first().named());
+    row.insert("count", count);
     for (const ColumnText &footer : list.spec->footers) {
         const bool isDue = footer.written == when ||
                            (footer.written == ColumnText::ByFindOfSome && when == ColumnText::ByFind && count > 0);
@@ -401,9 +451,9 @@ void QueryScreen::tell(const QString &message)
     dialogs().message(this, message, RecordForm::systemTitle(), MessageIcon::Critical);
 }
 
-bool QueryScreen::ask(const QString &question, MessageIcon icon)
+std::optional<bool> QueryScreen::ask(const QString &question, MessageIcon icon)
 {
-    return dialogs().ask(this, question, RecordForm::systemTitle(), OnEnter::Yes, icon);
+    return dialogs().choose(this, question, RecordForm::systemTitle(), icon);
 }
 
 bool QueryScreen::run(const std::function<void()> &action)

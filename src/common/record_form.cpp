@@ -436,9 +436,13 @@ void RecordForm::goTo(const QString &column, const QVariant &value)
             }
             if (found)
                 m_list->find(column, value);
-            else if (isBusy() || anyWaits())
-                QApplication::beep();
-            else // what is shown instead is not taken for it
+            else if (isBusy())
+                dialogs().message(this,
+                                  QStringLiteral("“%1”正在录入，不能转到“%2”。请先%3或%4。")
+                                      .arg(window()->windowTitle(), value.toString().trimmed(), m_spec.captions[7],
+                                           m_spec.captions[8]),
+                                  systemTitle(), MessageIcon::Exclamation);
+            else if (!anyWaits()) // what is shown instead is not taken for it
                 dialogs().message(this, QStringLiteral("没有找到“%1”，可能已被删除。").arg(value.toString().trimmed()),
                                   systemTitle(), MessageIcon::Exclamation);
         }});

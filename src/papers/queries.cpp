@@ -274,7 +274,9 @@ Document taxes(const QString &name, const QString &report)
             .record = {.rows = "select * from yy_sstjb_rpt where htbh<>'' " DATES},
             .order = "\norder by htbh,fpbh",
             .labels = period,
-            .statistic = {criteria::taxes()}};
+            .statistic = {.criteria = criteria::taxes(),
+                          .counted = "select count(*) as n from yy_sstjb_rpt where htbh<>'' " DATES,
+                          .needsRows = true}};
 }
 
 Document verifications(const QString &name, const QString &report, const QString &table, const QString &order)
@@ -294,7 +296,9 @@ Document dispatches(const QString &name, const QString &report)
             .record = {.rows = "select * from cy_pcd_rpt where pcdh<>'' " DATES},
             .order = "\norder by pcgs",
             .labels = period + QVector<DocumentLabel>{{"L_pCCs", times}},
-            .statistic = {criteria::dispatches(), {}, "select count(*) as n from cy_pcd_rpt where pcdh<>'' " DATES}};
+            .statistic = {.criteria = criteria::dispatches(),
+                          .counted = "select count(*) as n from cy_pcd_rpt where pcdh<>'' " DATES,
+                          .needsRows = true}};
 }
 
 Document bookings(const QString &name, const QString &report, const QString &order)

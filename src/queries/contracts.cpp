@@ -37,11 +37,8 @@ QueryListSpec contractList(const QString &party)
 void printGoodsOf(QueryScreen &screen, qsizetype party, const QString &name)
 {
     const Fragment fragment = fragmentOf(screen.spec().criteria[party], screen.criteria());
-    if (fragment.text.isEmpty()) {
-        screen.tell(document(name).statistic.missing);
-        return;
-    }
-    screen.fragments().first() = fragment;
+    if (!fragment.text.isEmpty()) // else what is missing is told, and what was put together before stays
+        screen.fragments().first() = fragment;
     showStatistic(screen, name, {screen.criteria(), false, QVector<Fragment>{fragment}});
 }
 

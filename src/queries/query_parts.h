@@ -15,7 +15,6 @@ struct GroupedPrint {
     // Before the question, having told why. Without it dates that are turned round refuse the print behind the
     // question.
     std::function<bool(QueryScreen &screen)> isRefused{};
-    bool needsRows = false; // nothing is printed unless something was found
     MessageIcon icon = MessageIcon::Question;
 };
 
@@ -23,9 +22,9 @@ struct GroupedPrint {
 QueryButton groupedPrint(const QString &caption, const GroupedPrint &print, bool waits = true);
 
 // Prints a statistic of what stands in the criteria. Its conditions stay in the screen. With its second range of dates
-// also where nothing was found, if it has one. Throws DataError.
+// also where nothing was found, if it has one.
 void printStatistic(QueryScreen &screen, const QString &name);
-// Fills it with something else than what stands there.
+// Fills it with something else than what stands there. Both tell why nothing is printed.
 void showStatistic(QueryScreen &screen, const QString &name, const Criteria &criteria);
 
 // The button that prints the record that is shown.

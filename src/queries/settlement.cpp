@@ -68,8 +68,7 @@ QuerySpec YY_ZsQk_TJB()
                    .key = "fpbh"}},
         .buttons = {groupedPrint("查询统计表", {.question = "是按签约公司统计吗？否则按国内厂家分组。",
                                                 .yes = "外销合同缴税情况统计表（按签约公司）",
-                                                .no = "外销合同缴税情况统计表（按国内厂家）",
-                                                .needsRows = true}),
+                                                .no = "外销合同缴税情况统计表（按国内厂家）"}),
                     workbook()},
     };
 }
