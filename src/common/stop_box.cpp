@@ -33,16 +33,15 @@ void StopBox::show()
             window->setUpdatesEnabled(false);
             m_still.append(window);
         }
-    m_box = std::make_unique<QProgressDialog>(m_parent);
+    m_box = std::make_unique<QProgressDialog>(m_text, QStringLiteral("停止"), 0, 0,
+                                              m_parent); // nobody knows how much there is
     m_box->setWindowTitle(QStringLiteral("系统提示"));
     m_box->setWindowModality(Qt::ApplicationModal);
-    m_box->setRange(0, 0); // nobody knows how much there is
     // Not the key that began the work, pressed a little too long.
-    auto *stop = new QPushButton(QStringLiteral("停止"), m_box.get());
+    auto *stop = m_box->findChild<QPushButton *>();
     stop->setAutoDefault(false);
     stop->setFocusPolicy(Qt::NoFocus);
     stop->setToolTip(QStringLiteral("Esc"));
-    m_box->setCancelButton(stop);
     m_box->show();
     QApplication::changeOverrideCursor(Qt::BusyCursor);
 }
