@@ -73,7 +73,7 @@ int waitForServer(my_socket socket, my_bool isReading, int timeout)
 
 void watchAnswers(const QVariant &driverHandle, const MariaDbSource &source)
 {
-    if (qstrcmp(driverHandle.typeName(), "MYSQL*") != 0)
+    if (qstrcmp(driverHandle.typeName(), "st_mysql*") != 0)
         return;
     MYSQL *server = *static_cast<MYSQL *const *>(driverHandle.constData());
     sessions().insert(mysql_get_socket(server), {mysql_thread_id(server), source});
