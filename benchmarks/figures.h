@@ -18,6 +18,7 @@ QVector<Figure> formFigures();
 QVector<Figure> masterFigures();
 QVector<Figure> reportFigures();
 QVector<Figure> excelFigures();
+QVector<Figure> queryFigures();
 QVector<Figure> serverFigures();
 
 } // namespace tradewick

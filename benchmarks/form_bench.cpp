@@ -40,7 +40,7 @@ QString connectionString(const QString &path)
 
 } // namespace
 
-void makeContracts(const QString &path, int count)
+void makeTables(const QString &path)
 {
     {
         QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "make");
@@ -51,6 +51,20 @@ void makeContracts(const QString &path, int count)
             query.exec(statement);
     }
     QSqlDatabase::removeDatabase("make");
+}
+
+void insertRows(Connection &connection, const QString &into, const QVector<QVariantList> &rows)
+{
+    const QString marks = "(" + QStringList(rows.first().size(), "?").join(u',') + ")";
+    BoundStatement statement{"insert into " + into + " values" + QStringList(rows.size(), marks).join(u','), {}};
+    for (const QVariantList &row : rows)
+        statement.parameters += row;
+    connection.executeBound(statement);
+}
+
+void makeContracts(const QString &path, int count)
+{
+    makeTables(path);
     fillContracts(connectionString(path), count);
 }
 
@@ -60,13 +74,6 @@ void fillContracts(const QString &to, int count)
     Connection connection;
     connection.Open(to);
     const QString text(40, u'框');
-    const auto insert = [&connection](const QString &into, const QVector<QVariantList> &rows) {
-        const QString marks = "(" + QStringList(rows.first().size(), "?").join(u',') + ")";
-        BoundStatement statement{"insert into " + into + " values" + QStringList(rows.size(), marks).join(u','), {}};
-        for (const QVariantList &row : rows)
-            statement.parameters += row;
-        connection.executeBound(statement);
-    };
     connection.transaction([&] {
         for (int first = 0; first < count; first += atOnce) {
             QVector<QVariantList> heads, lines;
@@ -76,8 +83,8 @@ void fillContracts(const QString &to, int count)
                 for (int line = 0; line < linesOfContract; ++line)
                     lines.append({number, "P1", text, 5, 12.5});
             }
-            insert("yy_gw_wxht_h(htbh,khbh,khmc,djrq,gsmc,dizh,madol,qttk,e_gsmc,fstk)", heads);
-            insert("yy_gw_wxht_b(htbh,cpbh,cpmc,sl,je)", lines);
+            insertRows(connection, "yy_gw_wxht_h(htbh,khbh,khmc,djrq,gsmc,dizh,madol,qttk,e_gsmc,fstk)", heads);
+            insertRows(connection, "yy_gw_wxht_b(htbh,cpbh,cpmc,sl,je)", lines);
         }
     });
 }

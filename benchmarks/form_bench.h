@@ -16,6 +16,10 @@ namespace tradewick
 // arguments: "--child-memory" and a database; gives the exit status.
 int benchmarkChild(const QStringList &arguments);
 
+// A new SQLite file with all tables, and rows put into one of them, some hundred at once.
+void makeTables(const QString &path);
+void insertRows(Connection &connection, const QString &into, const QVector<QVariantList> &rows);
+
 // A new SQLite file with that many contracts of three lines, and the same contracts into the tables that the connection
 // string leads to.
 void makeContracts(const QString &path, int count);

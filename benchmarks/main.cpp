@@ -20,17 +20,14 @@ int main(int argc, char **argv)
     const struct {
         QString name;
         QVector<Figure> (*figures)();
-    } groups[] = {{"forms", formFigures},
-                  {"master", masterFigures},
-                  {"reports", reportFigures},
-                  {"excel", excelFigures},
-                  {"server", serverFigures}};
+    } groups[] = {{"forms", formFigures},  {"master", masterFigures}, {"reports", reportFigures},
+                  {"excel", excelFigures}, {"queries", queryFigures}, {"server", serverFigures}};
     QTextStream out(stdout), err(stderr);
     QStringList unknown = arguments;
     for (const auto &group : groups)
         unknown.removeAll(group.name);
     if (!unknown.isEmpty()) {
-        err << "usage: tradewick-bench [forms] [master] [reports] [excel] [server]\n"
+        err << "usage: tradewick-bench [forms] [master] [reports] [excel] [queries] [server]\n"
                "Prints the figures of the groups named, of all when none is.\n";
         return 2;
     }

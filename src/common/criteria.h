@@ -31,4 +31,10 @@ QVector<Fragment> fragmentsOf(const QVector<Criterion> &all, const Values &crite
 // Their texts one behind the other.
 QString joined(const QVector<Fragment> &fragments);
 
+// What is told where a statistic is asked for over a range of dates that begins behind its end.
+inline QString reversedAtPrint()
+{
+    return QStringLiteral("起始日不能晚于截止日，请核对。");
+}
+
 } // namespace tradewick

@@ -1,5 +1,7 @@
 #include "common/dialogs.h"
 
+#include "common/stop_box.h"
+
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -59,6 +61,14 @@ std::optional<QString> chosen(const QString &path)
     return path;
 }
 
+int answerOf(QMessageBox &question)
+{
+    question.setTextFormat(Qt::PlainText);
+    question.button(QMessageBox::Yes)->setText(QStringLiteral("是(&Y)"));
+    question.button(QMessageBox::No)->setText(QStringLiteral("否(&N)"));
+    return question.exec();
+}
+
 class WindowDialogs : public Dialogs
 {
 public:
@@ -74,12 +84,20 @@ public:
     bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter, MessageIcon icon) override
     {
         QMessageBox box(iconOf(icon), title, text, QMessageBox::Yes | QMessageBox::No, parent);
-        box.setTextFormat(Qt::PlainText);
-        box.button(QMessageBox::Yes)->setText(QStringLiteral("是(&Y)"));
-        box.button(QMessageBox::No)->setText(QStringLiteral("否(&N)"));
         box.setDefaultButton(onEnter == OnEnter::Yes ? QMessageBox::Yes : QMessageBox::No);
         box.setEscapeButton(QMessageBox::No);
-        return box.exec() == QMessageBox::Yes;
+        return answerOf(box) == QMessageBox::Yes;
+    }
+
+    std::optional<bool> choose(QWidget *parent, const QString &text, const QString &title, MessageIcon icon) override
+    {
+        // Escape and the frame's cross need a button that they press.
+        QMessageBox box(iconOf(icon), title, text, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, parent);
+        box.button(QMessageBox::Cancel)->hide();
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::Cancel);
+        const int answer = answerOf(box);
+        return answer == QMessageBox::Cancel ? std::nullopt : std::optional(answer == QMessageBox::Yes);
     }
 
     std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title,
@@ -119,6 +137,11 @@ public:
             step(i);
         }
         return true;
+    }
+
+    std::function<bool()> stoppable(QWidget *parent, const QString &text) override
+    {
+        return [box = std::make_shared<StopBox>(parent, text)] { return box->goesOn(); };
     }
 
     std::optional<ConflictAnswer> conflict(QWidget *parent, const ConflictQuestion &question) override

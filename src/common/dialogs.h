@@ -26,6 +26,9 @@ public:
     // A question with Yes and No; gives whether Yes was chosen. Escape is No.
     virtual bool ask(QWidget *parent, const QString &text, const QString &title, OnEnter onEnter,
                      MessageIcon icon = MessageIcon::Question) = 0;
+    // The same where either button does something: no value for Escape and where the box is closed otherwise.
+    virtual std::optional<bool> choose(QWidget *parent, const QString &text, const QString &title,
+                                       MessageIcon icon = MessageIcon::Question) = 0;
     // An input box; no value when it was cancelled. proposed stands there to be taken or typed over.
     virtual std::optional<QString> input(QWidget *parent, const QString &prompt, const QString &title,
                                          const QString &proposed = {}) = 0;
@@ -38,6 +41,9 @@ public:
     // Carries out that many steps, numbered from 0, telling how far they are where they take long; gives false when the
     // user ends them before. What a step throws is let out.
     virtual bool steps(QWidget *parent, const QString &text, int count, const std::function<void(int i)> &step) = 0;
+    // What to ask again and again while something takes long that cannot be cut into steps: after half a second it
+    // tells of it, and it gives false once the user stops it. What is told goes with the function.
+    virtual std::function<bool()> stoppable(QWidget *parent, const QString &text) = 0;
     // What to store where another desktop changed the same row; no value when the user goes back.
     virtual std::optional<ConflictAnswer> conflict(QWidget *parent, const ConflictQuestion &question) = 0;
 };

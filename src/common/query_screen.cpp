@@ -6,17 +6,17 @@
 #include "common/dialogs.h"
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
+#include "common/form_parts.h"
 #include "common/globals.h"
 #include "common/line_totals.h"
 #include "common/number_text.h"
 #include "common/record_form.h"
+#include "data/watch.h"
 
 #include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopeGuard>
@@ -34,7 +34,12 @@ namespace tradewick
 namespace
 {
 
-constexpr int leastRowsOfGrid = 5;
+// Room for a few rows, whatever else the window holds.
+void keepRoom(Grid &grid)
+{
+    constexpr int leastRows = 5;
+    grid.setMinimumHeight(grid.verticalHeader()->defaultSectionSize() * leastRows);
+}
 
 } // namespace
 
@@ -52,7 +57,6 @@ QueryScreen::QueryScreen(const QuerySpec &spec, QWidget *mainWindow, OpenRecord 
         m_lists.push_back(std::make_unique<List>());
         m_lists.back()->spec = &list;
         m_lists.back()->control.setObjectName(list.control);
-        m_lists.back()->control.ConnectionString = gConnStr;
     }
     m_lines.setObjectName("Adodc_body_General");
     m_lines.ConnectionString = gConnStr;
@@ -72,32 +76,35 @@ Connection &QueryScreen::connection() const
 
 void QueryScreen::load()
 {
-    for (const auto &list : m_lists) {
-        open(*list, QString::fromUtf8(list->spec->all), {});
-        writeFooters(*list, ColumnText::AtLoad, {});
+    std::vector<std::unique_ptr<Recordset>> all;
+    QHash<QString, QStringList> offers;
+    const bool isRead = read([&] {
+        for (const QueryListSpec &list : m_spec.lists)
+            all.push_back(opened(QString::fromUtf8(list.all), {}));
+        for (const Criterion &criterion : m_spec.criteria)
+            if (criterion.offers)
+                connection().read(
+                    QString::fromUtf8(criterion.offers), {}, [](const QStringList &) {},
+                    [&](const QVariantList &row) {
+                        offers[criterion.name].append(row.first().toString());
+                        return true;
+                    });
+    });
+    if (!isRead) // the lists stay empty, and a find fills them
+        return;
+    for (size_t i = 0; i < m_lists.size(); ++i) {
+        showRecords(*m_lists[i], std::move(all[i]));
+        writeFooters(*m_lists[i], ColumnText::AtLoad, {});
     }
-    for (const Criterion &criterion : m_spec.criteria) {
-        if (!criterion.offers)
-            continue;
-        QStringList items;
-        connection().read(
-            QString::fromUtf8(criterion.offers), {}, [](const QStringList &) {},
-            [&items](const QVariantList &row) {
-                items.append(row.first().toString());
-                return true;
-            });
-        m_criteria->offer(criterion.name, items);
-    }
+    for (auto offer = offers.cbegin(); offer != offers.cend(); ++offer)
+        m_criteria->offer(offer.key(), offer.value());
 }
 
 // ---- how it looks ----
 
 void QueryScreen::build()
 {
-    m_content = std::make_unique<QWidget>(this);
-    auto *whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(m_content.get());
+    m_content = contentOf(*this);
     auto *outer = new QVBoxLayout(m_content.get());
     m_criteria = new CriteriaPanel(m_spec, m_content.get());
     outer->addWidget(m_criteria);
@@ -153,7 +160,7 @@ Grid *QueryScreen::buildList(List &list, QWidget *page)
     list.grid->showRecords(list.control.Recordset(), list.spec->columns);
     list.grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // numbers are never cut
     list.grid->horizontalHeader()->setStretchLastSection(true);
-    list.grid->setMinimumHeight(list.grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
+    keepRoom(*list.grid);
     layout->addWidget(list.grid, 1);
     connect(list.grid, &Grid::rowActivated, this, [this, &list] { openEntry(list); });
     if (list.spec->footers.isEmpty())
@@ -166,9 +173,9 @@ Grid *QueryScreen::buildList(List &list, QWidget *page)
 
 QWidget *QueryScreen::buildRecord()
 {
-    auto *scroll = new QScrollArea(m_content.get());
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
+    auto *scroll = scrolled(content, m_content.get());
     m_panel = new FieldPanel(*m_entry, records(), content);
     m_panel->lock(true);
     connect(m_panel, &FieldPanel::entered, this,
@@ -178,31 +185,21 @@ QWidget *QueryScreen::buildRecord()
         QBoxLayout *place = spec.page >= 0 ? m_panel->placeOf(spec) : layout;
         auto *grid = new Grid(spec.name, QStringLiteral("商品明细"), place->parentWidget());
         grid->showRecords(m_lines.Recordset(), spec.columns);
-        grid->setMinimumHeight(grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
+        keepRoom(*grid);
         place->addWidget(grid, 1);
         if (!spec.totals.isEmpty())
             place->addWidget(new LineTotals(grid, spec.totals, place->parentWidget()));
     }
-    scroll->setWidget(content);
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
-    scroll->setFrameShape(QFrame::NoFrame);
     return scroll;
 }
 
 QPushButton *QueryScreen::addButton(QLayout *layout, const QueryButton &button, const std::function<void()> &press)
 {
-    auto *push = new QPushButton(button.caption, layout->parentWidget());
-    push->setObjectName(button.name);
-    push->setAccessibleName(button.caption);
-    push->setToolTip(button.shortcut);
-    push->setAutoDefault(true); // Enter presses it as the space bar does
+    auto *push = tradewick::addButton(*layout, button.name, button.caption, button.shortcut, *this);
     push->setEnabled(!button.waits);
     if (button.waits)
         m_waiting.append(push);
-    connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
     connect(push, &QPushButton::clicked, this, press);
-    layout->addWidget(push);
     return push;
 }
 
@@ -223,23 +220,11 @@ void QueryScreen::buildButtons(QBoxLayout *layout)
     setTabOrder(m_criteria->findChild<QWidget *>(last->name), findButton);
     setTabOrder(findButton, emptyButton);
     for (const ChoiceSpec &choice : m_spec.choices) {
-        auto *combo = new ComboField(bar);
-        combo->setObjectName(choice.name);
-        combo->setAccessibleName(plainCaption(choice.caption));
-        combo->lineEdit()->setAccessibleName(combo->accessibleName());
-        combo->addItems(choice.items);
-        combo->setSizeAdjustPolicy(QComboBox::AdjustToContents); // its texts are names, which must be whole
-        combo->showText({});
         auto *box = new QWidget(bar);
         auto *row = new QHBoxLayout(box);
         row->setContentsMargins(0, 0, 0, 0);
-        row->addWidget(new QLabel(choice.caption, box));
-        row->addWidget(combo);
+        m_choices.insert(choice.name, addChoice(*row, choice, [this] { focusNextChild(); }));
         flow->addWidget(box);
-        m_choices.insert(choice.name, combo);
-        const auto goOn = [this] { focusNextChild(); }; // to the button that acts upon it
-        connect(combo, &ComboField::enterPressed, this, goOn);
-        connect(combo->lineEdit(), &QLineEdit::returnPressed, this, goOn);
     }
     for (const QueryButton &button : m_spec.buttons)
         addButton(button.frame.isEmpty() ? flow : m_criteria->frame(button.frame), button,
@@ -265,17 +250,17 @@ void QueryScreen::addOptions(QBoxLayout *layout)
             run([this, &option] { option.press(*this); });
         });
     }
-    auto *away = new QShortcut(QKeySequence(Qt::Key_Escape), m_options);
-    away->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(away, &QShortcut::activated, m_options, &QWidget::hide);
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto *take = new QShortcut(QKeySequence(key), m_options);
-        take->setContext(Qt::WidgetWithChildrenShortcut);
-        connect(take, &QShortcut::activated, this, [this] {
+    const auto onKey = [this](int key, const std::function<void()> &action) {
+        auto *shortcut = new QShortcut(QKeySequence(key), m_options);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    onKey(Qt::Key_Escape, [this] { m_options->hide(); });
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+        onKey(key, [this] {
             if (auto *radio = qobject_cast<QRadioButton *>(m_options->focusWidget()))
                 radio->click();
         });
-    }
     layout->addWidget(m_options);
     m_options->hide();
 }
@@ -288,17 +273,62 @@ void QueryScreen::showOptions()
 
 // ---- what is found ----
 
-void QueryScreen::open(List &list, const QString &statement, const Values &values)
+// Lets the user stop what the action reads, beside what is shown; gives whether it was read to its end.
+bool QueryScreen::read(const std::function<void()> &action)
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const auto back = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
-    list.control.setRecordSource(statement, values);
-    list.control.Refresh();
+    const auto goesOn = dialogs().stoppable(isVisible() ? this : parentWidget(), QStringLiteral("正在查询"));
+    bool isStopped = false;
+    const Watch watch([&] {
+        isStopped = isStopped || !goesOn();
+        return !isStopped;
+    });
+    try {
+        action();
+    } catch (const DataError &error) {
+        if (!isStopped || error.number() != Watch::stopped)
+            throw;
+        return false;
+    }
+    return true;
+}
+
+std::unique_ptr<Recordset> QueryScreen::opened(const QString &statement, const Values &values)
+{
+    auto records = std::make_unique<Recordset>();
+    records->Open(statement, values, Connection::shared(gConnStr));
+    return records;
+}
+
+void QueryScreen::showRecords(List &list, std::unique_ptr<Recordset> records)
+{
+    list.control.Recordset().takeBack(std::move(records));
+}
+
+// All lists or none: what one of them shows belongs to what the others do.
+bool QueryScreen::showFound(const Values &values)
+{
+    std::vector<std::unique_ptr<Recordset>> found;
+    std::vector<Values> sums;
+    const bool isRead = read([&] {
+        for (const QueryListSpec &list : m_spec.lists) {
+            found.push_back(opened(findStatement(list, m_fragments, isWithin()), values));
+            sums.emplace_back();
+            if (const QString statement = QString::fromUtf8(list.sums); !statement.isEmpty())
+                sums.back() = connection().rows(statement + joined(m_fragments), values).first().named();
+        }
+    });
+    for (size_t i = 0; isRead && i < m_lists.size(); ++i) {
+        showRecords(*m_lists[i], std::move(found[i]));
+        writeFooters(*m_lists[i], ColumnText::ByFind, sums[i]);
+    }
+    return isRead;
 }
 
 bool QueryScreen::find()
 {
-    if (tellReversed(reversed(), false))
+    if (tellReversedAtFind())
         return false;
     for (QPushButton *button : std::as_const(m_waiting))
         button->setEnabled(true);
@@ -306,14 +336,10 @@ bool QueryScreen::find()
         offered->close();
     const Values values = criteria();
     m_fragments = fragmentsOf(m_spec.criteria, values);
-    const bool isDone = run([&] {
-        for (const auto &list : m_lists) {
-            open(*list, findStatement(*list->spec, m_fragments, isWithin()), values);
-            writeFooters(*list, ColumnText::ByFind, values);
-        }
-    });
+    bool isRead = false;
+    run([&] { isRead = showFound(values); });
     m_fragments = QVector<Fragment>(m_spec.criteria.size());
-    return isDone;
+    return isRead;
 }
 
 void QueryScreen::quickFind(const QString &box, bool isChosen)
@@ -326,24 +352,27 @@ void QueryScreen::quickFind(const QString &box, bool isChosen)
         if (isChosen && !quick.empties.isEmpty())
             m_criteria->empty(quick.empties);
         run([&] {
-            Values values{{box, text}};
-            if (isChosen && quick.via) {
-                const QVector<Row> rows = connection().rows(QString::fromUtf8(quick.via), values);
-                if (rows.isEmpty())
-                    return;
-                values.insert(rows.first().named());
-            }
-            open(*m_lists.front(), QString::fromUtf8(statement), values);
+            std::unique_ptr<Recordset> found;
+            const bool isRead = read([&] {
+                Values values{{box, text}};
+                const QVector<Row> via =
+                    isChosen && quick.via ? connection().rows(QString::fromUtf8(quick.via), values) : QVector<Row>();
+                if (!via.isEmpty())
+                    values.insert(via.first().named());
+                if (!via.isEmpty() || !isChosen || !quick.via)
+                    found = opened(QString::fromUtf8(statement), values);
+            });
+            if (isRead && found)
+                showRecords(*m_lists.front(), std::move(found));
         });
     }
 }
 
-void QueryScreen::writeFooters(List &list, ColumnText::Written when, const Values &values)
+// row: of sums.
+void QueryScreen::writeFooters(List &list, ColumnText::Written when, Values row)
 {
     const int count = list.control.Recordset().isOpen() ? list.control.Recordset().RecordCount() : 0;
-    Values row{{"count", count}};
-    if (when == ColumnText::ByFind && list.spec->sums && count > 0)
-        row.insert(connection().rows(QString::fromUtf8(list.spec->sums) + joined(m_fragments), values).first().named());
+    row.insert("count", count);
     for (const ColumnText &footer : list.spec->footers) {
         const bool isDue = footer.written == when ||
                            (footer.written == ColumnText::ByFindOfSome && when == ColumnText::ByFind && count > 0);
@@ -422,9 +451,9 @@ void QueryScreen::tell(const QString &message)
     dialogs().message(this, message, RecordForm::systemTitle(), MessageIcon::Critical);
 }
 
-bool QueryScreen::ask(const QString &question, MessageIcon icon)
+std::optional<bool> QueryScreen::ask(const QString &question, MessageIcon icon)
 {
-    return dialogs().ask(this, question, RecordForm::systemTitle(), OnEnter::Yes, icon);
+    return dialogs().choose(this, question, RecordForm::systemTitle(), icon);
 }
 
 bool QueryScreen::run(const std::function<void()> &action)

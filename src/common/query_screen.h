@@ -51,19 +51,19 @@ public:
     // The conditions that were put together last, one for each criterion. A find leaves them empty, a print does not.
     QVector<Fragment> &fragments() { return m_fragments; }
 
-    // Shows what the criteria find. Gives false, and has told why, where a range of dates is turned round or the
-    // database fails.
+    // Shows what the criteria find. Gives false where the user stopped it, which leaves what was shown, and, having
+    // told why, where a range of dates is turned round or the database fails.
     bool find();
-    // Tells that one of the ranges of dates, or the first, begins behind its end; gives whether it does.
-    bool tellReversed(const QString &message, bool anyRange);
+    // Tell that a range of dates begins behind its end, in the words of each; give whether one does. A find asks of the
+    // first range alone.
+    bool tellReversedAtFind() { return tellReversed(QStringLiteral("起始日期不能晚于截止日期，请核对。"), false); }
+    bool tellReversedAtPrint() { return tellReversed(reversedAtPrint(), true); }
     void tell(const QString &message);
-    bool ask(const QString &question, MessageIcon icon);
+    // Yes or No, or no value where the question is closed.
+    std::optional<bool> ask(const QString &question, MessageIcon icon);
     // Does something, telling an error of the database; gives whether there was none.
     bool run(const std::function<void()> &action);
     void showOptions();
-
-    static QString reversed() { return QStringLiteral("起始日期不能晚于截止日期，请核对。"); }
-    static QString reversedAtPrint() { return QStringLiteral("起始日不能晚于截止日，请核对。"); }
 
 private:
     struct List {
@@ -81,13 +81,17 @@ private:
     QPushButton *addButton(QLayout *layout, const QueryButton &button, const std::function<void()> &press);
     void addOptions(QBoxLayout *layout);
     void load();
-    void open(List &list, const QString &statement, const Values &values);
-    void writeFooters(List &list, ColumnText::Written when, const Values &values);
+    bool read(const std::function<void()> &action);
+    static std::unique_ptr<Recordset> opened(const QString &statement, const Values &values);
+    static void showRecords(List &list, std::unique_ptr<Recordset> records);
+    bool showFound(const Values &values);
+    static void writeFooters(List &list, ColumnText::Written when, Values row);
     void quickFind(const QString &box, bool isChosen);
     void recordMoved();
     void showRecord();
     void openEntry(List &list);
     Connection &connection() const;
+    bool tellReversed(const QString &message, bool anyRange);
 
     const QuerySpec m_spec;
     const OpenRecord m_openRecord;

@@ -4,6 +4,7 @@
 #include "common/dialogs.h"
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
+#include "common/form_parts.h"
 #include "common/globals.h"
 #include "common/record_list.h"
 
@@ -11,7 +12,6 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
@@ -88,16 +88,13 @@ void RecordForm::load()
 
 void RecordForm::build()
 {
-    m_content = std::make_unique<QWidget>(this);
-    auto *whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(m_content.get());
+    m_content = contentOf(*this);
     auto *outer = new QVBoxLayout(m_content.get());
     auto *splitter = new QSplitter(m_spec.listBelow ? Qt::Vertical : Qt::Horizontal, m_content.get());
     m_list = new RecordList(m_spec, *this, splitter);
-    auto *scroll = new QScrollArea(splitter);
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
+    auto *scroll = scrolled(content, splitter);
     m_panel = new FieldPanel(m_spec, records(), content);
     connect(m_panel, &FieldPanel::typed, this, &RecordForm::fieldTyped);
     connect(m_panel, &FieldPanel::chosen, this, &RecordForm::fieldChosen);
@@ -122,10 +119,6 @@ void RecordForm::build()
     if (m_lines)
         connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+Return")), this), &QShortcut::activated, m_lines.get(),
                 &LinesPanel::goToNewLine);
-    scroll->setWidget(content);
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
-    scroll->setFrameShape(QFrame::NoFrame);
     if (m_spec.listBelow)
         splitter->insertWidget(1, m_list);
     splitter->setStretchFactor(0, m_spec.listBelow ? 0 : 1);
@@ -137,42 +130,10 @@ void RecordForm::build()
 
 QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press)
 {
-    auto *push = new QPushButton(button.caption, layout->parentWidget());
-    push->setObjectName(named(button.name));
-    push->setAccessibleName(button.caption);
-    // Keys that a text field does not take for itself, in any of its states.
-    // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
-    connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
-    push->setToolTip(button.shortcut);
-    push->setAutoDefault(true); // Enter presses it as the space bar does
+    auto *push = tradewick::addButton(*layout, named(button.name), button.caption, button.shortcut, *this);
     connect(push, &QPushButton::clicked, this, press);
-    layout->addWidget(push);
     m_buttons.insert(button.name, push);
     return push;
-}
-
-void RecordForm::addChoice(QBoxLayout *layout, const ChoiceSpec &choice)
-{
-    auto *combo = new ComboField(layout->parentWidget());
-    combo->setObjectName(choice.name);
-    combo->setAccessibleName(plainCaption(choice.caption));
-    combo->lineEdit()->setAccessibleName(combo->accessibleName());
-    combo->addItems(choice.items);
-    combo->setSizeAdjustPolicy(QComboBox::AdjustToContents); // its texts are names, which must be whole
-    combo->showText({});
-    auto *label = new QLabel(choice.caption, layout->parentWidget());
-    label->setBuddy(combo);
-    layout->addWidget(label);
-    layout->addWidget(combo);
-    m_choices.insert(choice.name, combo);
-    connect(combo, &ComboField::chosen, this, [this, &choice] {
-        if (choice.press)
-            choice.press(*this);
-    });
-    // On to the button that acts upon it.
-    const auto goOn = [this] { focusNextChild(); };
-    connect(combo, &ComboField::enterPressed, this, goOn);
-    connect(combo->lineEdit(), &QLineEdit::returnPressed, this, goOn);
 }
 
 void RecordForm::buildButtons(QBoxLayout *layout)
@@ -210,8 +171,12 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     addButton(row, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
     addButton(row, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
     row = group();
-    for (const ChoiceSpec &choice : std::as_const(m_spec.choices))
-        addChoice(row, choice);
+    for (const ChoiceSpec &choice : std::as_const(m_spec.choices)) {
+        ComboField *combo = addChoice(*row, choice, [this] { focusNextChild(); });
+        m_choices.insert(choice.name, combo);
+        if (choice.press)
+            connect(combo, &ComboField::chosen, this, [this, &choice] { choice.press(*this); });
+    }
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
         addButton(row, button, [this, &button] {
             if (isBusy() || !button.ofStored || !tellUnstored())
@@ -462,26 +427,32 @@ void RecordForm::previous()
 
 void RecordForm::goTo(const QString &column, const QVariant &value)
 {
+    const QString wanted = value.toString().trimmed();
+    if (isBusy()) {
+        dialogs().message(this,
+                          QStringLiteral("“%1”正在录入，不能转到“%2”。请先%3或%4。")
+                              .arg(window()->windowTitle(), wanted, m_spec.captions[7], m_spec.captions[8]),
+                          systemTitle(), MessageIcon::Exclamation);
+        return;
+    }
     run(Failure::Report, {[&] {
             const auto place = [&] {
                 const QVariantList values = records().columnValues(records().columnIndex(column));
-                const auto isMeant = [wanted = value.toString().trimmed()](const QVariant &one) {
+                const auto isMeant = [&](const QVariant &one) {
                     return one.toString().trimmed().compare(wanted, Qt::CaseInsensitive) == 0;
                 };
                 return int(std::find_if(values.begin(), values.end(), isMeant) - values.begin());
             };
-            int at = isBusy() ? records().RecordCount() : place();
-            if (!isBusy() && at == records().RecordCount() && !tellWaiting()) { // a filter may hide it
+            int at = place();
+            if (at == records().RecordCount() && !tellWaiting()) { // a filter may hide it
                 showStatement(m_spec.statement, {});
                 at = place();
             }
             if (at < records().RecordCount())
                 records().setAbsolutePosition(at);
-            else if (isBusy() || anyWaits())
-                QApplication::beep();
-            else // what is shown instead is not taken for it
-                dialogs().message(this, QStringLiteral("没有找到“%1”，可能已被删除。").arg(value.toString().trimmed()),
-                                  systemTitle(), MessageIcon::Exclamation);
+            else if (!anyWaits()) // what is shown instead is not taken for it
+                dialogs().message(this, QStringLiteral("没有找到“%1”，可能已被删除。").arg(wanted), systemTitle(),
+                                  MessageIcon::Exclamation);
         }});
 }
 

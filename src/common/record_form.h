@@ -91,7 +91,8 @@ public:
     // Tells that records wait to be stored, which reading anew would lose; gives whether some do.
     bool tellWaiting();
     // Goes to the first record whose column has the value, among all records where those that are shown have it not.
-    // Beeps and stays during Add and Edit and where records wait; tells where no record has it.
+    // Stays, and tells why, during Add and Edit, where records wait that are hidden with it, and where no record has
+    // it.
     void goTo(const QString &column, const QVariant &value);
     // Shows the records of another statement, unless some wait to be stored, which is told. Gives whether it does.
     bool showStatement(const char *statement, const Values &values);
@@ -123,7 +124,6 @@ private:
     void build();
     void buildButtons(QBoxLayout *layout);
     QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press);
-    void addChoice(QBoxLayout *layout, const ChoiceSpec &choice);
     LinesPanel &linesPanel() const;
     void load();
     void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit

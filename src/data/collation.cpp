@@ -32,6 +32,20 @@ const std::array<unsigned char, 128> &asciiOrder()
     return order;
 }
 
+// How much two texts have in common at their beginning, in whole characters: texts that are ordered are mostly those of
+// few names, again and again.
+int sameBytes(const char *a, int lengthA, const char *b, int lengthB)
+{
+    const int common = std::min(lengthA, lengthB);
+    int same = static_cast<int>(std::mismatch(a, a + common, b).first - a);
+    const auto isWithinCharacter = [](const char *text, int length, int at) {
+        return at < length && (static_cast<unsigned char>(text[at]) & 0xc0U) == 0x80;
+    };
+    while (same > 0 && (isWithinCharacter(a, lengthA, same) || isWithinCharacter(b, lengthB, same)))
+        --same;
+    return same;
+}
+
 QString foldedText(const char *text, int length)
 {
     return QString::fromUtf8(text, length).toCaseFolded();
@@ -46,8 +60,11 @@ int compareText(const char *a, int lengthA, const char *b, int lengthB)
     const auto &order = asciiOrder();
     for (int i = 0; i < lengthA && i < lengthB; ++i) {
         const auto x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
-        if (x > 127 || y > 127)
-            return compareFolded(foldedText(a + i, lengthA - i), foldedText(b + i, lengthB - i));
+        if (x > 127 || y > 127) {
+            const int same = sameBytes(a + i, lengthA - i, b + i, lengthB - i);
+            return compareFolded(foldedText(a + i + same, lengthA - i - same),
+                                 foldedText(b + i + same, lengthB - i - same));
+        }
         if (order[x] != order[y])
             return order[x] < order[y] ? -1 : 1;
     }

@@ -8,6 +8,7 @@
 #include "data/sql_error.h"
 #include "data/sql_server.h"
 #include "data/sqlite_functions.h"
+#include "data/watch.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -119,6 +120,8 @@ void Connection::openDatabase()
 
 void Connection::overLink(bool repeatable, const std::function<void()> &action)
 {
+    if (Watch::isAsking()) // in the middle of another statement
+        throw DataError(Watch::stopped, QStringLiteral("正在查询，请稍候"));
     if (m_depth > 0) {
         action();
         return;

@@ -1,8 +1,10 @@
 #include "data/mariadb_server.h"
 
+#include "data/mariadb_wait.h"
 #include "data/sql_error.h"
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
@@ -76,6 +78,7 @@ void openMariaDb(QSqlDatabase &database, const MariaDbSource &source)
                                                        : driverOptions + ";UNIX_SOCKET=" + source.socket);
     if (!database.open())
         throw errorOf(database.lastError());
+    watchAnswers(database.driver()->handle(), source);
     QSqlQuery query(database);
     for (const char *setting : sessionSettings)
         if (!query.exec(QLatin1String(setting)))

@@ -67,7 +67,7 @@ void RecordsetRows::examine(Connection &connection)
     for (const QString &column : std::as_const(columns))
         kinds.append(kindsOfTable.value(column));
     uniqueColumn = static_cast<int>(columns.indexOf(connection.uniqueColumnOf(table)));
-    if (m_values.isEmpty())
+    if (m_values.isEmpty() || !connection.dialect().canBreak)
         return;
     QString whole = m_statement;
     whole.replace(whole.indexOf(u'*'), 1, ' ' + identity + ", " + table + ".* ");
@@ -99,6 +99,8 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
         QString identities = m_statement;
         identities.replace(identities.indexOf(u'*'), 1, u' ' + identity + u' ');
         connection.readKeys(connection.bound(identities, m_values), keys);
+        if (!m_values.isEmpty() && !keys.isEmpty() && keys.size() <= rowsAtOnce)
+            fetchAround(connection, 0);
         return;
     }
     const QString source = table.isEmpty() ? plainTableOf(m_statement) : table; // a view has kinds, too
@@ -120,8 +122,9 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
         uniqueColumn = static_cast<int>(columns.indexOf(connection.uniqueColumnOf(table)));
 }
 
-// The lines of a document and what a filter leaves are few: identities and rows come together. When there are more,
-// what was read is the first page, and gives false.
+// The lines of a document and what a filter leaves are few: identities and rows come together, in one way to the server
+// and back. When there are more, what was read is the first page, and gives false. A file is no way off, and asked twice
+// it would look through a large table twice.
 bool RecordsetRows::readFew(Connection &connection)
 {
     if (m_few.text.isEmpty())

@@ -4,6 +4,7 @@
 #include "data/odbc_statement.h"
 #include "data/sql_error.h"
 #include "data/value_order.h"
+#include "data/watch.h"
 
 #include <QSqlError>
 #include <QSqlRecord>
@@ -46,7 +47,7 @@ void RowCursor::sort(const BoundStatement &statement)
     };
     const qsizetype count = columns().size() + m_hiddenColumns;
     std::vector<Row> rows;
-    while (m_query->next()) {
+    while (next()) {
         Row &row = rows.emplace_back();
         for (int i = 0; i < count; ++i)
             row.values.append(read(i));
@@ -67,10 +68,11 @@ void RowCursor::sort(const BoundStatement &statement)
 
 void RowCursor::readAll(qsizetype columns, const std::function<bool(const QVariantList &)> &row)
 {
-    QVariantList line(columns);
     while (next()) {
-        for (int i = 0; i < line.size(); ++i)
-            line[i] = value(i);
+        QVariantList line; // whoever keeps it has it without a copy
+        line.reserve(columns);
+        for (int i = 0; i < columns; ++i)
+            line.append(value(i));
         if (!row(line))
             return;
     }
@@ -80,6 +82,8 @@ bool RowCursor::next()
 {
     if (m_isFetched)
         return ++m_at < static_cast<qsizetype>(m_fetched.size());
+    if (!Watch::goesOn())
+        throw DataError(Watch::stopped, QStringLiteral("已停止"));
     if (m_query->next())
         return true;
     if (m_query->lastError().isValid())
@@ -94,9 +98,9 @@ QVariant RowCursor::value(int column) const
 
 QVariant RowCursor::read(int column) const
 {
-    if (m_query->isNull(column))
-        return {};
     QVariant value = m_query->value(column);
+    if (value.isNull())
+        return {};
     switch (value.typeId()) {
     case QMetaType::QDate:
     case QMetaType::QDateTime:

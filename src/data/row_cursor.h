@@ -17,7 +17,7 @@ public:
     // Throws DataError.
     RowCursor(const QSqlDatabase &database, const BoundStatement &statement, PreparedStatements &statements);
     const QStringList &columns(); // asked for only where they are wanted: the driver describes each at length
-    // Steps onto the next row; false behind the last. Throws DataError when the rows break off.
+    // Steps onto the next row; false behind the last. Throws DataError when the rows break off or are stopped (Watch).
     bool next();
     QVariant value(int column) const; // Null is an invalid QVariant
     // Hands the first `columns` values of each row that is left to `row` until it gives false.

@@ -1,5 +1,7 @@
 #include "data/sql_error.h"
 
+#include "data/watch.h"
+
 #include <QList>
 #include <QRegularExpression>
 #include <QSqlError>
@@ -55,6 +57,7 @@ const QList<Meaning> &meanings()
          {"Communication link failure", "Login timeout expired", "TCP Provider: Error code",
           "Unable to connect to data source"},
          DataError::connectionLost},
+        {"已停止", Refusal::None, {1317}, {"HY008"}, {"interrupted"}, Watch::stopped},
         // A rule or a trigger of the database's own, whose words are for the clerk.
         {"", Refusal::Other, {19, 1811, 547, 1644, 4025, 50000}, {"45000"}, {}, 0},
     };

@@ -1,6 +1,7 @@
 #include "data/sqlite_functions.h"
 
 #include "data/collation.h"
+#include "data/watch.h"
 
 #include <sqlite3.h>
 
@@ -62,6 +63,10 @@ void addSqliteFunctions(const QVariant &driverHandle)
     sqlite3_create_collation_v2(database, "tradewick", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_create_function_v2(database, "tradewick_like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, like,
                                nullptr, nullptr, nullptr);
+    // After so many steps of a statement, which are done in a millisecond.
+    constexpr int stepsBetweenAsking = 20000;
+    sqlite3_progress_handler(
+        database, stepsBetweenAsking, [](void *) { return Watch::goesOn() ? 0 : 1; }, nullptr);
 }
 
 } // namespace tradewick

@@ -1,4 +1,5 @@
-// The documents by the area of business that prints them; documents() is all of them one behind the other.
+// The documents by the area of business that prints them; documents() is all of them one behind the other. And what two
+// areas print alike.
 #pragma once
 
 #include "papers/papers.h"
@@ -11,5 +12,8 @@ QVector<Document> sheetDocuments();
 QVector<Document> shippingDocuments();
 QVector<Document> masterDataDocuments();
 QVector<Document> queryDocuments();
+
+// A label of contracts: their currency, and the total zjje in English words. Throws DataError as both do.
+QString contractTotalInWords(const DocumentValues &values);
 
 } // namespace tradewick

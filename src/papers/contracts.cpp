@@ -9,11 +9,6 @@ namespace tradewick
 namespace
 {
 
-QString amountInWords(const DocumentValues &values)
-{
-    return values.trimmed("bizh") + u' ' + values.inEnglish(values.total("zjje"));
-}
-
 QString amountInFiguresAndChinese(const DocumentValues &values)
 {
     double amount = values.total("zjje");
@@ -37,10 +32,15 @@ Document proforma(const QString &name, const QString &report)
                        .goesOn = true},
             .totals = "select sum(isnull(je,0)) as zjje from yy_wxht_rpt where htbh='{htbh}'",
             .logo = "Image1",
-            .labels = {{"L_ZjjE", amountInWords}, {"L_FSTK", furtherClauses}}};
+            .labels = {{"L_ZjjE", contractTotalInWords}, {"L_FSTK", furtherClauses}}};
 }
 
 } // namespace
+
+QString contractTotalInWords(const DocumentValues &values)
+{
+    return values.trimmed("bizh") + u' ' + values.inEnglish(values.total("zjje"));
+}
 
 QVector<Document> contractDocuments()
 {

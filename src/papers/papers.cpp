@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr int noSuchColumn = 3265, noPicture = 481;
+const QString noRows = QStringLiteral("没有可打印的明细数据");
 const QString noRecord = QStringLiteral("没有当前记录，不能打印！");
 
 QVariant valueOf(const Values &row, const QString &column)
@@ -65,7 +66,7 @@ double DocumentValues::number(const QString &column) const
 double DocumentValues::total(const QString &column) const
 {
     if (m_totals.isEmpty())
-        throw DataError(nothingToPrint, QStringLiteral("没有可打印的明细数据"));
+        throw DataError(nothingToPrint, noRows);
     return valueOf(m_totals.first(), column).toDouble();
 }
 
@@ -156,16 +157,19 @@ FilledReport fill(const Document &statistic, Connection &connection, const Crite
     if (criteria.isWithin && !statistic.statistic.rowsWithin.isEmpty())
         narrowed.record.rows = statistic.statistic.rowsWithin;
     narrowed.record.rows += joined(fragments);
-    if (criteria.count)
-        values.insert("count", *criteria.count);
-    else if (!statistic.statistic.counted.isEmpty())
-        values.insert("count", connection
-                                   .rows(statistic.statistic.counted +
-                                             (criteria.isWithin ? statistic.statistic.countedWithin : QString()) +
-                                             joined(fragments),
-                                         values)
-                                   .first()
-                                   .value("n"));
+    std::optional<int> count = criteria.count;
+    if (statistic.statistic.needsRows || (!count && !statistic.statistic.counted.isEmpty())) {
+        const QString within = criteria.isWithin ? statistic.statistic.countedWithin : QString();
+        const int counted = connection.rows(statistic.statistic.counted + within + joined(fragments), values)
+                                .first()
+                                .value("n")
+                                .toInt();
+        if (statistic.statistic.needsRows && (counted == 0 || count == 0))
+            throw DataError(nothingToPrint, noRows);
+        count = count.value_or(counted);
+    }
+    if (count)
+        values.insert("count", *count);
     return fill(narrowed, connection, values);
 }
 
@@ -177,6 +181,13 @@ void showDocument(const Document &document, Connection &connection, const QStrin
     filled.report->show(parent);
 }
 
+void tellUnprinted(const DataError &error, QWidget *parent)
+{
+    const bool nothing = error.number() == nothingToPrint;
+    dialogs().message(parent, error.text(), nothing ? QStringLiteral("系统提示") : QString(),
+                      nothing ? MessageIcon::Critical : MessageIcon::None);
+}
+
 void printRecord(const Document &document, const QString &number, QWidget *parent, const QString &withoutNumber)
 {
     try {
@@ -186,9 +197,7 @@ void printRecord(const Document &document, const QString &number, QWidget *paren
         else
             showDocument(document, *gConn, number.trimmed(), parent);
     } catch (const DataError &error) {
-        const bool nothing = error.number() == nothingToPrint;
-        dialogs().message(parent, error.text(), nothing ? QStringLiteral("系统提示") : QString(),
-                          nothing ? MessageIcon::Critical : MessageIcon::None);
+        tellUnprinted(error, parent);
     }
 }
 

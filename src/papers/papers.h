@@ -83,6 +83,7 @@ struct Statistic {
     QString counted{};             // select of the number that is stated as n, narrowed like the rows
     QString countedWithin{};       // put behind `counted` where a second range is in force
     QString missing{};             // what is said where the first criterion is empty; empty: it may be
+    bool needsRows = false;        // without rows, which `counted` then tells, it has nothing to print
 };
 
 struct Document {
@@ -134,12 +135,16 @@ struct Criteria {
 // The placeholders of the first range of dates, which every statistic over a period has.
 inline const QString fromDate = QStringLiteral("DTPicker1"), toDate = QStringLiteral("DTPicker2");
 
-// Fills a statistic's report. Throws DataError as fill() does, and where a criterion that is needed is empty.
+// Fills a statistic's report. Throws DataError as fill() does, and nothingToPrint where a criterion that is needed is
+// empty or rows that are needed are missing, found or printed ones.
 FilledReport fill(const Document &statistic, Connection &connection, const Criteria &criteria);
 
 // Fills the document's report, tells what is to be told, shows it, and returns when the preview closes. Throws
 // DataError as fill() does; nothing is shown then.
 void showDocument(const Document &document, Connection &connection, const QString &number, QWidget *parent);
+
+// Tells why nothing is printed.
+void tellUnprinted(const DataError &error, QWidget *parent);
 
 // What the print button of a form does: the document of the record that is shown. Without a number it says so, in the
 // words of withoutNumber where there are any; what goes wrong is told.

@@ -185,11 +185,6 @@ QString titleOfMonth(const DocumentValues &values)
            QStringLiteral("出口情况定期统计报表");
 }
 
-QString amountInEnglishWords(const DocumentValues &values)
-{
-    return values.trimmed("bizh") + u' ' + values.inEnglish(values.total("zjje"));
-}
-
 // ---- documents ----
 
 const QVector<DocumentLabel> period{{"L_QsRq", from}, {"L_JzRq", to}};
@@ -279,7 +274,9 @@ Document taxes(const QString &name, const QString &report)
             .record = {.rows = "select * from yy_sstjb_rpt where htbh<>'' " DATES},
             .order = "\norder by htbh,fpbh",
             .labels = period,
-            .statistic = {criteria::taxes()}};
+            .statistic = {.criteria = criteria::taxes(),
+                          .counted = "select count(*) as n from yy_sstjb_rpt where htbh<>'' " DATES,
+                          .needsRows = true}};
 }
 
 Document verifications(const QString &name, const QString &report, const QString &table, const QString &order)
@@ -299,7 +296,9 @@ Document dispatches(const QString &name, const QString &report)
             .record = {.rows = "select * from cy_pcd_rpt where pcdh<>'' " DATES},
             .order = "\norder by pcgs",
             .labels = period + QVector<DocumentLabel>{{"L_pCCs", times}},
-            .statistic = {criteria::dispatches(), {}, "select count(*) as n from cy_pcd_rpt where pcdh<>'' " DATES}};
+            .statistic = {.criteria = criteria::dispatches(),
+                          .counted = "select count(*) as n from cy_pcd_rpt where pcdh<>'' " DATES,
+                          .needsRows = true}};
 }
 
 Document bookings(const QString &name, const QString &report, const QString &order)
@@ -322,7 +321,7 @@ Document contract(const QString &name, const QString &report, const QString &rec
                        .head = head,
                        .rows = "select * from " + view + " where HTBH='{htbh}'"},
             .totals = "select sum(isnull(je,0)) as zjje from " + view + " where htbh='{htbh}'",
-            .labels = {{label, amountInEnglishWords}}};
+            .labels = {{label, contractTotalInWords}}};
 }
 
 } // namespace

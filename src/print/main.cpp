@@ -58,7 +58,7 @@ Criteria criteriaOf(const Document &statistic, const QCommandLineParser &options
     Criteria criteria;
     const auto range = [&](const QString &from, const QDate &first, const QString &to, const QDate &last) {
         if (first > last)
-            throw DataError(nothingToPrint, QStringLiteral("起始日不能晚于截止日，请核对。"));
+            throw DataError(nothingToPrint, reversedAtPrint());
         criteria.values.insert(from, dateText(first));
         criteria.values.insert(to, dateText(last));
     };

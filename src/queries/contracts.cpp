@@ -11,11 +11,6 @@ namespace tradewick
 namespace
 {
 
-bool isReversedAtPrint(QueryScreen &screen)
-{
-    return screen.tellReversed(QueryScreen::reversedAtPrint(), true);
-}
-
 // The other party stands under the customer's head on both screens, and the place of signing has no column.
 QueryListSpec contractList(const QString &party)
 {
@@ -42,11 +37,8 @@ QueryListSpec contractList(const QString &party)
 void printGoodsOf(QueryScreen &screen, qsizetype party, const QString &name)
 {
     const Fragment fragment = fragmentOf(screen.spec().criteria[party], screen.criteria());
-    if (fragment.text.isEmpty()) {
-        screen.tell(document(name).statistic.missing);
-        return;
-    }
-    screen.fragments().first() = fragment;
+    if (!fragment.text.isEmpty()) // else what is missing is told, and what was put together before stays
+        screen.fragments().first() = fragment;
     showStatistic(screen, name, {screen.criteria(), false, QVector<Fragment>{fragment}});
 }
 
@@ -73,8 +65,7 @@ QuerySpec YY_WXHt_cxTjB()
         .entry = YY_WXHT,
         .buttons = {groupedPrint("查询列印", {.question = "是否按签约公司分组统计？否，则按国外客户。",
                                               .yes = "外销合同统计表（按签约公司）",
-                                              .no = "外销合同统计表（按国外客户）",
-                                              .isRefusedBehind = isReversedAtPrint}),
+                                              .no = "外销合同统计表（按国外客户）"}),
                     {"Cmd_SPtJ", "商品统计", "Alt+G", [](QueryScreen &screen) { screen.showOptions(); }},
                     recordPrint("Cur_prt", "当前合同", "销售确认书"),
                     workbook()},
@@ -107,8 +98,7 @@ QuerySpec YY_cgHt_CXtjb()
         .entry = YY_CGHT,
         .buttons = {groupedPrint("查询列印", {.question = "是否按签约公司分组统计？否，则按国内厂家。",
                                               .yes = "采购合同统计表（按签约公司）",
-                                              .no = "采购合同统计表（按国内厂商）",
-                                              .isRefusedBehind = isReversedAtPrint}),
+                                              .no = "采购合同统计表（按国内厂商）"}),
                     recordPrint("Cur_prt", "当前合同", "采购合同书（英文金额）"), workbook()},
     };
 }
@@ -157,8 +147,7 @@ QuerySpec YY_XYz_CxTj()
         .entry = YY_XyZ_New_Rpt,
         .buttons = {groupedPrint("查询列印", {.question = "是否按受益人分组统计？否，则按收货人。",
                                               .yes = "信用证查询统计表（按受益人）",
-                                              .no = "信用证查询统计表（按收货人）",
-                                              .isRefusedBehind = isReversedAtPrint}),
+                                              .no = "信用证查询统计表（按收货人）"}),
                     workbook()},
     };
 }

@@ -82,7 +82,11 @@ std::function<std::unique_ptr<RowSource>()> shownRows(QueryScreen &screen)
 
 void showStatistic(QueryScreen &screen, const QString &name, const Criteria &criteria)
 {
-    fill(document(name), *gConn, criteria).report->show(&screen);
+    try {
+        fill(document(name), *gConn, criteria).report->show(&screen);
+    } catch (const DataError &error) {
+        tellUnprinted(error, &screen);
+    }
 }
 
 void printStatistic(QueryScreen &screen, const QString &name)
@@ -99,11 +103,10 @@ QueryButton groupedPrint(const QString &caption, const GroupedPrint &print, bool
             [print](QueryScreen &screen) {
                 if (print.isRefused && print.isRefused(screen))
                     return;
-                const bool isYes = screen.ask(QString::fromUtf8(print.question), print.icon);
-                if (print.isRefusedBehind && print.isRefusedBehind(screen))
+                const std::optional<bool> isYes = screen.ask(QString::fromUtf8(print.question), print.icon);
+                if (!isYes || (!print.isRefused && screen.tellReversedAtPrint()))
                     return;
-                if (!print.needsRows || screen.records().RecordCount() > 0)
-                    printStatistic(screen, QString::fromUtf8(isYes ? print.yes : print.no));
+                printStatistic(screen, QString::fromUtf8(*isYes ? print.yes : print.no));
             },
             waits};
 }

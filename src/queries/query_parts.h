@@ -11,10 +11,10 @@ namespace tradewick
 // A statistic that is printed in one of two groupings.
 struct GroupedPrint {
     const char *question;
-    const char *yes, *no;                                       // names of the documents
-    std::function<bool(QueryScreen &screen)> isRefused{};       // before the question, having told why
-    std::function<bool(QueryScreen &screen)> isRefusedBehind{}; // behind it
-    bool needsRows = false;                                     // nothing is printed unless something was found
+    const char *yes, *no; // names of the documents
+    // Before the question, having told why. Without it dates that are turned round refuse the print behind the
+    // question.
+    std::function<bool(QueryScreen &screen)> isRefused{};
     MessageIcon icon = MessageIcon::Question;
 };
 
@@ -22,9 +22,9 @@ struct GroupedPrint {
 QueryButton groupedPrint(const QString &caption, const GroupedPrint &print, bool waits = true);
 
 // Prints a statistic of what stands in the criteria. Its conditions stay in the screen. With its second range of dates
-// also where nothing was found, if it has one. Throws DataError.
+// also where nothing was found, if it has one.
 void printStatistic(QueryScreen &screen, const QString &name);
-// Fills it with something else than what stands there.
+// Fills it with something else than what stands there. Both tell why nothing is printed.
 void showStatistic(QueryScreen &screen, const QString &name, const Criteria &criteria);
 
 // The button that prints the record that is shown.

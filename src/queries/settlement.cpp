@@ -9,17 +9,12 @@ namespace tradewick
 namespace
 {
 
-bool isReversedAtPrint(QueryScreen &screen)
-{
-    return screen.tellReversed(QueryScreen::reversedAtPrint(), false);
-}
-
 constexpr int returns = 0;
 
 // What the conditions find on paper is counted there: the issues are printed by other rows than the screen shows.
 void printForms(QueryScreen &screen)
 {
-    if (screen.tellReversed(QueryScreen::reversed(), false))
+    if (screen.tellReversedAtFind())
         return;
     const QString name = screen.shownList() == returns ? "出口收汇核销结算表" : "企业核销单领用情况统计表";
     showStatistic(screen, name, {screen.criteria()});
@@ -73,9 +68,7 @@ QuerySpec YY_ZsQk_TJB()
                    .key = "fpbh"}},
         .buttons = {groupedPrint("查询统计表", {.question = "是按签约公司统计吗？否则按国内厂家分组。",
                                                 .yes = "外销合同缴税情况统计表（按签约公司）",
-                                                .no = "外销合同缴税情况统计表（按国内厂家）",
-                                                .isRefusedBehind = isReversedAtPrint,
-                                                .needsRows = true}),
+                                                .no = "外销合同缴税情况统计表（按国内厂家）"}),
                     workbook()},
     };
 }

@@ -10,11 +10,6 @@ namespace tradewick
 namespace
 {
 
-bool isReversed(QueryScreen &screen)
-{
-    return screen.tellReversed(QueryScreen::reversed(), false);
-}
-
 // The invoice with one price is printed from the sheet alone.
 void printChosen(QueryScreen &screen)
 {
@@ -59,7 +54,7 @@ QuerySpec YY_mxd_CxTj()
                     groupedPrint("查询列印", {.question = "是否按销货单位统计？否，则按国外购货单位统计。",
                                               .yes = "出口销售合同结案情况统计表（按销货单位）",
                                               .no = "出口销售合同结案情况统计表（按国外客户）",
-                                              .isRefused = isReversed,
+                                              .isRefused = &QueryScreen::tellReversedAtFind,
                                               .icon = MessageIcon::Information}),
                     workbook()},
     };

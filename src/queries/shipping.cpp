@@ -11,11 +11,6 @@ namespace tradewick
 namespace
 {
 
-bool isReversedAtPrint(QueryScreen &screen)
-{
-    return screen.tellReversed(QueryScreen::reversedAtPrint(), false);
-}
-
 bool isNotFound(QueryScreen &screen)
 {
     return !screen.find();
@@ -78,9 +73,7 @@ QuerySpec CY_Pcd_CxTj()
                    .key = "pcdh"}},
         .buttons = {groupedPrint("列印查询表", {.question = "是按拖车公司分组统计吗？否则按派车公司分组。",
                                                 .yes = "派车费用统计表（按拖车公司）",
-                                                .no = "派车费用统计表（按派车公司）",
-                                                .isRefusedBehind = isReversedAtPrint,
-                                                .needsRows = true}),
+                                                .no = "派车费用统计表（按派车公司）"}),
                     {"Cur_prt", "当前派车单", "Ctrl+Shift+P", printDispatch},
                     workbook()},
     };

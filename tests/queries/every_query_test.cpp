@@ -109,6 +109,39 @@ TEST_P(EveryQuery, FindsNothingForHostileTexts)
     EXPECT_EQ(database.count(plainTableOf(spec.lists.first().all)), all);
 }
 
+// Whenever the user stops it, all lists with what stands below them are those of before, or all those of the find.
+TEST_P(EveryQuery, ShowsWhatItShowedWhereAFindIsStopped)
+{
+    dialogs.looksBeforeStop = 0;
+    const FormDriver drive = open(spec);
+    const auto lists = [&] {
+        QStringList texts;
+        for (int i = 0; i < spec.lists.size(); ++i) {
+            texts.append(found(spec.lists[i].key, i));
+            for (const ColumnText &text : spec.lists[i].footers)
+                texts.append(footer(text.column, spec.lists[i].grid));
+        }
+        return texts.join('/');
+    };
+    EXPECT_EQ(screen->records().RecordCount(), 0);
+    dialogs.looksBeforeStop = -1;
+    if (!spec.dates.isEmpty())
+        setDates("1990-01-01", "2030-12-31");
+    drive.click("CmdFIND");
+    const QString before = lists();
+    drive.type(spec.criteria.first().name, "nobody");
+    for (const int looks : {0, 1, 2, 5, -1}) {
+        dialogs.looksBeforeStop = looks;
+        drive.click("CmdFIND");
+        const bool isFound = screen->records().RecordCount() == 0;
+        EXPECT_TRUE(looks == 0 ? !isFound : looks > 0 || isFound) << looks;
+        EXPECT_TRUE(isFound || lists() == before) << looks;
+    }
+    EXPECT_NE(lists(), before);
+    EXPECT_EQ(dialogs.stopping, "正在查询");
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+}
+
 INSTANTIATE_TEST_SUITE_P(Queries, EveryQuery, testing::ValuesIn(declaredQueries()),
                          [](const auto &query) { return query.param.name.toStdString(); });
 

@@ -39,6 +39,7 @@ protected:
             insert("yy_gw_wxht_b", {{"htbh", one.number}, {"cpmc", one.number}, {"sl", 2}, {"je", 10.5}});
         }
     }
+    const Shown nothing{"没有可打印的明细数据", "系统提示", MessageIcon::Critical};
     void ask(const FormDriver &drive, bool yes)
     {
         dialogs.shown.clear();
@@ -123,6 +124,10 @@ TEST_F(Queries, TheFirstCountStaysBelowAndThatOfTheLastFindIsPrinted)
     drive.click("CmdFIND");
     EXPECT_EQ(found("htbh"), "X1");
     EXPECT_EQ(footer("djrq"), "3份");
+    dialogs.isClosed = true; // Escape is neither of both groupings
+    ask(drive, true);
+    EXPECT_TRUE(printed.isEmpty() && dialogs.shown.size() == 1);
+    dialogs.isClosed = false;
     ask(drive, true);
     EXPECT_EQ(printedColumn("htbh"), "X1");
     // By what is typed now, with the count of before.
@@ -230,7 +235,12 @@ TEST_F(Queries, AFoundRecordOpensInItsEntryForm)
     EXPECT_EQ(entry->text("Text1(0)"), "X3");
     entry->findChild<QAbstractButton *>("Cmdedit")->click(); // what is typed there stays
     found->records().MoveFirst();
+    window.activateWindow();
     open();
+    EXPECT_EQ(dialogs.take(),
+              (Shown{QStringLiteral("“%1”正在录入，不能转到“X1”。请先确认或取消。").arg(entry->window()->windowTitle()),
+                     "系统提示", MessageIcon::Exclamation}));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(entry->window()));
     EXPECT_EQ(entry->text("Text1(0)"), "X3");
     entry->findChild<QAbstractButton *>("Cmdcancel")->click();
     EXPECT_EQ(entry->text("Text1(0)"), "X1");
@@ -328,6 +338,13 @@ TEST_F(Queries, DispatchesAreSummedByEachFindOfSomeAndPrintedCrosswise)
     printed.clear();
     ask(drive, true);
     EXPECT_TRUE(printed.isEmpty());
+    EXPECT_EQ(dialogs.shown.last(), nothing);
+    drive.type("Combo1", "");
+    drive.click("CmdFIND");
+    drive.type("Combo1", "nobody"); // what would be printed is not there, whatever was found
+    ask(drive, true);
+    EXPECT_TRUE(printed.isEmpty());
+    EXPECT_EQ(dialogs.shown.last(), nothing);
 }
 
 TEST_F(Queries, FormsAreFoundWithAContractAndReportedWithout)
@@ -406,6 +423,7 @@ TEST_F(Queries, SheetsBookingsAndTaxesHaveTheirOwnWayToPrint)
     taxes.click("CmdFIND");
     ask(taxes, true);
     EXPECT_TRUE(printed.isEmpty());
+    EXPECT_EQ(dialogs.shown.last(), nothing);
 }
 
 // What the list shows, in its order, goes on paper and into a workbook.
@@ -468,6 +486,11 @@ TEST_F(Queries, StatisticsArePrintedWithoutAWindow)
                               year);
     EXPECT_TRUE(one.contains("X3") && !one.contains("X1") && one.contains("1份")) << one.toStdString();
     EXPECT_TRUE(print(QStringList{"外销合同商品统计表（按签约公司）"} + year).contains("请选择公司名称"));
+    QFile::remove(folder.filePath("a.pdf"));
+    for (const char *statistic : {"派车费用统计表（按派车公司）", "外销合同缴税情况统计表（按签约公司）"}) {
+        EXPECT_TRUE(print(QStringList{statistic} + year).contains(nothing.text)) << statistic;
+        EXPECT_FALSE(QFile::exists(folder.filePath("a.pdf"))) << statistic;
+    }
     EXPECT_TRUE(
         print(QStringList{"派车费用统计表（按派车公司）", "--where", "甲=1"} + year).contains("派车公司, 拖车公司"));
 }

@@ -25,12 +25,16 @@ public:
 
     QVector<Shown> shown;         // messages and questions in their order
     bool answer = true;           // to every question
+    bool isClosed = false;        // without an answer, where a question can be
     QString suggested;            // name of the last file to write, or what an input box proposed
     std::optional<QString> typed; // into every input box and file choice
     QVector<ConflictQuestion> conflicts;
     std::function<std::optional<ConflictAnswer>(const ConflictQuestion &question)> settle; // none: goes back
 
     int stepsBeforeCancel = -1; // after how many steps the user ends them; negative: never
+
+    int looksBeforeStop = -1; // after how many looks the user stops what takes long; negative: never
+    QString stopping;         // what was looked at last
 
     bool steps(QWidget *, const QString &, int count, const std::function<void(int i)> &step) override
     {
@@ -41,6 +45,13 @@ public:
         }
         return true;
     }
+    std::function<bool()> stoppable(QWidget *, const QString &text) override
+    {
+        return [this, text] {
+            stopping = text;
+            return looksBeforeStop < 0 || looksBeforeStop-- > 0;
+        };
+    }
     void message(QWidget *, const QString &text, const QString &title, MessageIcon icon) override
     {
         shown.append({text, title, icon});
@@ -49,6 +60,11 @@ public:
     {
         shown.append({text, title, icon});
         return answer;
+    }
+    std::optional<bool> choose(QWidget *, const QString &text, const QString &title, MessageIcon icon) override
+    {
+        shown.append({text, title, icon});
+        return isClosed ? std::nullopt : std::optional(answer);
     }
     std::optional<QString> input(QWidget *, const QString &prompt, const QString &title,
                                  const QString &proposed) override
