@@ -2,6 +2,7 @@
 
 #include "common/combo_field.h"
 #include "common/dialogs.h"
+#include "common/edit_steps.h"
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
 #include "common/globals.h"
@@ -50,6 +51,7 @@ RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidge
     if (spec.lines.statement)
         m_lines = std::make_unique<LinesPanel>(m_spec.lines, *this, gConnStr);
     build();
+    followEdits();
     setBusy(false);
     m_panel->lock(true);
     connect(&records(), &Recordset::currentChanged, this, &RecordForm::recordMoved);
@@ -166,6 +168,7 @@ void RecordForm::addChoice(QBoxLayout *layout, const ChoiceSpec &choice)
     layout->addWidget(combo);
     m_choices.insert(choice.name, combo);
     connect(combo, &ComboField::chosen, this, [this, &choice] {
+        beginEdit({});
         if (choice.press)
             choice.press(*this);
     });
@@ -210,7 +213,7 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     for (const ChoiceSpec &choice : std::as_const(m_spec.choices))
         addChoice(row, choice);
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
-        addButton(row, button, [this, &button] { button.press(*this); });
+        addButton(row, button, [this, &button] { press(button); });
     addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { window()->close(); });
     // Behind the last field comes what ends an Add or Edit, not what would leave the record.
     QWidget *before = m_buttons["CmdOK"];
@@ -225,6 +228,7 @@ void RecordForm::buildButtons(QBoxLayout *layout)
 void RecordForm::setBusy(bool busy, bool adding)
 {
     m_busy = busy;
+    m_steps->forget();
     for (const char *name : {"CmdOK", "Cmdcancel"})
         m_buttons[name]->setEnabled(busy);
     for (const char *name : {"Cmdadd", "Cmdedit", "Cmddelete", "Cmdreturn"})
