@@ -223,6 +223,7 @@ TEST_P(Documents, TakeBackStepByStep)
     EXPECT_EQ(drive.focused(), document().choice) << "where the edit was made";
     paste(0, "cpmc", "x");
     drive.click("CmdOK");
+    EXPECT_EQ(cell(0, "cpmc"), "x");
     EXPECT_EQ(database.value("select count(*) from " + plainTableOf(spec.lines.statement) + " where " + spec.lines.key +
                                  "='{n}'",
                              {{"n", number}}),
