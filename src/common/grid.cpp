@@ -126,7 +126,11 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
     connect(m_model, &RecordsetModel::cellEdited, this, &Grid::cellEdited);
     const auto follow = [this, &recordset] {
         const int record = recordset.absolutePosition(), row = m_model->rowOf(record);
-        if (record < 0 || record >= recordset.RecordCount() || currentIndex().row() == row)
+        if (record < 0 || record >= recordset.RecordCount())
+            return;
+        // Where the last row goes, the view takes the one before as its current row without selecting it.
+        const bool isMarked = selectionBehavior() != SelectRows || selectionModel()->isRowSelected(row);
+        if (currentIndex().row() == row && isMarked)
             return;
         // Not the view's own way, which extends the selection while a modifier key is held for a shortcut.
         selectionModel()->setCurrentIndex(

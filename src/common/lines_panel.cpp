@@ -222,7 +222,8 @@ void LinesPanel::removeLines(Grid *grid)
 {
     QVector<int> rows = grid->selectedRecords();
     rows.removeIf([this](int row) { return row >= records().RecordCount(); });
-    const bool isShut = !grid->isEditing() && !m_spec.grids[m_grids.indexOf(grid)].whileAdding;
+    const LineGridSpec &spec = m_spec.grids[m_grids.indexOf(grid)];
+    const bool isShut = !grid->isEditing() && !(spec.whileAdding && spec.deletesWhileLocked);
     if (!m_form.isBusy() || isShut || rows.isEmpty() || m_form.tellTakenKey())
         return;
     const int column = grid->currentIndex().column();

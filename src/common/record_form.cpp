@@ -192,12 +192,15 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     };
     const QStringList &captions = m_spec.captions;
     QBoxLayout *row = group();
-    if (m_spec.hasNavigation) {
-        addButton(row, {"cmdqd", captions[0], "Alt+Home"}, [this] { first(); });
-        addButton(row, {"cmdxq", captions[1], "Alt+PgUp"}, [this] { previous(); });
-        addButton(row, {"cmdnext", captions[2], "Alt+PgDown"}, [this] { next(); });
-        addButton(row, {"cmdmd", captions[3], "Alt+End"}, [this] { last(); });
-    }
+    void (RecordForm::*const ways[])() = {&RecordForm::first, &RecordForm::previous, &RecordForm::next,
+                                          &RecordForm::last};
+    const char *const names[] = {"cmdqd", "cmdxq", "cmdnext", "cmdmd"};
+    const char *const keys[] = {"Alt+Home", "Alt+PgUp", "Alt+PgDown", "Alt+End"};
+    for (int i = 0; m_spec.hasNavigation && i < 4; ++i)
+        addButton(row, {names[i], captions[i], keys[i]}, [this, go = ways[i]] {
+            if (!isBusy() || m_entered.isEmpty() || passesWhenLeft(m_entered)) // a key leaves no field
+                (this->*go)();
+        });
     if (!m_spec.find.column.isEmpty())
         addButton(row, {"Cmd_find", "查询", "Ctrl+F"}, [this] { find(); });
     row = group();
@@ -243,8 +246,8 @@ void RecordForm::setBusy(bool busy, bool adding)
     m_list->setWaysOpen(!busy);
     if (m_lines)
         m_lines->setEditing(busy, adding);
+    m_inAdd = busy && adding;
     m_state->setProperty("busy", busy);
-    m_state->setProperty("adding", adding);
     showState();
     m_state->style()->unpolish(m_state);
     m_state->style()->polish(m_state);
@@ -252,11 +255,10 @@ void RecordForm::setBusy(bool busy, bool adding)
 
 void RecordForm::showState()
 {
-    const bool adding = m_state->property("adding").toBool();
     const bool isWaiting = !m_busy && hasRecord() && waits(records().absolutePosition());
     m_state->setText(isWaiting ? QStringLiteral("未保存")
                      : !m_busy ? QStringLiteral("浏览")
-                     : adding  ? QStringLiteral("新增")
+                     : m_inAdd ? QStringLiteral("新增")
                                : QStringLiteral("编辑"));
     m_list->showMarks();
 }
@@ -411,90 +413,6 @@ bool RecordForm::showStatement(const char *statement, const Values &values)
     m_primary.setRecordSource(statement, values);
     run(Failure::Report, {[this] { m_primary.Refresh(); }});
     return true;
-}
-
-// ---- navigation ----
-
-void RecordForm::first()
-{
-    run(m_spec.failures.ends, {[this] {
-            if (records().RecordCount() > 0)
-                records().BOF() ? records().MoveNext() : records().MoveFirst();
-        }});
-}
-
-void RecordForm::last()
-{
-    run(m_spec.failures.ends, {[this] {
-            if (records().RecordCount() > 0)
-                records().EOF_() ? records().MovePrevious() : records().MoveLast();
-        }});
-}
-
-void RecordForm::next()
-{
-    run(m_spec.failures.next, {[this] {
-                                   if (!records().EOF_())
-                                       records().MoveNext();
-                               },
-                               [this] {
-                                   if (records().EOF_() && records().RecordCount() > 0) {
-                                       QApplication::beep();
-                                       records().MoveLast();
-                                   }
-                               }});
-}
-
-void RecordForm::previous()
-{
-    run(m_spec.failures.previous, {[this] {
-                                       if (!records().BOF())
-                                           records().MovePrevious();
-                                   },
-                                   [this] {
-                                       if (records().BOF() && records().RecordCount() > 0) {
-                                           QApplication::beep();
-                                           records().MoveFirst();
-                                       }
-                                   }});
-}
-
-void RecordForm::goTo(const QString &column, const QVariant &value)
-{
-    run(Failure::Report, {[&] {
-            const auto isThere = [&] {
-                for (const QVariant &one : records().columnValues(records().columnIndex(column)))
-                    if (one.toString().trimmed().compare(value.toString().trimmed(), Qt::CaseInsensitive) == 0)
-                        return true;
-                return false;
-            };
-            bool found = !isBusy() && isThere();
-            if (!isBusy() && !found && !tellWaiting()) { // a filter may hide it
-                showStatement(m_spec.statement, {});
-                found = isThere();
-            }
-            if (found)
-                m_list->find(column, value);
-            else if (isBusy() || anyWaits())
-                QApplication::beep();
-            else // what is shown instead is not taken for it
-                dialogs().message(this, QStringLiteral("没有找到“%1”，可能已被删除。").arg(value.toString().trimmed()),
-                                  systemTitle(), MessageIcon::Exclamation);
-        }});
-}
-
-void RecordForm::find()
-{
-    const FindSpec &spec = m_spec.find;
-    // A box that was cancelled is searched for like an empty answer.
-    const QString key = dialogs().input(this, spec.prompt, spec.title).value_or(QString());
-    run(Failure::Report, {[&] {
-            if (m_list->find(spec.column, key))
-                return;
-            dialogs().message(this, spec.notFound, spec.title, MessageIcon::Information);
-            if (records().RecordCount() > 0)
-                records().MoveFirst();
-        }});
 }
 
 } // namespace tradewick

@@ -177,6 +177,7 @@ private:
     bool isStored(const QString &key);
     void takeFreeNumber(); // throws DataError
     bool missesRequiredField();
+    bool tellUnstored();
     void askForLines();
     bool storeWaiting();            // gives false when the clerk goes back
     bool settle(Conflict conflict); // asks; gives whether to go on storing
@@ -199,6 +200,7 @@ private:
     qint64 m_added = 0;                 // the record that Add began, until it is stored or dropped
     qint64 m_left = 0;                  // the record that was shown when that Add began
     bool m_busy = false, m_adding = false;
+    bool m_inAdd = false;    // whether the state is the one that Add began; m_adding may outlast it
     bool m_isUnread = false; // the record could not be read: the fields are empty, not the record
 };
 

@@ -207,6 +207,8 @@ struct LineGridSpec {
     int page = -1;           // of the tabs, that holds the grid; -1: below the fields
     QString above{};         // a field that begins a frame or a row of its own: the grid stands above that
     bool whileAdding = true; // takes text in Add, else in Edit alone
+    // A refused OK locks the grid; the Delete key removes lines then all the same.
+    bool deletesWhileLocked = true;
     QString title = QStringLiteral("商品明细"); // what a screen reader says
 };
 
@@ -307,6 +309,7 @@ struct ButtonSpec {
     QString name, caption, shortcut;
     std::function<void(RecordForm &form)> press;
     bool whileAdding = false; // enabled in Browse and in Add, else in Browse alone
+    bool ofStored = true;     // acts upon the record as the database has it; one that waits is told instead
 };
 
 // A box beside the buttons from which the user chooses what one of them does. It takes any other text too.

@@ -23,9 +23,11 @@ void RecordForm::beginEdit(const EditPlace &place)
         m_steps->begin(place);
 }
 
-// What a button fills in is one edit.
+// What a button fills in is one edit; one that acts upon the record as it is stored asks for that first.
 void RecordForm::press(const ButtonSpec &button)
 {
+    if (!isBusy() && button.ofStored && tellUnstored())
+        return;
     beginEdit({});
     button.press(*this);
 }

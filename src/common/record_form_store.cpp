@@ -118,7 +118,7 @@ void RecordForm::save()
         m_lines->commitEditors();
     if (!passesOwnChecks() || !passesWhatIsTyped() || (m_lines && m_lines->tellBadCell()))
         return;
-    const bool adding = m_adding, inAdd = m_state->property("adding").toBool();
+    const bool adding = m_adding, inAdd = m_inAdd;
     if (m_spec.adding == Adding::UntilOk)
         m_adding = false;
     if (m_lines) {
@@ -192,6 +192,12 @@ bool RecordForm::tellWaiting()
         dialogs().message(this, QStringLiteral("尚有未保存的记录，请先保存或取消。"), systemTitle(),
                           MessageIcon::Exclamation);
     return anyWaits;
+}
+
+// The database, and what is printed of it, has another record under its number, or none.
+bool RecordForm::tellUnstored()
+{
+    return hasRecord() && waits(records().absolutePosition()) && tellWaiting();
 }
 
 // The record shown first; what it meets is the clerk's to know. One that the database refused earlier holds nothing
@@ -379,8 +385,11 @@ QString RecordForm::worded(const DataError &error)
     switch (error.refusal()) {
     case Refusal::Duplicate:
         return place + QStringLiteral("：编号重复，数据库中已有同样的记录，请核对！");
-    case Refusal::NotANumber:
-        return place + QStringLiteral("：") + badNumber();
+    case Refusal::NotANumber: {
+        const int column = error.set()->columnIndex(error.column());
+        const bool isDate = column >= 0 && error.set()->columnKind(column) == ColumnKind::Date;
+        return place + QStringLiteral("：") + (isDate ? badDate() : badNumber());
+    }
     case Refusal::TooLong:
         return place + QStringLiteral("：内容过长，请核对！");
     case Refusal::Missing:

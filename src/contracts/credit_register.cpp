@@ -103,7 +103,11 @@ RecordFormSpec YY_XyZ_New_Rpt()
     form.list = {{"xyzh", "信用证号"}, {"khmc", "客户名称"}};
     // Nothing is printed of a credit. No command of the menus opens the older register; it is reached from here.
     form.buttons = {{"Cmdprint", "打印", "Ctrl+P", [](RecordForm &) {}},
-                    {"Cmd_Yh_XYZ", "按商品登记", "Ctrl+G", [](RecordForm &one) { one.openBeside(YY_Yh_XYZ()); }}};
+                    {.name = "Cmd_Yh_XYZ",
+                     .caption = "按商品登记",
+                     .shortcut = "Ctrl+G",
+                     .press = [](RecordForm &one) { one.openBeside(YY_Yh_XYZ()); },
+                     .ofStored = false}};
     form.picks = {{"Combo1(4)", {{customer, {{"bizh", "bizh"}, {"hl", "hl"}, {"kzr", "khmc"}}}}}};
     form.lines = contracts();
     form.filterCaption = "快捷查询";

@@ -28,7 +28,11 @@ RecordFormSpec sys_qysz()
         .list = {{"sheng", "国别"}, {"shi", "州省/地区"}, {"zheng", "市/县"}},
         .notes = {"注：区域设置，是对国内供应厂家按区域分类而设，分三层管理。"},
         // No command of the menus opens the addresses; they are reached from here.
-        .buttons = {{"Cmd_ssdz", "收送地址", "Ctrl+G", [](RecordForm &form) { form.openBeside(sys_SSDZ()); }}},
+        .buttons = {{.name = "Cmd_ssdz",
+                     .caption = "收送地址",
+                     .shortcut = "Ctrl+G",
+                     .press = [](RecordForm &form) { form.openBeside(sys_SSDZ()); },
+                     .ofStored = false}},
         .required = {{"Text(0)", "所有名称不能为空"}, {"Text(1)", "所有名称不能为空"}, {"Text(2)", "所有名称不能为空"}},
         .tree = {.root = "区域图示",
                  .count = "select count(*) as [CCC] from sys_qysz",

@@ -149,8 +149,10 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName("tradewick-print");
     QCommandLineParser parser;
-    parser.setApplicationDescription("Prints documents of a Tradewick database into files. Ends with 0 when they are "
-                                     "written, 2 when they are and something about them is told, 1 when nothing is.");
+    parser.setApplicationDescription(
+        "Prints documents of a Tradewick database into files. Ends with 0 when they are "
+        "written, 2 when they are but a total was too long for its words or a label stayed "
+        "empty, 1 when nothing is. Texts that do not fit are told, with either status.");
     parser.addHelpOption();
     parser.addOptions({{"list", "Names all documents."},
                        {"database", "A file ending in .db, or what the settings take as the server.", "source"},

@@ -437,8 +437,9 @@ void Layout::prepare(const Band &band)
         FormattedBand formatted(*band.section, m_pages, *this);
         m_rule.atFormat(formatted);
     }
-    const bool grows =
-        band.section->canGrow && !m_context->paper.dataOnly && m_context->report->overlay != Overlay::Always;
+    // A sheet that bears the form already has its boxes where they are, but for the rows: their space is one.
+    const bool isPreprinted = m_context->paper.dataOnly && band.section->kind != SectionKind::Detail;
+    const bool grows = band.section->canGrow && !isPreprinted && m_context->report->overlay != Overlay::Always;
     for (int at = 0; at < objects.size(); ++at) {
         const ReportObject &object = objects[at];
         if (!isShown(object, m_contents[at].text))

@@ -28,11 +28,16 @@ bool closes(QChar character)
     return closing.contains(character);
 }
 
+bool opens(QChar character)
+{
+    static const QString opening = QStringLiteral("（《「『【〔“‘([");
+    return opening.contains(character);
+}
+
 bool breaksBetween(QChar left, QChar right)
 {
-    return !closes(right) && !right.isSpace() &&
-           (left.isSpace() || left == u'-' || left == u')' || left == u']' || isWide(left) ||
-            (isWide(right) && left != u'('));
+    return !closes(right) && !right.isSpace() && !opens(left) &&
+           (left.isSpace() || left == u'-' || left == u')' || left == u']' || isWide(left) || isWide(right));
 }
 
 qsizetype characterAt(QStringView text, qsizetype at)
@@ -47,9 +52,14 @@ QStringView withoutBlanksBehind(QStringView text)
     return text;
 }
 
-// A figure, as it stands in a column or was put into a label: one of its digits on a line below would be another one.
+// A figure, as it stands in a column or was put into a label, there behind the code of its currency, too: one of its
+// digits on a line below would be another one.
 bool isFigure(QStringView text)
 {
+    constexpr qsizetype code = 3;
+    if (text.size() > code && text[code].isDigit() &&
+        std::all_of(text.begin(), text.begin() + code, [](QChar c) { return c >= u'A' && c <= u'Z'; }))
+        text = text.mid(code);
     return std::all_of(text.begin(), text.end(),
                        [](QChar c) { return (c >= u'0' && c <= u'9') || QStringView(u".,-+%").contains(c); });
 }

@@ -288,8 +288,8 @@ RecordFormSpec returns()
                                 {"b_zdw", "b_zdw"}}},
                     {.statement = totalsOfInvoice,
                      .copies = {{"jianshu", "jianshu"}, {"hxje", "zjje"}},
-                     .also = [](RecordForm &one, bool found) {
-                         if (!found)
+                     .also = [](RecordForm &one, const Row *totals) {
+                         if (!totals)
                              one.records().Fields("jianshu").setValue(0.0);
                      }}}}};
     form.onNew = countReturned;

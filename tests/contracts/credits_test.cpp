@@ -54,7 +54,10 @@ TEST_F(Credits, OffersContractsOfBothPartiesThatStandOnNoCredit)
     EXPECT_EQ(search(0, "X"), 0);
     drive.choose("Combo1(0)", company);
     EXPECT_EQ(search(0, "X"), 0);
+    drive.choose("Combo1(0)", "another company");
     drive.choose("Combo1(4)", customer);
+    EXPECT_EQ(search(0, "X"), 0);
+    drive.choose("Combo1(0)", company);
     expectCopied(row("select * from yy_gwkh_zl where khbh='K001'"), {"bizh", "hl", "kzr khmc"});
     // One of this customer's three contracts is taken, one has goods in two units.
     EXPECT_EQ(search(0, "X"), 3);
@@ -79,6 +82,7 @@ TEST_F(Credits, OffersContractsOfBothPartiesThatStandOnNoCredit)
     // What is not stored yet stands on no credit: the same contract is offered, and taken, again.
     EXPECT_EQ(search(1, "80000"), 2);
     takeFirst();
+    EXPECT_EQ(cell(1, "htbh") + cell(1, "dw"), "X260800001" + unit);
     const QString number = drive.text("Text1(0)");
     drive.click("CmdOK");
     EXPECT_EQ(linesOf(number), 2);
@@ -114,6 +118,34 @@ TEST_F(Credits, FiltersByContractAndByNumber)
     const QString first = row("select distinct htbh,xyzh from yy_xyz_nb where htbh like '%X2610%'")["xyzh"].toString();
     drive.type("Text2", "X2610");
     EXPECT_EQ(shownKeys(), first);
+}
+
+// The list goes on showing which record is on the form.
+TEST_F(Credits, TheListMarksTheRecordThatFollowsAnother)
+{
+    dialogs.settle = [](const ConflictQuestion &) { return ConflictAnswer{false}; }; // what is gone is given up
+    for (const char *shown : {"MIL260914E", "XY261100001"}) {                        // one in between, and the last
+        const FormDriver drive = open(YY_XyZ_New_Rpt());
+        const auto *list = drive.find<Grid>("TDBGrid3");
+        const auto expectMarked = [&] {
+            const int row = form->records().absolutePosition();
+            EXPECT_TRUE(list->selectionModel()->isRowSelected(row)) << row << shown;
+            EXPECT_EQ(list->model()->index(row, 0).data().toString(), drive.text("Text1(0)"));
+        };
+        while (drive.text("Text1(0)") != shown)
+            drive.click("cmdxq");
+        expectMarked();
+        drive.click("Cmddelete");
+        expectMarked();
+        const QString gone = drive.text("Text1(0)");
+        drive.click("Cmdedit");
+        drive.type("Text1(7)", "BANK");
+        database.elsewhere("delete from yy_xyz_nh where xyzh='{x}'", {{"x", gone}});
+        drive.click("CmdOK");
+        EXPECT_NE(drive.text("Text1(0)"), gone);
+        expectMarked();
+        form.reset();
+    }
 }
 
 // The flag of an Add outlives its OK in both registers, so that a later Cancel of an Edit removes lines.

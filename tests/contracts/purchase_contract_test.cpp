@@ -98,10 +98,21 @@ TEST_F(PurchaseContract, PrintsItsAmountInFiguresAndChinese)
         amount = report.name() + '|' + report.DataControl1.values["htbh"].toString() + '|' + report.label("L_Zjje");
     });
     database.elsewhere("update yy_gn_cght_b set je=0 where htbh='C260800001'");
-    database.elsewhere("update yy_gn_cght_b set je=1005.5 where htbh='C260800001' and cpbh='JM-1002'");
+    for (const auto &[product, each] : {std::pair("JM-1002", 1000.0), {"JM-1007", 2.75}})
+        database.elsewhere("update yy_gn_cght_b set je={a} where htbh='C260800001' and cpbh='{p}'",
+                           {{"a", each}, {"p", product}});
     const FormDriver drive = open(YY_CGHT());
     drive.click("Cmdprint");
-    EXPECT_EQ(amount.toStdString(), "yy_CgHt_RPT|C260800001|CNY  1005.5  壹仟零伍圆伍角");
+    const std::string printed = "yy_CgHt_RPT|C260800001|CNY  1005.5  壹仟零伍圆伍角";
+    EXPECT_EQ(amount.toStdString(), printed);
+    // One that the database refused: under its number stands that of another desktop.
+    drive.click("Cmdadd");
+    database.elsewhere("insert into yy_gn_cght_h(htbh) values('{h}')", {{"h", drive.text("Text1(0)")}});
+    drive.click("CmdOK");
+    dialogs.shown.clear();
+    drive.click("Cmdprint");
+    EXPECT_EQ(dialogs.take(), (Shown{"尚有未保存的记录，请先保存或取消。", "系统提示", MessageIcon::Exclamation}));
+    EXPECT_EQ(amount.toStdString(), printed);
     setReportViewer({});
 }
 

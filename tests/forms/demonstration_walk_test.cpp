@@ -1,4 +1,5 @@
 // Every form over the demonstration's records, walked by keyboard as a clerk does.
+#include "common/combo_field.h"
 #include "every_form.h"
 
 namespace tradewick
@@ -57,6 +58,9 @@ TEST_P(EveryFormByKeyboard, EnterThroughEveryFieldOfARecordChangesNothing)
 {
     const FormDriver drive = open();
     const QStringList before = content();
+    int choices = 0;
+    for (const ComboField *combo : form->findChildren<ComboField *>())
+        QObject::connect(combo, &ComboField::chosen, form, [&choices] { ++choices; });
     drive.click("cmdqd");
     const int records = qMin(form->records().RecordCount(), 4);
     for (int record = 0; record < records; ++record) {
@@ -66,6 +70,7 @@ TEST_P(EveryFormByKeyboard, EnterThroughEveryFieldOfARecordChangesNothing)
         EXPECT_FALSE(form->isBusy());
         EXPECT_EQ(dialogs.shown.size(), key() == "Text1(4)" ? 1 : 0);
         dialogs.shown.clear();
+        EXPECT_EQ(choices, 0);
         const QStringList after = content();
         ASSERT_EQ(after.size(), before.size());
         for (int row = 0; row < before.size(); ++row)

@@ -53,6 +53,13 @@ TEST_P(EveryForm, StoresEachFieldInItsOwnColumnUnderItsLabel)
 TEST_P(EveryForm, AsksForWhatIsMissing)
 {
     const FormDriver drive = open();
+    for (const QLabel *label : form->findChildren<QLabel *>()) {
+        const bool isRequired =
+            label->buddy() && std::any_of(spec.required.cbegin(), spec.required.cend(), [&](const RequiredField &one) {
+                return one.name == label->buddy()->objectName();
+            });
+        EXPECT_EQ(label->property("required").toBool(), isRequired) << label->text().toStdString();
+    }
     drive.click("Cmdadd");
     const auto fillRequired = [&] {
         drive.type(key(), "K0001");
@@ -247,12 +254,13 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
         typeRequired(drive, number);
         drive.type(name(), text);
         drive.click("CmdOK");
-        dialogs.shown.clear();
     };
     const auto *list = drive.find<Grid>(spec.listName);
     const auto mark = [&](int row) { return list->model()->headerData(row, Qt::Vertical, Qt::ToolTipRole).toString(); };
     add("N0001", "never");
+    dialogs.shown.clear();
     add("N0002", "second");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>()); // the other one's refusal was told
     EXPECT_EQ(count(), 2);
     EXPECT_EQ(count(nameColumn(), "second"), 1);
     EXPECT_EQ(mark(1), "未保存");
@@ -263,6 +271,18 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
         drive.type(filter.name, "N");
         EXPECT_EQ(drive.text(filter.name), "") << filter.name.toStdString();
     }
+    const int shown = form->records().absolutePosition();
+    form->records().setAbsolutePosition(1);
+    for (const ButtonSpec &button : spec.buttons) { // what is printed under its number is another record, or none
+        if (!button.ofStored)
+            continue;
+        dialogs.shown.clear();
+        drive.click(button.name);
+        EXPECT_EQ(dialogs.shown,
+                  QVector<Shown>({{"尚有未保存的记录，请先保存或取消。", "系统提示", MessageIcon::Exclamation}}))
+            << button.name.toStdString();
+    }
+    form->records().setAbsolutePosition(shown);
     if (spec.dateFilter.statement) {
         auto *picker = drive.find<QDateEdit>(spec.dateFilter.name);
         picker->setDate(QDate(2026, 1, 1));

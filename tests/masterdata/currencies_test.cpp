@@ -87,6 +87,28 @@ TEST_F(Currencies, EnterLeadsThroughTheFieldsToOkAndPressesIt)
     EXPECT_EQ(drive.focused(), "Text(0)");
 }
 
+// The code forms leave the way through the records open, and its keys leave no field.
+TEST_F(Currencies, NoWayLeadsPastATextInANumber)
+{
+    for (const char *key : {"$0001", "$0002", "$0003"})
+        insert(key, "USD");
+    const FormDriver drive = open();
+    drive.click("cmdnext");
+    drive.click("Cmdedit");
+    for (const int key : {Qt::Key_Home, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_End}) {
+        drive.type("Text(3)", "abc");
+        QTest::keyClick(drive.control("Text(3)"), static_cast<Qt::Key>(key), Qt::AltModifier);
+        QApplication::processEvents();
+        EXPECT_EQ(dialogs.take(), (Shown{"数值输入有误，请重新核对！", "系统提示", MessageIcon::Critical}));
+        EXPECT_EQ(drive.text("Text(0)") + drive.text("Text(3)"), "$0002abc");
+    }
+    drive.type("Text(3)", "1,234.50");
+    QTest::keyClick(drive.control("Text(3)"), Qt::Key_PageDown, Qt::AltModifier);
+    EXPECT_EQ(drive.text("Text(0)"), "$0003");
+    drive.click("CmdOK");
+    EXPECT_EQ(database.value("select hl from sys_bzsz where bzbh='$0002'"), 1234.5);
+}
+
 TEST_F(Currencies, TheListShowsItsKeysInFull)
 {
     const FormDriver drive = open();

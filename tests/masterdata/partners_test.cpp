@@ -189,6 +189,11 @@ TEST_P(Partners, ACurrencyBringsItsRateWhileTheRecordIsEdited)
     EXPECT_EQ(stored("hl", "A"), 7.5);
     EXPECT_EQ(stored("bzcode", "A"), "美元");
     EXPECT_EQ(stored("bizh", "A"), "XXX");
+    drive.click("Cmdedit"); // the date has no check of its own
+    drive.type("Text1(6)", "soon");
+    drive.click("CmdOK");
+    EXPECT_TRUE(dialogs.take().text.endsWith("期”：日期输入有误，请重新核对！"));
+    EXPECT_EQ(drive.text("state"), "未保存");
 }
 
 // Enter takes from a list at once; a beginning that only one item has is completed.
@@ -220,6 +225,7 @@ TEST_P(Partners, EnterTakesAChoiceOnceAndCompletesIt)
     activate();
     EXPECT_EQ(currency->currentText(), "EUR");
     EXPECT_EQ(drive.text("Text1(7)"), "8");
+    EXPECT_EQ(drive.focused(), "Text1(7)"); // without a second Enter
     drive.type("Combo1(1)", "u");
     ASSERT_TRUE(fitting->isVisible());
     drive.click("CmdOK"); // the list would go on writing into what is locked now

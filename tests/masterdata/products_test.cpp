@@ -142,6 +142,13 @@ TEST_F(Products, ARefusedOkLocksGridAndCombosUntilOneIsTaken)
     drive.click("Cmdedit");
     EXPECT_TRUE(grid->isEditing());
     EXPECT_FALSE(drive.control("Combo1(0)")->property("readOnly").toBool());
+    // Copied prices stand under the empty code: what locks the grid leaves them there.
+    drive.click("Cmdcancel");
+    drive.click("CMd_LC");
+    drive.click("CmdOK");
+    dialogs.take();
+    QTest::keyClick(grid, Qt::Key_Delete);
+    EXPECT_EQ(prices(""), 3);
 }
 
 TEST_F(Products, ATakenCodeIsRefusedInTheAddStateAlone)

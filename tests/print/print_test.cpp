@@ -116,6 +116,41 @@ TEST_F(Print, AContractOf120LinesGivesPagesWithHeadsAndRightTotals)
     }
 }
 
+TEST_F(Print, APurchaseContractHasItsClausesInTheirOrder)
+{
+    database.connection().Execute(
+        "update yy_gn_cght_h set jhdz='DELIVERY', jgtk='TERM', ysbz='STANDARD', yyqx='6', bzyq='PACKING', jsfs='PAID', "
+        "wyj='7.5', qttk='FURTHER', cs_bank='THEIRS', bank_name='OURS', cs_bcode='11', bank_code='22', "
+        "cs_swdjh='33', swdjh='44', phone='55', gs_phone='66' where htbh='C260800001'");
+    ASSERT_EQ(print({"--document", "采购合同书", "--number", "C260800001", "--pdf", file("o.pdf")}).status, 0);
+    const QString text = runProgram("pdftotext", {"-layout", file("o.pdf"), "-"}).out.remove(QRegularExpression("\\s"));
+    qsizetype at = 0;
+    for (const char *part : {"供方：惠安石桥工艺厂合同编号：№C260800001",
+                             "一、产品名称、规格型号、数量、金额及交货期限。",
+                             "总计金额CNY",
+                             "二、交货地点、运输方式、运费承担价格条款：DELIVERYTERM",
+                             "三、验收标准及提出异议期限。验收标准：STANDARD",
+                             "收货后6个月内",
+                             "四、如需提供担保，另立合同担保书作为本合同附件。",
+                             "五、包装标准：PACKING",
+                             "六、结算方式：PAID",
+                             "七、违约责任：",
+                             "7.5％向需方",
+                             "7.5％向供方",
+                             "八、解决合同纠纷方式：",
+                             "九、其它约定事项：FURTHER",
+                             "供方需方鉴（公）证意见",
+                             "话：55电话：66",
+                             "银行：THEIRS开户银行：OURS",
+                             "号：11帐号：22",
+                             "号：33税号：44",
+                             "本合同有效期：从2026-08-08至2026-09-07"}) {
+        const qsizetype next = text.indexOf(part, at);
+        EXPECT_GE(next, 0) << part;
+        at = qMax(at, next);
+    }
+}
+
 TEST_F(Print, WorkbookAndPicturesComeFromTheSamePages)
 {
     addContract(3);
@@ -240,6 +275,10 @@ TEST_F(Print, AnyTextPrintsAndSpoilsNothingBesideIt)
         const Outcome read = runProgram("pdftotext", {"-layout", file("o.pdf"), "-"});
         EXPECT_EQ(read.error, "") << text.left(40).toStdString();
         EXPECT_EQ(read.out.count("P0001"), 1);
+        // the name of the goods stands in the page's head, which does not grow
+        EXPECT_EQ(printed.error.contains(QString("形式发票 %1: page 1: Field12 does not fit: “").arg(contract)),
+                  text.size() == 40000)
+            << printed.error.toStdString();
         EXPECT_TRUE(read.out.contains(QRegularExpression("TOTAL:\\s+1\\s+PCS\\s+USD\\s+1\\.75")))
             << text.left(40).toStdString();
     }

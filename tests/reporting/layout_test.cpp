@@ -46,6 +46,7 @@ TEST(Layout, PrintsValuesByTheirFormat)
         {1.005, "0.00", "1.00"},
         {3.125, "0.00", "3.12"},
         {1234.375, "#,##0.00", "1,234.38"},
+        {1234.625, "#,##0.00", "1,234.62"},
         {1.1 + 2.035, "0.00", "3.14"}, // 3.1349999999999998
         {2.675, "0.00", "2.68"},
         {-0.001, "0.00", "0.00"},
@@ -376,6 +377,16 @@ TEST(Layout, DataOnlyLeavesOutWhatTheFormHasAlready)
     const auto pages = Layout(report, named({"data"}), {{"L_F", "free"}}, {}, paper).all();
     EXPECT_EQ(textsOf(*pages[0]), (QStringList{"data", "free"}));
     EXPECT_EQ(pages[0]->items.size(), 2);
+
+    // marks of several lines are whole in the rows, whose space is open; a box of the head has its place
+    const auto boxes = templateOf(
+        R"(<groupHeader level="1" height="300" canGrow="true"><label name="L_F" left="0" top="0" width="900" height="240"/>
+        </groupHeader><detail height="300" canGrow="true"><field name="F" left="0" top="0" width="900" height="240"
+        dataField="name"/></detail><groupFooter level="1" height="0"/>)");
+    const QVector<Overflow> lost =
+        overflowsOf(Layout(boxes, named({"one\ntwo\nthree"}), {{"L_F", "four\nfive\nsix"}}, {}, paper).all());
+    ASSERT_EQ(lost.size(), 1);
+    EXPECT_EQ(lost[0].object, "L_F");
 }
 
 TEST(Layout, PageStampsFollowTheClockAtEachPage)

@@ -370,9 +370,10 @@ TEST_F(PreviewTest, DataGoesOntoPreprintedPaperWhereThePrinterNeedsIt)
         click("testSheet");
         const QPointF cross = placeOf("100/150"); // a figure beside its cross, moved as the data is
         EXPECT_NEAR(cross.x(), (100.5 - 12.5) / 25.4 * 72, 1);
+        EXPECT_EQ(paperShift("another", "t"), PaperShift()); // neither on another printer
+        EXPECT_EQ(paperShift({}, "another"), PaperShift());  // nor of another document
         find<QDoubleSpinBox>("shiftRight")->setValue(0);
         find<QDoubleSpinBox>("shiftDown")->setValue(0);
-        EXPECT_EQ(paperShift("another", "t"), PaperShift());
         m_preview.reset(); // before its report
     }
 }

@@ -60,9 +60,11 @@ TEST(TextLines, StandInTheirBoxesOrAreMarked)
         // numbers keep to one line and their digits, whatever the box
         {12345678.125, 700, 480, arial, {"12345678.125"}, 1, true, false},
         {"12,345,678.13", 700, 480, arial, {"12,345,678.13"}, 1, true, false}, // from a caller's label, too
+        {"USD123456789.12", 900, 480, arial, {"USD123456789.12"}, 1, true, false},
         {-12345678.125, 200, 480, arial, {"-12345678.125"}, 1, true, true},
         {"新疆维吾尔自治区", 1300, 240, "size='10.5'", {"新疆维吾尔自治区"}, any, false, false},
         {"木制圆形相框，带镜子。", 1050, 700, "size='10.5'", {"木制圆形相", "框，带镜", "子。"}, 1, false, false},
+        {"木制圆形（相框）", 1050, 700, "size='10.5'", {"木制圆形", "（相框）"}, 1, false, false},
         {"G.W(KGS)N.W(KGS)", 1200, 480, arial, {"G.W(KGS)", "N.W(KGS)"}, 1, false, false},
         {"毛重(KGS)净重", 1050, 480, arial, {"毛重(KGS)", "净重"}, 1, false, false},
         {QString("e\u0301 😀😀😀😀"), 500, 240, arial, {QString("e\u0301 😀…")}, 0.7, false, true},
