@@ -34,6 +34,7 @@ public:
     }
     void setLocked(bool locked) override { m_line->setReadOnly(locked); }
     void selectAll() override { m_line->selectAll(); }
+    bool canUndo() const override { return m_line->isUndoAvailable(); }
 
 private:
     QLineEdit *m_line;
@@ -70,6 +71,7 @@ public:
         m_edit->style()->unpolish(m_edit); // or its ground stays that of before
         m_edit->style()->polish(m_edit);
     }
+    bool canUndo() const override { return m_edit->document()->isUndoAvailable(); }
 
 private:
     QPlainTextEdit *m_edit;
@@ -86,6 +88,7 @@ public:
     void setText(const QString &text) override { m_combo->showText(text); }
     void setLocked(bool locked) override { m_combo->setReadOnly(locked); }
     void selectAll() override { m_combo->lineEdit()->selectAll(); }
+    bool canUndo() const override { return m_combo->lineEdit()->isUndoAvailable(); }
     ComboField *combo() const override { return m_combo; }
 
 private:

@@ -31,6 +31,7 @@ public:
     virtual void setText(const QString &text) = 0;
     virtual void setLocked(bool locked) = 0;
     virtual void selectAll() {}
+    virtual bool canUndo() const { return false; } // what is typed there can be taken back there
     virtual ComboField *combo() const { return nullptr; }
 
 protected:

@@ -201,8 +201,10 @@ void FieldPanel::addTo(QBoxLayout *cell, const FieldSpec &field, QWidget *frame)
 QWidget *FieldPanel::addField(const FieldSpec &field, QWidget *page, int index)
 {
     auto control = FieldControl::make(field, m_spec.picture, page, [this, &field](const QVariant &value) {
-        if (!m_showing)
-            write(field, value, &field);
+        if (m_showing)
+            return;
+        Q_EMIT aboutToType(field.name);
+        write(field, value, &field);
     });
     QWidget *widget = control->widget(), *frame = control->frame();
     widget->setMinimumWidth(widget->fontMetrics().averageCharWidth() * narrowestField);
@@ -392,14 +394,21 @@ bool FieldPanel::eventFilter(QObject *watched, QEvent *event)
         m_composing = !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty();
     if (event->type() == QEvent::KeyPress && !m_composing) {
         const auto *pressed = static_cast<QKeyEvent *>(event);
+        const FieldControl &control = *entry->second.control;
+        if (pressed->matches(QKeySequence::Undo) && (!control.canUndo() || control.text() == m_textEntered)) {
+            Q_EMIT undoPressed();
+            return true;
+        }
         const bool plain = pressed->modifiers() == Qt::NoModifier || pressed->modifiers() == Qt::KeypadModifier;
         const bool ours = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter ||
                           pressed->key() == Qt::Key_Up || pressed->key() == Qt::Key_Down;
         if (plain && ours && key(name, widget, pressed->key()))
             return true;
     }
-    if (event->type() == QEvent::FocusIn)
+    if (event->type() == QEvent::FocusIn) {
+        m_textEntered = text(name);
         Q_EMIT entered(name);
+    }
     if (event->type() == QEvent::FocusOut) {
         const auto reason = static_cast<QFocusEvent *>(event)->reason();
         if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {

@@ -56,10 +56,12 @@ public:
     QTabWidget *tabs() const { return m_tabs; }
 
 Q_SIGNALS:
-    void typed(const QString &name);   // stands in the record already
-    void chosen(const QString &name);  // an item of a combo box
-    void entered(const QString &name); // has the focus now
-    void left(const QString &name);    // the focus has gone on
+    void aboutToType(const QString &name); // the next text of a field goes into the record
+    void undoPressed();                    // in a field that has nothing of its own to take back
+    void typed(const QString &name);       // stands in the record already
+    void chosen(const QString &name);      // an item of a combo box
+    void entered(const QString &name);     // has the focus now
+    void left(const QString &name);        // the focus has gone on
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -88,6 +90,7 @@ private:
     QHash<QString, QBoxLayout *> m_places; // of the grids that stand above a field
     QTabWidget *m_tabs = nullptr;
     bool m_isUnread = false;
+    QString m_textEntered;                // that stood in the field when the focus came there
     const FieldSpec *m_writing = nullptr; // the field that is typed into, while its text goes into the record
     bool m_showing = false;               // fields are being filled from the record
     bool m_composing = false;             // an input method holds text that is not committed yet

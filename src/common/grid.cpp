@@ -3,7 +3,6 @@
 #include "common/dialogs.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QCompleter>
 #include <QHeaderView>
 #include <QInputMethodEvent>
@@ -24,6 +23,8 @@ namespace
 // Rows looked at to find a column's width; a register of 100,000 rows must not be read for it.
 constexpr int rowsMeasured = 30;
 constexpr int widestColumn = 260;
+constexpr QRgb markInk = 0xb3261e; // laid thinly over the ground of a cell that bears a mark
+constexpr float markStrength = 0.25F;
 constexpr qsizetype advancesKept = 4096;
 
 // The numbers of the rows, of which the last is the widest, or the captions of the columns, which are all as high. The
@@ -67,6 +68,11 @@ public:
     {
         QStyleOptionViewItem cell = option;
         initStyleOption(&cell, index);
+        if (!index.data(Qt::ToolTipRole).toString().isEmpty()) {
+            QColor ink(markInk);
+            ink.setAlphaF(markStrength);
+            cell.backgroundBrush = ink;
+        }
         const QString text = QString(cell.text).replace(QChar::LineSeparator, u' ');
         cell.text.clear();
         const QStyle *style = cell.widget->style();
@@ -324,6 +330,8 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::KeyPress && qobject_cast<QLineEdit *>(watched)) {
         if (m_composing)
             return true; // the keys are the input method's; the cell must not close over its text
+        if (sheetKey(*static_cast<QKeyEvent *>(event)))
+            return true;
         const int key = static_cast<QKeyEvent *>(event)->key();
         const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
         if (m_keyHook && (isEnter || key == Qt::Key_Down || key == Qt::Key_Escape) && m_keyHook(key))
@@ -355,6 +363,8 @@ void Grid::keyPressEvent(QKeyEvent *event)
         copySelection();
         return;
     }
+    if (m_editing && sheetKey(*event))
+        return;
     switch (event->key()) {
     case Qt::Key_Escape:
         if (!m_keyHook || !m_keyHook(event->key()))
@@ -396,6 +406,7 @@ void Grid::sortFurther(int column)
 void Grid::commitData(QWidget *editor)
 {
     const QModelIndex cell = currentIndex();
+    Q_EMIT aboutToTake();
     QTableView::commitData(editor);
     if (cell.isValid())
         Q_EMIT cellLeft(m_model->recordAt(cell.row()), m_model->columns()[cell.column()].column);
@@ -438,21 +449,6 @@ void Grid::goOn()
     }
     setCurrentIndex(m_model->index(row, column));
     scrollTo(currentIndex());
-}
-
-void Grid::copySelection() const
-{
-    QString text;
-    int row = -1;
-    QModelIndexList cells = selectionModel()->selectedIndexes();
-    std::sort(cells.begin(), cells.end());
-    for (const QModelIndex &cell : std::as_const(cells)) {
-        if (!text.isEmpty())
-            text += row == cell.row() ? u'\t' : u'\n';
-        row = cell.row();
-        text += cell.data().toString();
-    }
-    QApplication::clipboard()->setText(text);
 }
 
 } // namespace tradewick

@@ -47,6 +47,13 @@ public:
     QString currentColumn() const;
     // Moves the cursor to the column of a record and opens the cell where it can be typed into.
     void editCell(int record, const QString &column);
+    // Goes to a cell without opening it, and selects it alone, whatever modifier key is held for a shortcut.
+    void goTo(const QModelIndex &cell);
+    void goToCell(int row, const QString &column);
+    // The cell that a block begins at: the first of those selected, or the one under the cursor; invalid for none.
+    QModelIndex firstSelected() const;
+    // Columns of the model from that one on to the right, as they are shown.
+    QVector<int> shownColumns(int from) const;
     // Positions of the records selected, each once, upwards; the one under the cursor where nothing is selected.
     QVector<int> selectedRecords() const;
 
@@ -54,7 +61,13 @@ Q_SIGNALS:
     void typed(const QString &column, const QString &text); // each change of the text in a cell editor
     void cellEdited(int row, const QString &column);        // the value stands in the record set
     void cellLeft(int record, const QString &column);       // changed or not, what stood in its editor is taken
+    void aboutToTake(); // what stands in the open cell goes into the record set next
     void deletePressed();
+    // While cells can be typed into. An open cell is closed: what stood in it is taken before a block, and given up
+    // before the others.
+    void blockPasted(const QVector<QStringList> &rows);
+    void repeatPressed();
+    void undoPressed();  // in an open cell that has nothing more to take back
     void rowActivated(); // double click or Enter where nothing can be typed; the row is the current one
 
 protected:
@@ -68,6 +81,7 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    bool sheetKey(const QKeyEvent &event);
     void goOn();
     void copySelection() const;
     void sortFurther(int column);

@@ -2,10 +2,7 @@
 
 #include "common/dialogs.h"
 #include "common/line_totals.h"
-#include "common/number_text.h"
 #include "common/record_form.h"
-#include "data/date_text.h"
-#include "data/number_of.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -76,6 +73,7 @@ Grid *LinesPanel::addGrid(const LineGridSpec &spec, QWidget *parent)
     connect(grid, &Grid::typed, this,
             [this, grid](const QString &column, const QString &text) { typed(grid, column, text); });
     connect(grid, &Grid::deletePressed, this, [this, grid] { removeLines(grid); });
+    followKeys(grid);
     grid->setKeyHook([this](int key) {
         if (key == Qt::Key_Escape) {
             const bool wasOpen = m_lookup && m_lookup->isVisible();
@@ -229,13 +227,21 @@ void LinesPanel::removeLines(Grid *grid)
     if (!m_form.isBusy() || isShut || rows.isEmpty() || m_form.tellTakenKey())
         return;
     const int column = grid->currentIndex().column();
+    const auto remove = [this](int row) {
+        const auto work = [this, row] {
+            records().setAbsolutePosition(row);
+            records().Delete();
+        };
+        if (!records().isNew(row))
+            return m_form.store(work);
+        work(); // nothing is stored, and it can be taken back
+        return true;
+    };
+    beginEdit(grid);
     m_form.run(Failure::Report, {[&] {
                    bool removed = true;
                    for (auto row = rows.crbegin(); removed && row != rows.crend(); ++row)
-                       removed = m_form.store([this, row] {
-                           records().setAbsolutePosition(*row);
-                           records().Delete();
-                       });
+                       removed = remove(*row);
                    // Lines of a document that is not there yet wait for it.
                    if (removed && m_form.isHeadStored() && !tellBadCell() &&
                        m_form.store([this] { records().UpdateBatch(); }))
@@ -243,37 +249,6 @@ void LinesPanel::removeLines(Grid *grid)
                }});
     const int row = qMin(rows.first(), grid->model()->rowCount() - 1);
     grid->setCurrentIndex(grid->model()->index(row, column));
-}
-
-// ---- what follows from an edit ----
-
-bool LinesPanel::isBad(int row, int column)
-{
-    const QVariant value = records().valueAt(row, column);
-    if (value.typeId() != QMetaType::QString || value.toString().trimmed().isEmpty())
-        return false;
-    const ColumnKind kind = records().columnKind(column);
-    return (kind == ColumnKind::Number && !numberOf(value.toString())) ||
-           (kind == ColumnKind::Date && !dateFromText(value.toString()).isValid());
-}
-
-void LinesPanel::tellBad(int row, int column)
-{
-    for (Grid *grid : std::as_const(m_grids)) {
-        const QVector<GridColumn> &columns = grid->recordsetModel()->columns();
-        const auto shown = std::find_if(columns.cbegin(), columns.cend(), [&](const GridColumn &one) {
-            return records().columnIndex(one.column) == column;
-        });
-        if (shown == columns.cend())
-            continue;
-        dialogs().message(
-            &m_form, records().columnKind(column) == ColumnKind::Date ? RecordForm::badDate() : RecordForm::badNumber(),
-            RecordForm::systemTitle(), MessageIcon::Critical);
-        m_form.showLines(static_cast<int>(m_grids.indexOf(grid)));
-        grid->setFocus();
-        grid->editCell(row, shown->column);
-        return;
-    }
 }
 
 bool LinesPanel::isOwn(const Conflict &conflict) const
@@ -291,66 +266,6 @@ void LinesPanel::goToNewLine()
     m_form.showLines(static_cast<int>(m_grids.indexOf(grid)));
     grid->setFocus();
     grid->setCurrentIndex(grid->model()->index(grid->model()->rowCount() - 1, 0));
-}
-
-bool LinesPanel::tellBadCell()
-{
-    const QVector<int> waiting = records().isOpen() ? records().waitingRows() : QVector<int>();
-    for (const int row : waiting)
-        for (int column = 0; column < records().columns().size(); ++column)
-            if (isBad(row, column)) {
-                tellBad(row, column);
-                return true;
-            }
-    return false;
-}
-
-// A text that its column cannot take is told behind the key that left the cell, which would close a message at once.
-void LinesPanel::left(int row, const QString &column)
-{
-    const int at = records().columnIndex(column);
-    const auto isLeftBad = [this, row, at] { return row < records().RecordCount() && at >= 0 && isBad(row, at); };
-    if (!isLeftBad())
-        return;
-    QMetaObject::invokeMethod(
-        this,
-        [this, row, at, isLeftBad] {
-            const bool isOpen = std::any_of(m_grids.cbegin(), m_grids.cend(),
-                                            [](const Grid *grid) { return grid->cellEditor() != nullptr; });
-            if (m_form.isBusy() && !isOpen && isLeftBad()) // OK tells by itself
-                tellBad(row, at);
-        },
-        Qt::QueuedConnection);
-}
-
-void LinesPanel::edited(const LineGridSpec &spec, const QString &column)
-{
-    const int row = records().absolutePosition(), at = records().columnIndex(column);
-    if (isBad(row, at))
-        return; // told when the cell is left
-    // People write "1,234.50"; what follows calculates with the number.
-    const QVariant value = records().valueAt(row, at);
-    if (records().columnKind(at) == ColumnKind::Number && value.typeId() == QMetaType::QString)
-        if (const auto number = numberOf(value.toString()))
-            records().setValueAt(row, at, *number);
-    runRules(spec, column);
-}
-
-void LinesPanel::runRules(const LineGridSpec &spec, const QString &column)
-{
-    const LineNumbers numbers([this](const char *name) { return numberFromText(records().Fields(name).text()); });
-    for (const LineRule &rule : spec.rules) {
-        if (!rule.edited.contains(column))
-            continue;
-        m_form.run(Failure::Report, {[&] {
-                       if (rule.value)
-                           if (const auto value = rule.value(numbers))
-                               records().Fields(rule.column).setValue(*value);
-                       take(rule.presets);
-                       if (rule.statement)
-                           m_form.copyFirst(rule.statement, RecordForm::valuesOf(records()), rule.copies, records());
-                   }});
-    }
 }
 
 // ---- the list that is searched ----
@@ -457,6 +372,7 @@ void LinesPanel::pick()
     const int at = static_cast<int>(m_grids.indexOf(m_typing));
     m_form.run(Failure::Report,
                {[&] {
+                    beginEdit(m_typing);
                     m_typing->commitEditor();
                     if (records().RecordCount() == 0 || m_typing->currentIndex().row() >= records().RecordCount())
                         startLine();

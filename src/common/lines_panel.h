@@ -17,6 +17,19 @@ class QBoxLayout;
 namespace tradewick
 {
 
+// Where something is edited: a field, or a cell of one of the grids of the lines; neither for what a button does.
+struct EditPlace {
+    QString field{};
+    int grid = -1, row = 0;
+    QString column{};
+};
+
+// How the lines stood, to go back to.
+struct LinesState {
+    std::shared_ptr<const RecordsetRows> rows{};
+    QString key{};
+};
+
 class LinesPanel : public QObject
 {
     Q_OBJECT
@@ -61,6 +74,14 @@ public:
     // The blank line, or the last where none can be added, of the grid in sight or else of the first.
     void goToNewLine();
 
+    // Goes to where an edit was taken back.
+    void goTo(const EditPlace &place);
+    // How the lines of the head that is shown stand, whether they still stand so, and back to it; gives whether they
+    // look different then. For states since which nothing was stored.
+    LinesState state() { return {records().state(), m_key}; }
+    bool isAt(const LinesState &state) { return records().isAt(*state.rows); }
+    bool goBackTo(const LinesState &state);
+
     // Tells of the first cell whose text its column cannot take, opens it, and gives whether there was one.
     bool tellBadCell();
     QString captionOf(const QString &column) const;
@@ -81,7 +102,13 @@ private:
     bool isSearched() const;
     void placeLookup(const Grid *grid);
     void pick();
+    void followKeys(Grid *grid);
+    void beginEdit(const Grid *grid);
+    void put(Grid *grid, int row, int section, const QString &text);
+    void paste(Grid *grid, const QVector<QStringList> &block);
+    void repeatAbove(Grid *grid);
     bool isBad(int row, int column);
+    QString badText(int column);
     void tellBad(int row, int column);
 
     const LinesSpec &m_spec;

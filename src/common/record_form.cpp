@@ -2,6 +2,7 @@
 
 #include "common/combo_field.h"
 #include "common/dialogs.h"
+#include "common/edit_steps.h"
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
 #include "common/form_parts.h"
@@ -50,6 +51,7 @@ RecordForm::RecordForm(const RecordFormSpec &spec, QWidget *mainWindow) : QWidge
     if (spec.lines.statement)
         m_lines = std::make_unique<LinesPanel>(m_spec.lines, *this, gConnStr);
     build();
+    followEdits();
     setBusy(false);
     m_panel->lock(true);
     connect(&records(), &Recordset::currentChanged, this, &RecordForm::recordMoved);
@@ -175,13 +177,13 @@ void RecordForm::buildButtons(QBoxLayout *layout)
         ComboField *combo = addChoice(*row, choice, [this] { focusNextChild(); });
         m_choices.insert(choice.name, combo);
         if (choice.press)
-            connect(combo, &ComboField::chosen, this, [this, &choice] { choice.press(*this); });
+            connect(combo, &ComboField::chosen, this, [this, &choice] {
+                beginEdit({});
+                choice.press(*this);
+            });
     }
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
-        addButton(row, button, [this, &button] {
-            if (isBusy() || !button.ofStored || !tellUnstored())
-                button.press(*this);
-        });
+        addButton(row, button, [this, &button] { press(button); });
     addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { window()->close(); });
     // Behind the last field comes what ends an Add or Edit, not what would leave the record.
     QWidget *before = m_buttons["CmdOK"];
@@ -196,6 +198,7 @@ void RecordForm::buildButtons(QBoxLayout *layout)
 void RecordForm::setBusy(bool busy, bool adding)
 {
     m_busy = busy;
+    m_steps->forget();
     for (const char *name : {"CmdOK", "Cmdcancel"})
         m_buttons[name]->setEnabled(busy);
     for (const char *name : {"Cmdadd", "Cmdedit", "Cmddelete", "Cmdreturn"})
@@ -377,97 +380,6 @@ bool RecordForm::showStatement(const char *statement, const Values &values)
     m_primary.setRecordSource(statement, values);
     run(Failure::Report, {[this] { m_primary.Refresh(); }});
     return true;
-}
-
-// ---- navigation ----
-
-void RecordForm::first()
-{
-    run(m_spec.failures.ends, {[this] {
-            if (records().RecordCount() > 0)
-                records().BOF() ? records().MoveNext() : records().MoveFirst();
-        }});
-}
-
-void RecordForm::last()
-{
-    run(m_spec.failures.ends, {[this] {
-            if (records().RecordCount() > 0)
-                records().EOF_() ? records().MovePrevious() : records().MoveLast();
-        }});
-}
-
-void RecordForm::next()
-{
-    run(m_spec.failures.next, {[this] {
-                                   if (!records().EOF_())
-                                       records().MoveNext();
-                               },
-                               [this] {
-                                   if (records().EOF_() && records().RecordCount() > 0) {
-                                       QApplication::beep();
-                                       records().MoveLast();
-                                   }
-                               }});
-}
-
-void RecordForm::previous()
-{
-    run(m_spec.failures.previous, {[this] {
-                                       if (!records().BOF())
-                                           records().MovePrevious();
-                                   },
-                                   [this] {
-                                       if (records().BOF() && records().RecordCount() > 0) {
-                                           QApplication::beep();
-                                           records().MoveFirst();
-                                       }
-                                   }});
-}
-
-void RecordForm::goTo(const QString &column, const QVariant &value)
-{
-    const QString wanted = value.toString().trimmed();
-    if (isBusy()) {
-        dialogs().message(this,
-                          QStringLiteral("“%1”正在录入，不能转到“%2”。请先%3或%4。")
-                              .arg(window()->windowTitle(), wanted, m_spec.captions[7], m_spec.captions[8]),
-                          systemTitle(), MessageIcon::Exclamation);
-        return;
-    }
-    run(Failure::Report, {[&] {
-            const auto place = [&] {
-                const QVariantList values = records().columnValues(records().columnIndex(column));
-                const auto isMeant = [&](const QVariant &one) {
-                    return one.toString().trimmed().compare(wanted, Qt::CaseInsensitive) == 0;
-                };
-                return int(std::find_if(values.begin(), values.end(), isMeant) - values.begin());
-            };
-            int at = place();
-            if (at == records().RecordCount() && !tellWaiting()) { // a filter may hide it
-                showStatement(m_spec.statement, {});
-                at = place();
-            }
-            if (at < records().RecordCount())
-                records().setAbsolutePosition(at);
-            else if (!anyWaits()) // what is shown instead is not taken for it
-                dialogs().message(this, QStringLiteral("没有找到“%1”，可能已被删除。").arg(wanted), systemTitle(),
-                                  MessageIcon::Exclamation);
-        }});
-}
-
-void RecordForm::find()
-{
-    const FindSpec &spec = m_spec.find;
-    // A box that was cancelled is searched for like an empty answer.
-    const QString key = dialogs().input(this, spec.prompt, spec.title).value_or(QString());
-    run(Failure::Report, {[&] {
-            if (m_list->find(spec.column, key))
-                return;
-            dialogs().message(this, spec.notFound, spec.title, MessageIcon::Information);
-            if (records().RecordCount() > 0)
-                records().MoveFirst();
-        }});
 }
 
 } // namespace tradewick

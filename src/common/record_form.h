@@ -23,6 +23,7 @@ namespace tradewick
 
 class BranchTree;
 class ComboField;
+class EditSteps;
 class FieldPanel;
 class RecordList;
 
@@ -84,6 +85,12 @@ public:
     // false when the user goes back to what was typed.
     bool store(const std::function<void()> &work);
 
+    // Something is edited there next: how the record and its lines stand is noted, to come back to.
+    void beginEdit(const EditPlace &place);
+    // Takes back the last edit since Add or Edit that can be seen, and goes to where it was made. Nothing happens where
+    // none is left, for what was stored stays, or where nothing is typed.
+    void takeBack();
+
     // The number that Add would give a new record now, were these numbers given too. Throws DataError.
     QString proposedKey(const QStringList &passedOver = {});
     // Whether any of its records or their lines wait to be stored.
@@ -126,6 +133,8 @@ private:
     QPushButton *addButton(QBoxLayout *layout, const ButtonSpec &button, const std::function<void()> &press);
     LinesPanel &linesPanel() const;
     void load();
+    void followEdits();
+    void press(const ButtonSpec &button);
     void setBusy(bool busy, bool adding = false); // buttons, locks and grids of Browse, or of Add and Edit
     void showState();
     void focusFirst();
@@ -177,6 +186,7 @@ private:
     RecordFormSpec m_spec;
     DataControl m_primary;
     std::unique_ptr<LinesPanel> m_lines;
+    std::unique_ptr<EditSteps> m_steps;
     std::unique_ptr<QWidget> m_content; // looks into the record sets above, which outlive it
     FieldPanel *m_panel = nullptr;
     RecordList *m_list = nullptr;

@@ -2,6 +2,7 @@
 // that are left.
 #include "common/combo_field.h"
 #include "common/dialogs.h"
+#include "common/edit_steps.h"
 #include "common/field_panel.h"
 #include "common/lines_first.h"
 #include "common/record_form.h"
@@ -171,6 +172,7 @@ void RecordForm::fieldEntered(const QString &field)
 {
     m_entered = field;
     m_textEntered = text(field);
+    m_steps->enter(field);
     for (const PickSpec &pick : std::as_const(m_spec.picks)) {
         if (pick.combo != field || !isBusy() || pick.needs.isEmpty() || !text(pick.needs).trimmed().isEmpty())
             continue;
@@ -189,6 +191,7 @@ void RecordForm::fieldChosen(const QString &field)
 {
     if (!isBusy() || !hasRecord())
         return;
+    beginEdit({field});
     run(Failure::Report, {[this] { takeFreeNumber(); }});
     const auto pick = std::find_if(m_spec.picks.cbegin(), m_spec.picks.cend(),
                                    [&](const PickSpec &one) { return one.combo == field; });

@@ -2,6 +2,7 @@
 // by itself: all or nothing, and never over what another desktop wrote meanwhile without asking.
 #include "common/conflict_dialog.h"
 #include "common/dialogs.h"
+#include "common/edit_steps.h"
 #include "common/field_panel.h"
 #include "common/lines_first.h"
 #include "common/record_form.h"
@@ -294,6 +295,7 @@ bool RecordForm::store(const std::function<void()> &work)
     for (;;) {
         try {
             connection()->transaction(work);
+            m_steps->forget();
             return true;
         } catch (const ConflictError &error) {
             if (!settle(error.conflict()))

@@ -136,6 +136,14 @@ public:
     // waits here is dropped.
     void takeBack(std::unique_ptr<Recordset> aside);
 
+    // The rows as they stand, those that wait included, to go back to; what both hold alike is held once.
+    std::shared_ptr<const RecordsetRows> state() const;
+    // Whether the rows wait as they did in that state of this set.
+    bool isAt(const RecordsetRows &state) const;
+    // Shows the rows of a state of this set again, with what waited then, without reading or writing. For states since
+    // which nothing of the set was stored. Gives whether anything looks different.
+    bool goBackTo(const RecordsetRows &state);
+
     // Searches forwards from the current row, that one included, for a row whose column equals the value by the rules
     // of comparison; EOF is true when there is none.
     void Find(const QString &column, const QVariant &value);

@@ -100,10 +100,13 @@ QVariant RecordsetModel::data(const QModelIndex &index, int role) const
     if (source < 0)
         return {};
     const bool display = role == Qt::DisplayRole || role == Qt::EditRole;
+    const bool mark = m_cellMark && (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole);
     const ColumnKind kind = m_recordset.columnKind(source);
-    if ((!display && role != Qt::TextAlignmentRole) || index.row() >= m_recordset.RecordCount())
+    if ((!display && !mark && role != Qt::TextAlignmentRole) || index.row() >= m_recordset.RecordCount())
         return {};
     try {
+        if (mark)
+            return m_cellMark(recordAt(index.row()), source);
         const QVariant value = m_recordset.valueAt(recordAt(index.row()), source);
         if (display)
             return Recordset::text(value, kind);

@@ -33,6 +33,9 @@ public:
     void sort(int column, Qt::SortOrder order) override;
     // Rows that bear a mark beside them, asked for by record.
     void setMark(std::function<bool(int record)> mark) { m_mark = std::move(mark); }
+    // Cells that bear a mark, asked for by record and column of the set: what is to be said of one, else nothing. It is
+    // the cell's tool tip.
+    void setCellMark(std::function<QString(int record, int column)> mark) { m_cellMark = std::move(mark); }
     // Rows whose column holds the value, regardless of case and blanks at the end, stand before all others from the
     // next opening on; for sets that nobody adds to.
     void setFirst(const QString &column, const QString &value);
@@ -68,6 +71,7 @@ private:
     QString m_firstColumn, m_firstValue;
     QVector<int> m_records, m_rows; // record of each row and row of each record; both empty while they are the same
     std::function<bool(int record)> m_mark;
+    std::function<QString(int record, int column)> m_cellMark;
     bool m_editable = false;
     std::function<void()> m_newRow;
 };

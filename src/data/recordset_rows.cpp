@@ -229,7 +229,7 @@ const QVariantList &RecordsetRows::row(Connection &connection, int at)
         return found->values;
     if (!rows.contains(key))
         fetchAround(connection, at);
-    return rows[key];
+    return *rows.constFind(key); // the rows may be shared with a state
 }
 
 const QVariantList &RecordsetRows::rowAsRead(Connection &connection, int at)

@@ -124,6 +124,73 @@ void Recordset::settle(qint64 transaction)
     Q_EMIT waitingChanged();
 }
 
+std::shared_ptr<const RecordsetRows> Recordset::state() const
+{
+    return std::make_shared<RecordsetRows>(*m_impl);
+}
+
+bool Recordset::isAt(const RecordsetRows &state) const
+{
+    const auto isSame = [](const QVariant &one, const QVariant &other) {
+        return one.typeId() == other.typeId() && one == other;
+    };
+    if (m_impl->keys != state.keys || m_impl->pending.size() != state.pending.size())
+        return false;
+    for (auto now = m_impl->pending.cbegin(); now != m_impl->pending.cend(); ++now) {
+        const auto then = state.pending.constFind(now.key());
+        if (then != state.pending.cend() && now->values.isSharedWith(then->values))
+            continue;
+        if (then == state.pending.cend() ||
+            !std::equal(now->values.cbegin(), now->values.cend(), then->values.cbegin(), then->values.cend(), isSame))
+            return false;
+    }
+    return true;
+}
+
+bool Recordset::goBackTo(const RecordsetRows &state)
+{
+    const bool sameRows = m_impl->keys == state.keys;
+    if (!sameRows) {
+        const QSet<qint64> then(state.keys.cbegin(), state.keys.cend());
+        QVector<qint64> kept = m_impl->keys;
+        kept.removeIf([&](qint64 key) { return !then.contains(key); });
+        if (kept != state.keys) { // a row comes back
+            auto rows = std::make_shared<RecordsetRows>(state);
+            rows->nextTemporaryKey = std::min(rows->nextTemporaryKey, m_impl->nextTemporaryKey);
+            replace(rows, std::min(std::max(m_position, 0), static_cast<int>(rows->keys.size()) - 1));
+            return true;
+        }
+        for (int row = RecordCount() - 1; row >= 0; --row)
+            if (!then.contains(m_impl->keys[row]))
+                removeRow(row);
+        m_position = std::min(m_position, RecordCount() - 1);
+        m_afterDelete = false;
+    }
+    const RecordsetRows before = *m_impl;
+    *m_impl = state;
+    m_impl->shownBy = this;
+    m_impl->nextTemporaryKey = std::min(before.nextTemporaryKey, state.nextTemporaryKey);
+    QSet<qint64> keys(before.pending.keyBegin(), before.pending.keyEnd());
+    keys.unite(QSet<qint64>(state.pending.keyBegin(), state.pending.keyEnd()));
+    QVector<qint64> changed;
+    for (const qint64 key : std::as_const(keys)) {
+        const auto one = before.pending.value(key), other = state.pending.value(key);
+        const QVariantList &now = before.pending.contains(key) ? one.values : other.original,
+                           &then = state.pending.contains(key) ? other.values : one.original;
+        if (now.size() != then.size() || !state.looksAlike(now, then))
+            changed.append(key);
+    }
+    if (changed.size() > toldOneByOne)
+        Q_EMIT valueChanged(-1, -1);
+    else
+        for (const qint64 key : std::as_const(changed))
+            Q_EMIT valueChanged(rowOfKey(key), -1);
+    if (!sameRows)
+        Q_EMIT currentChanged();
+    Q_EMIT waitingChanged();
+    return !sameRows || !changed.isEmpty();
+}
+
 // Removes a row that need not be the current one: the current record stays current, or the one behind it, or the last.
 void Recordset::dropRow(int row)
 {
