@@ -1,5 +1,6 @@
 #include "common/application.h"
 #include "common/dialogs.h"
+#include "common/kept_layout.h"
 #include "data/data_error.h"
 #include "shell/picture.h"
 #include "shell/process.h"
@@ -37,6 +38,7 @@ int main(int argc, char **argv)
     Program application(argc, argv);
     speakChinese();
     applyStyle(application);
+    new KeptLayout(application);
     Application::setWindowIcon(commandIcon(brand, 0));
     // The exit question ends the process, not the last window that happens to close.
     Application::setQuitOnLastWindowClosed(false);

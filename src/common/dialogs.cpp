@@ -1,12 +1,13 @@
 #include "common/dialogs.h"
 
+#include "common/user_settings.h"
+
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
-#include <QSettings>
 #include <QStandardPaths>
 
 namespace tradewick
@@ -32,11 +33,6 @@ QMessageBox::Icon iconOf(MessageIcon icon)
         break;
     }
     return QMessageBox::NoIcon;
-}
-
-QSettings userSettings()
-{
-    return QSettings(QStringLiteral("tradewick"), QStringLiteral("tradewick"));
 }
 
 const QString lastFolderKey = QStringLiteral("files/folder");

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyledItemDelegate>
 
@@ -138,8 +139,8 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
         for (int i = 0; record >= 0 && column >= 0 && i < m_model->columnCount(); ++i) {
             if (recordset.columnIndex(m_model->columns()[i].column) != column)
                 continue;
-            const int width = qMin(textWidth(i, m_model->rowOf(record), 1), widestColumn);
-            if (width > columnWidth(i)) // what is typed stands there whole
+            const int width = qMin(textWidth(i, m_model->rowOf(record), 1), widest(i));
+            if (width > columnWidth(i) && !m_keptWidths.contains(i)) // what is typed stands there whole
                 setColumnWidth(i, width);
         }
     });
@@ -183,8 +184,32 @@ int Grid::textWidth(int column, int firstRow, int rows) const
 
 int Grid::fittingWidth(int column) const
 {
+    if (const auto kept = m_keptWidths.constFind(column); kept != m_keptWidths.cend())
+        return *kept;
     const int least = qMax(fontMetrics().averageCharWidth() * 8, m_headWidths[column]);
-    return qMin(qMax(least, textWidth(column, 0, rowsMeasured)), widestColumn);
+    return qMin(qMax(least, textWidth(column, 0, rowsMeasured)), widest(column));
+}
+
+int Grid::widest(int column) const
+{
+    return m_whole.contains(column) ? QWIDGETSIZE_MAX : widestColumn;
+}
+
+void Grid::keepWidth(int column, std::optional<int> width)
+{
+    if (width)
+        m_keptWidths.insert(column, *width);
+    else
+        m_keptWidths.remove(column);
+    setColumnWidth(column, fittingWidth(column));
+}
+
+int Grid::wantedWidth() const
+{
+    int width = verticalHeader()->sizeHint().width() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+    for (int column = 0; column < m_model->columnCount(); ++column)
+        width += qMax(fittingWidth(column), m_whole.contains(column) ? columnWidth(column) : 0);
+    return width;
 }
 
 // Of the rows in sight: the view's own way reads and lays out a thousand, after each change of a cell.
@@ -194,14 +219,13 @@ int Grid::sizeHintForColumn(int column) const
     return textWidth(column, qMax(0, rowAt(0)), rows);
 }
 
-// Columns as wide as what they hold grow with what comes into sight.
+// Columns that are never cut grow with what comes into sight.
 void Grid::scrollContentsBy(int dx, int dy)
 {
     QTableView::scrollContentsBy(dx, dy);
-    for (int column = 0; dy != 0 && column < m_model->columnCount(); ++column)
-        if (horizontalHeader()->sectionResizeMode(column) == QHeaderView::ResizeToContents &&
-            sizeHintForColumn(column) > columnWidth(column))
-            horizontalHeader()->setSectionResizeMode(column, QHeaderView::ResizeToContents); // said again, it measures
+    for (const int column : std::as_const(m_whole))
+        if (dy != 0 && !m_keptWidths.contains(column))
+            setColumnWidth(column, qMax(columnWidth(column), sizeHintForColumn(column)));
 }
 
 void Grid::setEditing(bool editing, std::function<void()> newRow)

@@ -7,7 +7,10 @@
 
 #include <QLineEdit>
 #include <QPointer>
+#include <QSet>
 #include <QTableView>
+
+#include <optional>
 
 namespace tradewick
 {
@@ -23,6 +26,13 @@ public:
     // Shows the columns of the record set; its current row and the grid's are one from then on.
     void showRecords(Recordset &recordset, const QVector<GridColumn> &columns);
     RecordsetModel *recordsetModel() const { return m_model; }
+
+    // Columns that are never cut, however long their texts are; all others end where a name would.
+    void setWhole(int column) { m_whole.insert(column); }
+    // A width that the user gave a column: texts change it no more. No width: it follows them again.
+    void keepWidth(int column, std::optional<int> width);
+    // As wide as the grid with all of its columns is.
+    int wantedWidth() const;
 
     // Lets cells be typed into, in the record set's own order, and, where newRow is given, lines be added in the empty
     // row at the end; newRow makes the record that the typed value then goes into.
@@ -72,6 +82,7 @@ private:
     void copySelection() const;
     void sortFurther(int column);
     int textWidth(int column, int firstRow, int rows) const;
+    int widest(int column) const;
     int fittingWidth(int column) const;
 
     RecordsetModel *m_model = nullptr;
@@ -80,7 +91,9 @@ private:
     QStringList m_enterColumns;
     mutable QHash<QString, int> m_advances; // of texts, in the font beside
     mutable QFont m_advancesFont;
-    QVector<int> m_headWidths; // that the heads' captions take
+    QVector<int> m_headWidths;    // that the heads' captions take
+    QHash<int, int> m_keptWidths; // by column
+    QSet<int> m_whole;
     struct DropDown {
         QString name;
         std::function<QStringList()> items;

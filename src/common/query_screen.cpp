@@ -9,6 +9,7 @@
 #include "common/globals.h"
 #include "common/line_totals.h"
 #include "common/number_text.h"
+#include "common/pane_splitter.h"
 #include "common/record_form.h"
 
 #include <QApplication>
@@ -22,7 +23,6 @@
 #include <QScopeGuard>
 #include <QScrollArea>
 #include <QShortcut>
-#include <QSplitter>
 #include <QTabWidget>
 #include <QTimer>
 
@@ -106,13 +106,10 @@ void QueryScreen::build()
     connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, m_criteria, &CriteriaPanel::takeFocus);
     connect(m_criteria, &CriteriaPanel::typed, this, [this](const QString &name) { quickFind(name, false); });
     connect(m_criteria, &CriteriaPanel::chosen, this, [this](const QString &name) { quickFind(name, true); });
-    auto *splitter = new QSplitter(Qt::Horizontal, m_content.get());
+    auto *splitter = new PaneSplitter(Qt::Horizontal, m_content.get());
     splitter->addWidget(buildLists());
-    if (m_entry) {
+    if (m_entry)
         splitter->addWidget(buildRecord());
-        splitter->setStretchFactor(0, 2);
-        splitter->setStretchFactor(1, 3);
-    }
     splitter->setChildrenCollapsible(false);
     outer->addWidget(splitter, 1);
     if (!m_spec.options.frame.isEmpty())
@@ -151,7 +148,7 @@ Grid *QueryScreen::buildList(List &list, QWidget *page)
     list.grid = new Grid(list.spec->grid, QStringLiteral("查询结果"), page);
     list.grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     list.grid->showRecords(list.control.Recordset(), list.spec->columns);
-    list.grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // numbers are never cut
+    list.grid->setWhole(0); // numbers are never cut
     list.grid->horizontalHeader()->setStretchLastSection(true);
     list.grid->setMinimumHeight(list.grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
     layout->addWidget(list.grid, 1);

@@ -5,6 +5,7 @@
 #include "common/field_panel.h"
 #include "common/flow_layout.h"
 #include "common/globals.h"
+#include "common/pane_splitter.h"
 #include "common/record_list.h"
 
 #include <QApplication>
@@ -15,7 +16,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
-#include <QSplitter>
 #include <QStyle>
 #include <QTabWidget>
 #include <QTimer>
@@ -93,7 +93,7 @@ void RecordForm::build()
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(m_content.get());
     auto *outer = new QVBoxLayout(m_content.get());
-    auto *splitter = new QSplitter(m_spec.listBelow ? Qt::Vertical : Qt::Horizontal, m_content.get());
+    auto *splitter = new PaneSplitter(m_spec.listBelow ? Qt::Vertical : Qt::Horizontal, m_content.get());
     m_list = new RecordList(m_spec, *this, splitter);
     auto *scroll = new QScrollArea(splitter);
     auto *content = new QWidget;
@@ -128,8 +128,7 @@ void RecordForm::build()
     scroll->setFrameShape(QFrame::NoFrame);
     if (m_spec.listBelow)
         splitter->insertWidget(1, m_list);
-    splitter->setStretchFactor(0, m_spec.listBelow ? 0 : 1);
-    splitter->setStretchFactor(1, 3);
+    splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
     outer->addWidget(splitter, 1);
     buildButtons(outer);

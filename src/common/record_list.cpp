@@ -57,8 +57,8 @@ RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *pa
         addTree(layout);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grid->showRecords(form.records(), spec.list);
-    m_grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // keys are never cut
-    m_grid->horizontalHeader()->setStretchLastSection(true);                            // names have what room there is
+    m_grid->setWhole(0);                                     // keys are never cut
+    m_grid->horizontalHeader()->setStretchLastSection(true); // names have what room there is
     m_grid->recordsetModel()->setMark([this](int record) { return m_form.waits(record); });
     layout->addWidget(m_grid, 1);
     m_ways.append(m_grid);
