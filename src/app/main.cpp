@@ -1,6 +1,7 @@
 #include "common/application.h"
 #include "common/dialogs.h"
 #include "common/kept_layout.h"
+#include "common/window_keys.h"
 #include "data/data_error.h"
 #include "shell/picture.h"
 #include "shell/process.h"
@@ -39,6 +40,7 @@ int main(int argc, char **argv)
     speakChinese();
     applyStyle(application);
     new KeptLayout(application);
+    new KeyHelp(application);
     Application::setWindowIcon(commandIcon(brand, 0));
     // The exit question ends the process, not the last window that happens to close.
     Application::setQuitOnLastWindowClosed(false);

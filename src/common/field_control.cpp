@@ -17,7 +17,8 @@ namespace
 
 using Typed = std::function<void(const QVariant &value)>;
 
-constexpr int linesOfLongText = 2;
+constexpr int linesOfLongText = 3, leastLinesOfLongText = 2;
+const KeyText newLine{QStringLiteral("Shift+Enter"), QStringLiteral("换行")};
 
 class LineControl : public FieldControl
 {
@@ -57,11 +58,12 @@ public:
     LongTextControl(QPlainTextEdit *edit, const Typed &typed) : FieldControl(edit), m_edit(edit)
     {
         edit->setTabChangesFocus(true);
-        edit->setToolTip(QStringLiteral("Shift+Enter 换行"));
+        edit->setToolTip(newLine.keys + u' ' + newLine.does);
         edit->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
         edit->setMinimumHeight(edit->fontMetrics().lineSpacing() * linesOfLongText + 12);
         QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [edit, typed] { typed(edit->toPlainText()); });
     }
+    QVector<KeyText> keys() const override { return m_edit->isReadOnly() ? QVector<KeyText>() : QVector{newLine}; }
     QString text() const override { return m_edit->toPlainText(); }
     void setText(const QString &text) override { m_edit->setPlainText(text); }
     void setLocked(bool locked) override
@@ -87,6 +89,11 @@ public:
     void setLocked(bool locked) override { m_combo->setReadOnly(locked); }
     void selectAll() override { m_combo->lineEdit()->selectAll(); }
     ComboField *combo() const override { return m_combo; }
+    QVector<KeyText> keys() const override
+    {
+        return m_combo->isReadOnly() ? QVector<KeyText>()
+                                     : QVector<KeyText>{{QStringLiteral("↓"), QStringLiteral("打开可选内容")}};
+    }
 
 private:
     ComboField *m_combo;

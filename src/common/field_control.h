@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/record_form_spec.h"
+#include "common/window_keys.h"
 
 #include <QVariant>
 #include <QWidget>
@@ -31,6 +32,8 @@ public:
     virtual void setText(const QString &text) = 0;
     virtual void setLocked(bool locked) = 0;
     virtual void selectAll() {}
+    // Keys that only such a control takes, as it stands.
+    virtual QVector<KeyText> keys() const { return {}; }
     virtual ComboField *combo() const { return nullptr; }
 
 protected:

@@ -3,6 +3,7 @@
 // downwards, then as the record set has it. Letters typed go to the next row that begins with them.
 #pragma once
 
+#include "common/window_keys.h"
 #include "data/recordset_model.h"
 
 #include <QLineEdit>
@@ -15,7 +16,7 @@
 namespace tradewick
 {
 
-class Grid : public QTableView
+class Grid : public QTableView, public TakesKeys
 {
     Q_OBJECT
 
@@ -31,6 +32,7 @@ public:
     void setWhole(int column) { m_whole.insert(column); }
     // A width that the user gave a column: texts change it no more. No width: it follows them again.
     void keepWidth(int column, std::optional<int> width);
+    QVector<KeyText> keys() const override;
     // As wide as the grid with all of its columns is.
     int wantedWidth() const;
 

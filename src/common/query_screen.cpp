@@ -11,6 +11,7 @@
 #include "common/number_text.h"
 #include "common/pane_splitter.h"
 #include "common/record_form.h"
+#include "common/window_keys.h"
 
 #include <QApplication>
 #include <QGroupBox>
@@ -103,7 +104,8 @@ void QueryScreen::build()
     outer->addWidget(m_criteria);
     const QString keys = QStringLiteral("Alt+0");
     m_criteria->setToolTip(keys);
-    connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, m_criteria, &CriteriaPanel::takeFocus);
+    connect(addKeys(this, {QKeySequence(keys)}, QStringLiteral("到查询条件")), &QShortcut::activated, m_criteria,
+            &CriteriaPanel::takeFocus);
     connect(m_criteria, &CriteriaPanel::typed, this, [this](const QString &name) { quickFind(name, false); });
     connect(m_criteria, &CriteriaPanel::chosen, this, [this](const QString &name) { quickFind(name, true); });
     auto *splitter = new PaneSplitter(Qt::Horizontal, m_content.get());
@@ -133,10 +135,11 @@ QWidget *QueryScreen::buildLists()
         const int index = m_tabs->addTab(page, list->spec->caption);
         const QString keys = QStringLiteral("Alt+%1").arg(index + 1);
         m_tabs->setTabToolTip(index, keys);
-        connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, [this, index, grid] {
-            m_tabs->setCurrentIndex(index);
-            grid->setFocus();
-        });
+        connect(addKeys(this, {QKeySequence(keys)}, list->spec->caption), &QShortcut::activated, this,
+                [this, index, grid] {
+                    m_tabs->setCurrentIndex(index);
+                    grid->setFocus();
+                });
     }
     return m_tabs;
 }
@@ -192,12 +195,11 @@ QPushButton *QueryScreen::addButton(QLayout *layout, const QueryButton &button, 
     auto *push = new QPushButton(button.caption, layout->parentWidget());
     push->setObjectName(button.name);
     push->setAccessibleName(button.caption);
-    push->setToolTip(button.shortcut);
     push->setAutoDefault(true); // Enter presses it as the space bar does
     push->setEnabled(!button.waits);
     if (button.waits)
         m_waiting.append(push);
-    connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
+    addKeys(this, button.shortcut, push);
     connect(push, &QPushButton::clicked, this, press);
     layout->addWidget(push);
     return push;
@@ -262,17 +264,15 @@ void QueryScreen::addOptions(QBoxLayout *layout)
             run([this, &option] { option.press(*this); });
         });
     }
-    auto *away = new QShortcut(QKeySequence(Qt::Key_Escape), m_options);
+    auto *away = addKeys(m_options, {Qt::Key_Escape}, QStringLiteral("收起“%1”").arg(m_spec.options.caption));
     away->setContext(Qt::WidgetWithChildrenShortcut);
     connect(away, &QShortcut::activated, m_options, &QWidget::hide);
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto *take = new QShortcut(QKeySequence(key), m_options);
-        take->setContext(Qt::WidgetWithChildrenShortcut);
-        connect(take, &QShortcut::activated, this, [this] {
-            if (auto *radio = qobject_cast<QRadioButton *>(m_options->focusWidget()))
-                radio->click();
-        });
-    }
+    auto *take = addKeys(m_options, {Qt::Key_Return, Qt::Key_Enter}, m_spec.options.caption);
+    take->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(take, &QShortcut::activated, this, [this] {
+        if (auto *radio = qobject_cast<QRadioButton *>(m_options->focusWidget()))
+            radio->click();
+    });
     layout->addWidget(m_options);
     m_options->hide();
 }

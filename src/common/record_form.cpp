@@ -7,6 +7,7 @@
 #include "common/globals.h"
 #include "common/pane_splitter.h"
 #include "common/record_list.h"
+#include "common/window_keys.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -120,8 +121,8 @@ void RecordForm::build()
                        m_content.get());
     m_panel->chainGrids();
     if (m_lines)
-        connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+Return")), this), &QShortcut::activated, m_lines.get(),
-                &LinesPanel::goToNewLine);
+        connect(addKeys(this, {QKeySequence(QStringLiteral("Ctrl+Return"))}, QStringLiteral("到明细的新行")),
+                &QShortcut::activated, m_lines.get(), &LinesPanel::goToNewLine);
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
     scroll->setFocusPolicy(Qt::NoFocus); // it follows the fields; a stop on it would show nowhere
@@ -139,11 +140,8 @@ QPushButton *RecordForm::addButton(QBoxLayout *layout, const ButtonSpec &button,
     auto *push = new QPushButton(button.caption, layout->parentWidget());
     push->setObjectName(named(button.name));
     push->setAccessibleName(button.caption);
-    // Keys that a text field does not take for itself, in any of its states.
-    // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
-    connect(new QShortcut(QKeySequence(button.shortcut), this), &QShortcut::activated, push, &QPushButton::click);
-    push->setToolTip(button.shortcut);
-    push->setAutoDefault(true); // Enter presses it as the space bar does
+    addKeys(this, button.shortcut, push); // that a text field does not take for itself, in any of its states
+    push->setAutoDefault(true);           // Enter presses it as the space bar does
     connect(push, &QPushButton::clicked, this, press);
     layout->addWidget(push);
     m_buttons.insert(button.name, push);

@@ -2,6 +2,7 @@
 
 #include "common/dialogs.h"
 #include "common/record_form.h"
+#include "common/window_keys.h"
 #include "data/data_error.h"
 #include "shell/commands.h"
 #include "shell/open_forms.h"
@@ -109,11 +110,11 @@ void main_FRM::buildMenus()
                 menu->addAction(addCommand(tool, number));
         // The heads have no letters for Alt; their places have.
         ++number;
-        auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(number)), this);
+        auto *shortcut = addKeys(this, {QKeySequence(QStringLiteral("Alt+%1").arg(number))}, band.caption);
         connect(shortcut, &QShortcut::activated, this,
                 [this, menu] { menuBar()->setActiveAction(menu->menuAction()); });
     }
-    auto *shortcut = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    auto *shortcut = addKeys(this, {Qt::Key_F10}, menuBar()->accessibleName());
     connect(shortcut, &QShortcut::activated, this,
             [this] { menuBar()->setActiveAction(menuBar()->actions().constFirst()); });
 }
@@ -285,15 +286,13 @@ void main_FRM::addWindowKeys()
                 if (tool.opens == form)
                     m_sideBar->markOpen(tool.name, open);
     });
-    const std::pair<QKeySequence, int> keys[] = {{Qt::Key_F6, 1},
-                                                 {Qt::CTRL | Qt::Key_Tab, 1},
-                                                 {Qt::SHIFT | Qt::Key_F6, -1},
-                                                 {Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1}};
-    for (const auto &[key, by] : keys) {
-        auto *shortcut = new QShortcut(key, this);
+    const auto goRound = [this](const QList<QKeySequence> &keys, const QString &does, int by) {
+        auto *shortcut = addKeys(this, keys, does);
         shortcut->setContext(Qt::ApplicationShortcut); // from the forms, too
-        connect(shortcut, &QShortcut::activated, this, [this, by = by] { m_forms->goRound(by); });
-    }
+        connect(shortcut, &QShortcut::activated, this, [this, by] { m_forms->goRound(by); });
+    };
+    goRound({Qt::Key_F6, Qt::CTRL | Qt::Key_Tab}, QStringLiteral("下一个窗口"), 1);
+    goRound({Qt::SHIFT | Qt::Key_F6, Qt::CTRL | Qt::SHIFT | Qt::Key_Tab}, QStringLiteral("上一个窗口"), -1);
 }
 
 void main_FRM::closeEvent(QCloseEvent *event)
