@@ -3,7 +3,7 @@
 #include "common/kept_layout.h"
 #include "common/window_keys.h"
 #include "data/data_error.h"
-#include "shell/picture.h"
+#include "shell/icons.h"
 #include "shell/process.h"
 #include "shell/startup.h"
 #include "shell/style.h"
@@ -41,7 +41,7 @@ int main(int argc, char **argv)
     applyStyle(application);
     new KeptLayout(application);
     new KeyHelp(application);
-    Application::setWindowIcon(commandIcon(brand, 0));
+    Application::setWindowIcon(commandIcon(QStringLiteral("brand")));
     // The exit question ends the process, not the last window that happens to close.
     Application::setQuitOnLastWindowClosed(false);
     try {

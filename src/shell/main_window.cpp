@@ -5,6 +5,7 @@
 #include "common/window_keys.h"
 #include "data/data_error.h"
 #include "shell/commands.h"
+#include "shell/icons.h"
 #include "shell/open_forms.h"
 #include "shell/picture.h"
 #include "shell/process.h"
@@ -84,11 +85,11 @@ main_FRM::main_FRM() : m_forms(new OpenForms(this))
     startClock();
 }
 
-QAction *main_FRM::addCommand(const Tool &tool, int group)
+QAction *main_FRM::addCommand(const Tool &tool)
 {
     auto *action = new QAction(tool.caption, this);
     action->setObjectName(tool.name);
-    action->setIcon(commandIcon(tool.caption, group));
+    action->setIcon(commandIcon(tool.icon));
     connect(action, &QAction::triggered, this, [this, tool] { execute(tool); });
     m_commands.insert(tool.name, action);
     return action;
@@ -107,7 +108,7 @@ void main_FRM::buildMenus()
             if (tool.caption.isEmpty())
                 menu->addSeparator()->setObjectName(tool.name);
             else
-                menu->addAction(addCommand(tool, number));
+                menu->addAction(addCommand(tool));
         // The heads have no letters for Alt; their places have.
         ++number;
         auto *shortcut = addKeys(this, {QKeySequence(QStringLiteral("Alt+%1").arg(number))}, band.caption);
@@ -134,7 +135,7 @@ void main_FRM::buildToolBar()
             m_toolBar->addSeparator();
             continue;
         }
-        QAction *action = addCommand(tool, 0);
+        QAction *action = addCommand(tool);
         m_toolBar->addAction(action);
         QWidget *button = m_toolBar->widgetForAction(action);
         button->setObjectName(tool.name);
@@ -156,13 +157,11 @@ void main_FRM::buildSideBar()
     auto *layout = new QHBoxLayout(content);
     layout->setContentsMargins({});
     m_sideBar = new SideBar("Band8", content);
-    int group = 0;
     for (const Band &band : sideBands()) {
         QList<QAction *> actions;
         for (const Tool &tool : band.tools)
-            actions.append(addCommand(tool, group));
+            actions.append(addCommand(tool));
         m_sideBar->addGroup(band.name, band.caption, actions);
-        ++group;
     }
     m_sideBar->setFixedWidth(m_sideBar->sizeHint().width());
     layout->addWidget(m_sideBar);
