@@ -10,7 +10,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
-#include <QScrollBar>
 #include <QStyle>
 #include <QStyledItemDelegate>
 
@@ -21,11 +20,6 @@ namespace tradewick
 
 namespace
 {
-
-// Rows looked at to find a column's width; a register of 100,000 rows must not be read for it.
-constexpr int rowsMeasured = 30;
-constexpr int widestColumn = 260;
-constexpr qsizetype advancesKept = 4096;
 
 // The numbers of the rows, of which the last is the widest, or the captions of the columns, which are all as high. The
 // view's own way measures a hundred of them after each change of a cell.
@@ -64,6 +58,11 @@ class CellDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->text = static_cast<const Grid *>(parent())->shownText(index);
+    }
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {
         QStyleOptionViewItem cell = option;
@@ -114,6 +113,7 @@ Grid::Grid(const QString &name, const QString &accessibleName, QWidget *parent) 
 void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
 {
     m_model = new RecordsetModel(recordset, columns, this);
+    m_numbers = ShownNumbers(columns);
     setModel(m_model);
     ensurePolished();
     for (int i = 0; i < m_model->columnCount(); ++i)
@@ -130,9 +130,17 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
                 (selectionBehavior() == SelectRows ? QItemSelectionModel::Rows : QItemSelectionModel::NoUpdate));
     };
     connect(&recordset, &Recordset::currentChanged, this, follow);
+    m_refit.setSingleShot(true);
+    connect(&m_refit, &QTimer::timeout, this, [this] {
+        for (int i = 0; i < m_model->columnCount(); ++i)
+            setColumnWidth(i, qMax(columnWidth(i), fittingWidth(i)));
+        viewport()->update();
+    });
     connect(&recordset, &Recordset::reset, this, [this, follow] {
+        m_numbers.forget();
         for (int i = 0; i < m_model->columnCount(); ++i)
             setColumnWidth(i, fittingWidth(i));
+        m_refit.stop();
         follow();
     });
     connect(&recordset, &Recordset::valueChanged, this, [this, &recordset](int record, int column) {
@@ -157,75 +165,6 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
             dialogs().message(this, error, {}, MessageIcon::None);
         },
         Qt::QueuedConnection);
-}
-
-// Texts alone are measured: the view's own way lays out every cell as if it were painted. The same texts come again
-// with every row and every save.
-int Grid::textWidth(int column, int firstRow, int rows) const
-{
-    const QFontMetrics metrics = fontMetrics();
-    if (m_advances.size() > advancesKept || m_advancesFont != font()) {
-        m_advances.clear();
-        m_advancesFont = font();
-    }
-    const auto advance = [&](const QString &text) {
-        auto known = m_advances.constFind(text);
-        if (known == m_advances.constEnd())
-            known = m_advances.insert(text, metrics.horizontalAdvance(text));
-        return *known;
-    };
-    // Beside the text its margins, the line of the grid, and a pixel for what rounding takes.
-    const int margin = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1) + 2;
-    int width = 0;
-    for (int row = firstRow; row < qMin(firstRow + rows, m_model->rowCount()); ++row)
-        width = qMax(width, advance(m_model->index(row, column).data().toString()) + margin);
-    return width;
-}
-
-int Grid::fittingWidth(int column) const
-{
-    if (const auto kept = m_keptWidths.constFind(column); kept != m_keptWidths.cend())
-        return *kept;
-    const int least = qMax(fontMetrics().averageCharWidth() * 8, m_headWidths[column]);
-    return qMin(qMax(least, textWidth(column, 0, rowsMeasured)), widest(column));
-}
-
-int Grid::widest(int column) const
-{
-    return m_whole.contains(column) ? QWIDGETSIZE_MAX : widestColumn;
-}
-
-void Grid::keepWidth(int column, std::optional<int> width)
-{
-    if (width)
-        m_keptWidths.insert(column, *width);
-    else
-        m_keptWidths.remove(column);
-    setColumnWidth(column, fittingWidth(column));
-}
-
-int Grid::wantedWidth() const
-{
-    int width = verticalHeader()->sizeHint().width() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
-    for (int column = 0; column < m_model->columnCount(); ++column)
-        width += qMax(fittingWidth(column), m_whole.contains(column) ? columnWidth(column) : 0);
-    return width;
-}
-
-// Of the rows in sight: the view's own way reads and lays out a thousand, after each change of a cell.
-int Grid::sizeHintForColumn(int column) const
-{
-    const int rows = viewport()->height() / verticalHeader()->defaultSectionSize() + 2;
-    return textWidth(column, qMax(0, rowAt(0)), rows);
-}
-
-// Columns that are never cut grow with what comes into sight.
-void Grid::scrollContentsBy(int dx, int dy)
-{
-    QTableView::scrollContentsBy(dx, dy);
-    for (const int column : std::as_const(m_whole))
-        if (dy != 0 && !m_keptWidths.contains(column))
-            setColumnWidth(column, qMax(columnWidth(column), sizeHintForColumn(column)));
 }
 
 void Grid::setEditing(bool editing, std::function<void()> newRow)

@@ -3,6 +3,7 @@
 // downwards, then as the record set has it. Letters typed go to the next row that begins with them.
 #pragma once
 
+#include "common/shown_numbers.h"
 #include "common/window_keys.h"
 #include "data/recordset_model.h"
 
@@ -10,6 +11,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QTableView>
+#include <QTimer>
 
 #include <optional>
 
@@ -33,6 +35,9 @@ public:
     // A width that the user gave a column: texts change it no more. No width: it follows them again.
     void keepWidth(int column, std::optional<int> width);
     QVector<KeyText> keys() const override;
+    // What stands in a cell as it is shown, and a number as it would stand in a column.
+    QString shownText(const QModelIndex &cell) const;
+    QString shownNumber(int column, const QString &number) const { return m_numbers.shown(column, number); }
     // As wide as the grid with all of its columns is.
     int wantedWidth() const;
 
@@ -96,6 +101,8 @@ private:
     QVector<int> m_headWidths;    // that the heads' captions take
     QHash<int, int> m_keptWidths; // by column
     QSet<int> m_whole;
+    mutable ShownNumbers m_numbers;
+    mutable QTimer m_refit; // a number with more places than its column had came into sight
     struct DropDown {
         QString name;
         std::function<QStringList()> items;

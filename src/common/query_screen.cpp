@@ -180,8 +180,7 @@ QWidget *QueryScreen::buildRecord()
         grid->showRecords(m_lines.Recordset(), spec.columns);
         grid->setMinimumHeight(grid->verticalHeader()->defaultSectionSize() * leastRowsOfGrid);
         place->addWidget(grid, 1);
-        if (!spec.totals.isEmpty())
-            place->addWidget(new LineTotals(grid, spec.totals, place->parentWidget()));
+        LineTotals::addBelow(grid, place);
     }
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);

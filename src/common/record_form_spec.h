@@ -203,7 +203,6 @@ struct LineGridSpec {
     QStringList enterColumns{}; // that Enter goes through; none: all
     QVector<DropDownSpec> dropDowns{};
     QVector<LineRule> rules{};
-    QStringList totals{};    // columns whose sums stand below the lines
     int page = -1;           // of the tabs, that holds the grid; -1: below the fields
     QString above{};         // a field that begins a frame or a row of its own: the grid stands above that
     bool whileAdding = true; // takes text in Add, else in Edit alone

@@ -88,8 +88,7 @@ LinesSpec goods()
                                {"yw_cpmc", "英文名称"}, {"zzs", "增值税"},     {"zsl", "征税率"}},
                    .enterColumns = {"cpbh", "sl"},
                    // What was typed over a derived value is derived again at once.
-                   .rules = {{{"sl", "jkdj", "jmdj", "je"}, "je", amount}, {{"jkdj", "jmdj", "dj"}, "dj", unitPrice}},
-                   .totals = {"sl", "je"}}},
+                   .rules = {{{"sl", "jkdj", "jmdj", "je"}, "je", amount}, {{"jkdj", "jmdj", "dj"}, "dj", unitPrice}}}},
         .starts = owner +
                   QVector<Preset>{{"jkdj", "0"}, {"je", "0"}, {"sl", "0"}, {"jmdj", "0"}, {"dj", "0"}, {"sxh", "{#}"}},
         .lookup = {.columns = {{"cpbh", "商品编号"},

@@ -83,8 +83,7 @@ LinesSpec goods()
                                {"zzs", "增值税"},
                                {"zsl", "征税率"}},
                    .enterColumns = {"cpbh", "sl"},
-                   .rules = {amountOfOnePrice()},
-                   .totals = {"sl", "je"}}},
+                   .rules = {amountOfOnePrice()}}},
         // Nothing here ever marks a line as done; other programs do.
         .starts = {{"htbh", "{Text1(0)}"},
                    {"csbh", "{Combo1(1)}"},

@@ -184,7 +184,6 @@ LinesSpec goods()
                              {ofAll, "djz", netWeightOfOne},
                              {ofAll, "dmz", grossWeightOfOne},
                              {ofAll, "djtj", volumeOfOne}},
-                   .totals = {"sl", "jianshu", "zjz", "zmz", "je", "hjtj"},
                    .page = 1}},
         .starts = {{"fpbh", "{Text1(0)}"}, {"dj", "0"}, {"sl", "0"}, {"jianshu", "0"}},
     };
