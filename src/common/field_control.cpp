@@ -17,7 +17,7 @@ namespace
 
 using Typed = std::function<void(const QVariant &value)>;
 
-constexpr int linesOfLongText = 3, leastLinesOfLongText = 2;
+constexpr int linesOfLongText = 3, leastLinesOfLongText = 2, charactersOfLongText = 20;
 const KeyText newLine{QStringLiteral("Shift+Enter"), QStringLiteral("换行")};
 
 class LineControl : public FieldControl
@@ -52,6 +52,22 @@ private:
     PictureField *m_picture;
 };
 
+// Wants to show some lines of a clause, and does with two where a form has no room; it is no wider than other fields
+// where the list beside them has a use for the room.
+class LongTextEdit : public QPlainTextEdit
+{
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+    QSize sizeHint() const override
+    {
+        return {fontMetrics().averageCharWidth() * charactersOfLongText, heightOf(linesOfLongText)};
+    }
+    QSize minimumSizeHint() const override { return {0, heightOf(leastLinesOfLongText)}; }
+
+private:
+    int heightOf(int lines) const { return fontMetrics().lineSpacing() * lines + 12; }
+};
+
 class LongTextControl : public FieldControl
 {
 public:
@@ -59,8 +75,7 @@ public:
     {
         edit->setTabChangesFocus(true);
         edit->setToolTip(newLine.keys + u' ' + newLine.does);
-        edit->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-        edit->setMinimumHeight(edit->fontMetrics().lineSpacing() * linesOfLongText + 12);
+        edit->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [edit, typed] { typed(edit->toPlainText()); });
     }
     QVector<KeyText> keys() const override { return m_edit->isReadOnly() ? QVector<KeyText>() : QVector{newLine}; }
@@ -135,7 +150,7 @@ std::unique_ptr<FieldControl> FieldControl::make(const FieldSpec &field, const P
         control = std::make_unique<CheckControl>(new QCheckBox(field.caption, parent), typed);
         break;
     case FieldKind::LongText:
-        control = std::make_unique<LongTextControl>(new QPlainTextEdit(parent), typed);
+        control = std::make_unique<LongTextControl>(new LongTextEdit(parent), typed);
         break;
     case FieldKind::Text:
     case FieldKind::Date:

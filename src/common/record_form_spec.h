@@ -44,6 +44,7 @@ enum class FieldKind { Text, LongText, Date, Combo, Check, Picture };
 struct Offer {
     const char *statement = nullptr;
     QStringList items{};
+    const char *beside = nullptr; // of texts and what stands beside each in the list: a code and its name
 };
 
 struct FieldType {
@@ -55,9 +56,9 @@ namespace field
 {
 inline const FieldType text{}, longText{FieldKind::LongText}, date{FieldKind::Date}, check{FieldKind::Check},
     picture{FieldKind::Picture};
-inline FieldType combo(const char *statement = nullptr)
+inline FieldType combo(const char *statement = nullptr, const char *beside = nullptr)
 {
-    return {FieldKind::Combo, {statement}};
+    return {FieldKind::Combo, {statement, {}, beside}};
 }
 inline FieldType combo(const QStringList &items)
 {
