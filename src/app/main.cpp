@@ -1,7 +1,9 @@
 #include "common/application.h"
 #include "common/dialogs.h"
+#include "common/kept_layout.h"
+#include "common/window_keys.h"
 #include "data/data_error.h"
-#include "shell/picture.h"
+#include "shell/icons.h"
 #include "shell/process.h"
 #include "shell/startup.h"
 #include "shell/style.h"
@@ -37,7 +39,9 @@ int main(int argc, char **argv)
     Program application(argc, argv);
     speakChinese();
     applyStyle(application);
-    Application::setWindowIcon(commandIcon(brand, 0));
+    new KeptLayout(application);
+    new KeyHelp(application);
+    Application::setWindowIcon(commandIcon(QStringLiteral("brand")));
     // The exit question ends the process, not the last window that happens to close.
     Application::setQuitOnLastWindowClosed(false);
     try {

@@ -34,13 +34,13 @@ void ColumnFooter::setText(const QString &column, const QString &text)
     m_texts.insert(column.toLower(), text);
     QStringList spoken;
     QHeaderView &head = *m_grid->horizontalHeader();
-    const int width = QFontMetrics(bold(font())).horizontalAdvance(text) + 2 * margin;
     const QVector<GridColumn> &columns = m_grid->recordsetModel()->columns();
     for (int i = 0; i < columns.size(); ++i) {
+        const int width = QFontMetrics(bold(font())).horizontalAdvance(m_grid->shownNumber(i, text)) + 2 * margin;
         if (columns[i].column.compare(column, Qt::CaseInsensitive) == 0 && width > head.sectionSize(i))
             head.resizeSection(i, width); // a sum without its first digits is another sum
         if (const QString below = m_texts.value(columns[i].column.toLower()); !below.isEmpty())
-            spoken.append(columns[i].caption + below);
+            spoken.append(columns[i].caption + m_grid->shownNumber(i, below));
     }
     setAccessibleDescription(spoken.join(u' '));
     update();
@@ -69,7 +69,8 @@ void ColumnFooter::paintEvent(QPaintEvent *)
         const QString text = m_texts.value(columns[i].column.toLower());
         bool isNumber = false;
         text.toDouble(&isNumber);
-        painter.drawText(place(i), (isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter, text);
+        painter.drawText(place(i), (isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
+                         m_grid->shownNumber(i, text));
     }
 }
 

@@ -18,7 +18,7 @@ public:
 
     // The text that stands below a column, empty for one that has none.
     Q_INVOKABLE virtual QString text(const QString &column) { return m_texts.value(column.toLower()); }
-    // Numbers stand below those of the column, other texts at its left.
+    // Numbers stand below those of the column, as these are shown; other texts at its left.
     void setText(const QString &column, const QString &text);
 
     QSize sizeHint() const override;

@@ -4,7 +4,9 @@
 #include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QStyleOptionFrame>
+#include <QStyledItemDelegate>
 #include <QWheelEvent>
 
 namespace tradewick
@@ -38,6 +40,30 @@ private:
     mutable qint64 m_madeOf = 0;
 };
 
+constexpr int besideRole = Qt::UserRole + 1; // of an item: its text and what stands beside it
+
+class BesideDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (const QVariant text = index.data(besideRole); text.isValid())
+            option->text = text.toString();
+    }
+};
+
+// Searches in what is shown, and gives the item.
+class BesideCompleter : public QCompleter
+{
+public:
+    using QCompleter::QCompleter;
+    QString pathFromIndex(const QModelIndex &index) const override { return index.data().toString(); }
+};
+
 } // namespace
 
 ComboField::ComboField(QWidget *parent) : QComboBox(parent)
@@ -46,6 +72,7 @@ ComboField::ComboField(QWidget *parent) : QComboBox(parent)
     setInsertPolicy(NoInsert);
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(8);
+    setCompleter(new BesideCompleter(model(), this));
     completer()->setCompletionMode(QCompleter::PopupCompletion);
     completer()->setFilterMode(Qt::MatchContains);
     completer()->setCaseSensitivity(Qt::CaseInsensitive);
@@ -92,11 +119,39 @@ void ComboField::takeTyped()
         choose(findText(currentText(), Qt::MatchFixedString));
 }
 
+void ComboField::setBeside(const QHash<QString, QString> &names)
+{
+    if (m_beside.isEmpty()) {
+        connect(model(), &QAbstractItemModel::rowsInserted, this, &ComboField::showBeside);
+        completer()->setCompletionRole(besideRole);
+        for (QAbstractItemView *list : {view(), completer()->popup()})
+            list->setItemDelegate(new BesideDelegate(list));
+    }
+    m_beside = names;
+    showBeside();
+}
+
+void ComboField::showBeside()
+{
+    QFontMetrics metrics = fontMetrics();
+    int width = 0;
+    for (int item = 0; item < count(); ++item) {
+        const QString name = m_beside.value(itemText(item));
+        const QString text = name.isEmpty() ? itemText(item) : itemText(item) + QStringLiteral("　") + name;
+        setItemData(item, text, besideRole);
+        width = qMax(width, metrics.horizontalAdvance(text));
+    }
+    const int margin = 4 * metrics.averageCharWidth() + view()->verticalScrollBar()->sizeHint().width();
+    for (QAbstractItemView *list : {view(), completer()->popup()})
+        list->setMinimumWidth(width + margin);
+}
+
 int ComboField::onlyItemBeginningWith(const QString &text) const
 {
     int only = -1;
     for (int item = 0; !text.isEmpty() && item < count(); ++item) {
-        if (!itemText(item).startsWith(text, Qt::CaseInsensitive))
+        if (!itemText(item).startsWith(text, Qt::CaseInsensitive) &&
+            !m_beside.value(itemText(item)).startsWith(text, Qt::CaseInsensitive))
             continue;
         if (only >= 0 && itemText(item) != itemText(only))
             return -1;

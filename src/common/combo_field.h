@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QHash>
 
 namespace tradewick
 {
@@ -18,6 +19,9 @@ public:
     bool isReadOnly() const { return m_readOnly; }
     // Locked, its text can be read and copied, not changed.
     void setReadOnly(bool readOnly);
+    // What is shown beside items in the lists and found there as they are, by item: the names of codes. The text of the
+    // box stays the item's. Holds for items that are offered later, too.
+    void setBeside(const QHash<QString, QString> &names);
     // Shows a text, an item or not; nobody chose it.
     void showText(const QString &text);
     // A text typed since showText or the last choice that is an item in full counts as chosen; one that was merely
@@ -44,8 +48,10 @@ protected:
 private:
     void choose(int item);
     bool isTyped() const { return m_forgotten || currentText() != m_shown; }
+    void showBeside();
     int onlyItemBeginningWith(const QString &text) const;
 
+    QHash<QString, QString> m_beside;
     QString m_shown;          // what was shown or chosen last
     bool m_forgotten = false; // even the same text would be another choice
     bool m_readOnly = false;

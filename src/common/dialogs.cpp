@@ -1,6 +1,7 @@
 #include "common/dialogs.h"
 
 #include "common/stop_box.h"
+#include "common/user_settings.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -8,7 +9,6 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
-#include <QSettings>
 #include <QStandardPaths>
 
 namespace tradewick
@@ -34,11 +34,6 @@ QMessageBox::Icon iconOf(MessageIcon icon)
         break;
     }
     return QMessageBox::NoIcon;
-}
-
-QSettings userSettings()
-{
-    return QSettings(QStringLiteral("tradewick"), QStringLiteral("tradewick"));
 }
 
 const QString lastFolderKey = QStringLiteral("files/folder");

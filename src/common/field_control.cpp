@@ -17,7 +17,8 @@ namespace
 
 using Typed = std::function<void(const QVariant &value)>;
 
-constexpr int linesOfLongText = 2;
+constexpr int linesOfLongText = 3, leastLinesOfLongText = 2, charactersOfLongText = 20;
+const KeyText newLine{QStringLiteral("Shift+Enter"), QStringLiteral("换行")};
 
 class LineControl : public FieldControl
 {
@@ -52,17 +53,33 @@ private:
     PictureField *m_picture;
 };
 
+// Wants to show some lines of a clause, and does with two where a form has no room; it is no wider than other fields
+// where the list beside them has a use for the room.
+class LongTextEdit : public QPlainTextEdit
+{
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+    QSize sizeHint() const override
+    {
+        return {fontMetrics().averageCharWidth() * charactersOfLongText, heightOf(linesOfLongText)};
+    }
+    QSize minimumSizeHint() const override { return {0, heightOf(leastLinesOfLongText)}; }
+
+private:
+    int heightOf(int lines) const { return fontMetrics().lineSpacing() * lines + 12; }
+};
+
 class LongTextControl : public FieldControl
 {
 public:
     LongTextControl(QPlainTextEdit *edit, const Typed &typed) : FieldControl(edit), m_edit(edit)
     {
         edit->setTabChangesFocus(true);
-        edit->setToolTip(QStringLiteral("Shift+Enter 换行"));
-        edit->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-        edit->setMinimumHeight(edit->fontMetrics().lineSpacing() * linesOfLongText + 12);
+        edit->setToolTip(newLine.keys + u' ' + newLine.does);
+        edit->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [edit, typed] { typed(edit->toPlainText()); });
     }
+    QVector<KeyText> keys() const override { return m_edit->isReadOnly() ? QVector<KeyText>() : QVector{newLine}; }
     QString text() const override { return m_edit->toPlainText(); }
     void setText(const QString &text) override { m_edit->setPlainText(text); }
     void setLocked(bool locked) override
@@ -90,6 +107,11 @@ public:
     void selectAll() override { m_combo->lineEdit()->selectAll(); }
     bool canUndo() const override { return m_combo->lineEdit()->isUndoAvailable(); }
     ComboField *combo() const override { return m_combo; }
+    QVector<KeyText> keys() const override
+    {
+        return m_combo->isReadOnly() ? QVector<KeyText>()
+                                     : QVector<KeyText>{{QStringLiteral("↓"), QStringLiteral("打开可选内容")}};
+    }
 
 private:
     ComboField *m_combo;
@@ -131,7 +153,7 @@ std::unique_ptr<FieldControl> FieldControl::make(const FieldSpec &field, const P
         control = std::make_unique<CheckControl>(new QCheckBox(field.caption, parent), typed);
         break;
     case FieldKind::LongText:
-        control = std::make_unique<LongTextControl>(new QPlainTextEdit(parent), typed);
+        control = std::make_unique<LongTextControl>(new LongTextEdit(parent), typed);
         break;
     case FieldKind::Text:
     case FieldKind::Date:

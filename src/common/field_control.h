@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/record_form_spec.h"
+#include "common/window_keys.h"
 
 #include <QVariant>
 #include <QWidget>
@@ -32,6 +33,8 @@ public:
     virtual void setLocked(bool locked) = 0;
     virtual void selectAll() {}
     virtual bool canUndo() const { return false; } // what is typed there can be taken back there
+    // Keys that only such a control takes, as it stands.
+    virtual QVector<KeyText> keys() const { return {}; }
     virtual ComboField *combo() const { return nullptr; }
 
 protected:

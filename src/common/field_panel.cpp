@@ -52,6 +52,7 @@ QString plainCaption(QString caption)
 FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *parent)
     : QWidget(parent), m_spec(spec), m_records(records)
 {
+    setAccessibleName(QStringLiteral("记录内容"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     const bool hasTabs = spec.pages.size() > 1;
@@ -75,13 +76,14 @@ FieldPanel::FieldPanel(const RecordFormSpec &spec, Recordset &records, QWidget *
         m_tabs->addTab(page, spec.pages[index].caption);
         m_tabs->setTabToolTip(index, keys);
         // The keys typed next belong to the tab that is shown.
-        connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, [this, index] {
-            const QVector<FieldSpec> &fields = m_spec.pages[index].fields;
-            const auto first =
-                std::find_if(fields.cbegin(), fields.cend(), [](const auto &one) { return !one.hidden; });
-            if (first != fields.cend())
-                focus(first->name);
-        });
+        connect(addKeys(this, {QKeySequence(keys)}, spec.pages[index].caption), &QShortcut::activated, this,
+                [this, index] {
+                    const QVector<FieldSpec> &fields = m_spec.pages[index].fields;
+                    const auto first =
+                        std::find_if(fields.cbegin(), fields.cend(), [](const auto &one) { return !one.hidden; });
+                    if (first != fields.cend())
+                        focus(first->name);
+                });
     }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "common/field_control.h"
+#include "common/window_keys.h"
 #include "data/recordset.h"
 
 #include <QWidget>
@@ -17,7 +18,7 @@ class QTabWidget;
 namespace tradewick
 {
 
-class FieldPanel : public QWidget
+class FieldPanel : public QWidget, public TakesKeys
 {
     Q_OBJECT
 
@@ -52,6 +53,7 @@ public:
     QBoxLayout *placeOf(const LineGridSpec &grid) const;
     // The keyboard comes to a grid that stands above a field behind the field before that. Once the grids are there.
     void chainGrids();
+    QVector<KeyText> keys() const override; // of the fields of the tab that is shown
     // The tabs, null for a form of one page.
     QTabWidget *tabs() const { return m_tabs; }
 

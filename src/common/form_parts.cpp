@@ -2,12 +2,12 @@
 
 #include "common/combo_field.h"
 #include "common/field_panel.h"
+#include "common/window_keys.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace tradewick
@@ -28,11 +28,8 @@ QPushButton *addButton(QLayout &layout, const QString &name, const QString &capt
     auto *push = new QPushButton(caption, layout.parentWidget());
     push->setObjectName(name);
     push->setAccessibleName(caption);
-    // Keys that a text field does not take for itself, in any of its states.
-    // Not the button's own shortcut, which clicks a moment later: the next key would come before the click.
-    QObject::connect(new QShortcut(QKeySequence(shortcut), &form), &QShortcut::activated, push, &QPushButton::click);
-    push->setToolTip(shortcut);
-    push->setAutoDefault(true); // Enter presses it as the space bar does
+    addKeys(&form, shortcut, push); // that a text field does not take for itself, in any of its states
+    push->setAutoDefault(true);     // Enter presses it as the space bar does
     layout.addWidget(push);
     return push;
 }

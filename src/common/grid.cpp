@@ -20,12 +20,8 @@ namespace tradewick
 namespace
 {
 
-// Rows looked at to find a column's width; a register of 100,000 rows must not be read for it.
-constexpr int rowsMeasured = 30;
-constexpr int widestColumn = 260;
 constexpr QRgb markInk = 0xb3261e; // laid thinly over the ground of a cell that bears a mark
 constexpr float markStrength = 0.25F;
-constexpr qsizetype advancesKept = 4096;
 
 // The numbers of the rows, of which the last is the widest, or the captions of the columns, which are all as high. The
 // view's own way measures a hundred of them after each change of a cell.
@@ -64,6 +60,11 @@ class CellDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->text = static_cast<const Grid *>(parent())->shownText(index);
+    }
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {
         QStyleOptionViewItem cell = option;
@@ -119,6 +120,7 @@ Grid::Grid(const QString &name, const QString &accessibleName, QWidget *parent) 
 void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
 {
     m_model = new RecordsetModel(recordset, columns, this);
+    m_numbers = ShownNumbers(columns);
     setModel(m_model);
     ensurePolished();
     for (int i = 0; i < m_model->columnCount(); ++i)
@@ -139,17 +141,25 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
                 (selectionBehavior() == SelectRows ? QItemSelectionModel::Rows : QItemSelectionModel::NoUpdate));
     };
     connect(&recordset, &Recordset::currentChanged, this, follow);
+    m_refit.setSingleShot(true);
+    connect(&m_refit, &QTimer::timeout, this, [this] {
+        for (int i = 0; i < m_model->columnCount(); ++i)
+            setColumnWidth(i, qMax(columnWidth(i), fittingWidth(i)));
+        viewport()->update();
+    });
     connect(&recordset, &Recordset::reset, this, [this, follow] {
+        m_numbers.forget();
         for (int i = 0; i < m_model->columnCount(); ++i)
             setColumnWidth(i, fittingWidth(i));
+        m_refit.stop();
         follow();
     });
     connect(&recordset, &Recordset::valueChanged, this, [this, &recordset](int record, int column) {
         for (int i = 0; record >= 0 && column >= 0 && i < m_model->columnCount(); ++i) {
             if (recordset.columnIndex(m_model->columns()[i].column) != column)
                 continue;
-            const int width = qMin(textWidth(i, m_model->rowOf(record), 1), widestColumn);
-            if (width > columnWidth(i)) // what is typed stands there whole
+            const int width = qMin(textWidth(i, m_model->rowOf(record), 1), widest(i));
+            if (width > columnWidth(i) && !m_keptWidths.contains(i)) // what is typed stands there whole
                 setColumnWidth(i, width);
         }
     });
@@ -166,52 +176,6 @@ void Grid::showRecords(Recordset &recordset, const QVector<GridColumn> &columns)
             dialogs().message(this, error, {}, MessageIcon::None);
         },
         Qt::QueuedConnection);
-}
-
-// Texts alone are measured: the view's own way lays out every cell as if it were painted. The same texts come again
-// with every row and every save.
-int Grid::textWidth(int column, int firstRow, int rows) const
-{
-    const QFontMetrics metrics = fontMetrics();
-    if (m_advances.size() > advancesKept || m_advancesFont != font()) {
-        m_advances.clear();
-        m_advancesFont = font();
-    }
-    const auto advance = [&](const QString &text) {
-        auto known = m_advances.constFind(text);
-        if (known == m_advances.constEnd())
-            known = m_advances.insert(text, metrics.horizontalAdvance(text));
-        return *known;
-    };
-    // Beside the text its margins, the line of the grid, and a pixel for what rounding takes.
-    const int margin = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1) + 2;
-    int width = 0;
-    for (int row = firstRow; row < qMin(firstRow + rows, m_model->rowCount()); ++row)
-        width = qMax(width, advance(m_model->index(row, column).data().toString()) + margin);
-    return width;
-}
-
-int Grid::fittingWidth(int column) const
-{
-    const int least = qMax(fontMetrics().averageCharWidth() * 8, m_headWidths[column]);
-    return qMin(qMax(least, textWidth(column, 0, rowsMeasured)), widestColumn);
-}
-
-// Of the rows in sight: the view's own way reads and lays out a thousand, after each change of a cell.
-int Grid::sizeHintForColumn(int column) const
-{
-    const int rows = viewport()->height() / verticalHeader()->defaultSectionSize() + 2;
-    return textWidth(column, qMax(0, rowAt(0)), rows);
-}
-
-// Columns as wide as what they hold grow with what comes into sight.
-void Grid::scrollContentsBy(int dx, int dy)
-{
-    QTableView::scrollContentsBy(dx, dy);
-    for (int column = 0; dy != 0 && column < m_model->columnCount(); ++column)
-        if (horizontalHeader()->sectionResizeMode(column) == QHeaderView::ResizeToContents &&
-            sizeHintForColumn(column) > columnWidth(column))
-            horizontalHeader()->setSectionResizeMode(column, QHeaderView::ResizeToContents); // said again, it measures
 }
 
 void Grid::setEditing(bool editing, std::function<void()> newRow)

@@ -3,16 +3,22 @@
 // downwards, then as the record set has it. Letters typed go to the next row that begins with them.
 #pragma once
 
+#include "common/shown_numbers.h"
+#include "common/window_keys.h"
 #include "data/recordset_model.h"
 
 #include <QLineEdit>
 #include <QPointer>
+#include <QSet>
 #include <QTableView>
+#include <QTimer>
+
+#include <optional>
 
 namespace tradewick
 {
 
-class Grid : public QTableView
+class Grid : public QTableView, public TakesKeys
 {
     Q_OBJECT
 
@@ -23,6 +29,17 @@ public:
     // Shows the columns of the record set; its current row and the grid's are one from then on.
     void showRecords(Recordset &recordset, const QVector<GridColumn> &columns);
     RecordsetModel *recordsetModel() const { return m_model; }
+
+    // Columns that are never cut, however long their texts are; all others end where a name would.
+    void setWhole(int column) { m_whole.insert(column); }
+    // A width that the user gave a column: texts change it no more. No width: it follows them again.
+    void keepWidth(int column, std::optional<int> width);
+    QVector<KeyText> keys() const override;
+    // What stands in a cell as it is shown, and a number as it would stand in a column.
+    QString shownText(const QModelIndex &cell) const;
+    QString shownNumber(int column, const QString &number) const { return m_numbers.shown(column, number); }
+    // As wide as the grid with all of its columns is.
+    int wantedWidth() const;
 
     // Lets cells be typed into, in the record set's own order, and, where newRow is given, lines be added in the empty
     // row at the end; newRow makes the record that the typed value then goes into.
@@ -86,6 +103,7 @@ private:
     void copySelection() const;
     void sortFurther(int column);
     int textWidth(int column, int firstRow, int rows) const;
+    int widest(int column) const;
     int fittingWidth(int column) const;
 
     RecordsetModel *m_model = nullptr;
@@ -94,7 +112,11 @@ private:
     QStringList m_enterColumns;
     mutable QHash<QString, int> m_advances; // of texts, in the font beside
     mutable QFont m_advancesFont;
-    QVector<int> m_headWidths; // that the heads' captions take
+    QVector<int> m_headWidths;    // that the heads' captions take
+    QHash<int, int> m_keptWidths; // by column
+    QSet<int> m_whole;
+    mutable ShownNumbers m_numbers;
+    mutable QTimer m_refit; // a number with more places than its column had came into sight
     struct DropDown {
         QString name;
         std::function<QStringList()> items;

@@ -2,13 +2,31 @@
 
 #include "common/number_text.h"
 
+#include <QBoxLayout>
+
 #include <utility>
 
 namespace tradewick
 {
 
-LineTotals::LineTotals(Grid *grid, const QStringList &columns, QWidget *parent)
-    : ColumnFooter(grid, parent), m_columns(columns)
+QStringList summedColumns(const QVector<GridColumn> &columns)
+{
+    static const QStringList summed{"sl", "jianshu", "zjz", "zmz", "hjtj", "je", "suie", "sjje"};
+    QStringList found;
+    for (const GridColumn &column : columns)
+        if (summed.contains(column.column, Qt::CaseInsensitive))
+            found.append(column.column);
+    return found;
+}
+
+void LineTotals::addBelow(Grid *grid, QBoxLayout *layout)
+{
+    if (!summedColumns(grid->recordsetModel()->columns()).isEmpty())
+        layout->addWidget(new LineTotals(grid, layout->parentWidget()));
+}
+
+LineTotals::LineTotals(Grid *grid, QWidget *parent)
+    : ColumnFooter(grid, parent), m_columns(summedColumns(grid->recordsetModel()->columns()))
 {
     setTitle(QStringLiteral("总计"));
     const QAbstractItemModel *model = grid->model();

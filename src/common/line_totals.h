@@ -3,16 +3,24 @@
 
 #include "common/column_footer.h"
 
+class QBoxLayout;
+
 namespace tradewick
 {
+
+// The columns of lines that are summed: quantities, packages, weights, volumes and amounts, by the names that all
+// documents give them.
+QStringList summedColumns(const QVector<GridColumn> &columns);
 
 class LineTotals : public ColumnFooter
 {
     Q_OBJECT
 
 public:
-    // grid: whose lines are summed, each column named there below its own cells; outlives the totals.
-    LineTotals(Grid *grid, const QStringList &columns, QWidget *parent);
+    // grid: whose lines are summed, each summed column below its own cells; outlives the totals.
+    LineTotals(Grid *grid, QWidget *parent);
+    // Puts the totals below a grid that has columns to sum.
+    static void addBelow(Grid *grid, QBoxLayout *layout);
 
     // The sum that stands below a column, empty for one that is not summed.
     QString text(const QString &column) override;

@@ -52,8 +52,7 @@ void LinesPanel::addTo(const std::function<QBoxLayout *(const LineGridSpec &grid
         QBoxLayout *layout = place(spec);
         Grid *grid = addGrid(spec, layout->parentWidget());
         layout->addWidget(grid, 1);
-        if (!spec.totals.isEmpty())
-            layout->addWidget(new LineTotals(grid, spec.totals, layout->parentWidget()));
+        LineTotals::addBelow(grid, layout);
         keepInSight(grid);
     }
     if (!m_spec.lookup.columns.isEmpty())

@@ -10,7 +10,9 @@
 #include "common/globals.h"
 #include "common/line_totals.h"
 #include "common/number_text.h"
+#include "common/pane_splitter.h"
 #include "common/record_form.h"
+#include "common/window_keys.h"
 #include "data/watch.h"
 
 #include <QApplication>
@@ -22,7 +24,6 @@
 #include <QScopeGuard>
 #include <QScrollArea>
 #include <QShortcut>
-#include <QSplitter>
 #include <QTabWidget>
 #include <QTimer>
 
@@ -110,16 +111,14 @@ void QueryScreen::build()
     outer->addWidget(m_criteria);
     const QString keys = QStringLiteral("Alt+0");
     m_criteria->setToolTip(keys);
-    connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, m_criteria, &CriteriaPanel::takeFocus);
+    connect(addKeys(this, {QKeySequence(keys)}, QStringLiteral("到查询条件")), &QShortcut::activated, m_criteria,
+            &CriteriaPanel::takeFocus);
     connect(m_criteria, &CriteriaPanel::typed, this, [this](const QString &name) { quickFind(name, false); });
     connect(m_criteria, &CriteriaPanel::chosen, this, [this](const QString &name) { quickFind(name, true); });
-    auto *splitter = new QSplitter(Qt::Horizontal, m_content.get());
+    auto *splitter = new PaneSplitter(Qt::Horizontal, m_content.get());
     splitter->addWidget(buildLists());
-    if (m_entry) {
+    if (m_entry)
         splitter->addWidget(buildRecord());
-        splitter->setStretchFactor(0, 2);
-        splitter->setStretchFactor(1, 3);
-    }
     splitter->setChildrenCollapsible(false);
     outer->addWidget(splitter, 1);
     if (!m_spec.options.frame.isEmpty())
@@ -143,10 +142,11 @@ QWidget *QueryScreen::buildLists()
         const int index = m_tabs->addTab(page, list->spec->caption);
         const QString keys = QStringLiteral("Alt+%1").arg(index + 1);
         m_tabs->setTabToolTip(index, keys);
-        connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, [this, index, grid] {
-            m_tabs->setCurrentIndex(index);
-            grid->setFocus();
-        });
+        connect(addKeys(this, {QKeySequence(keys)}, list->spec->caption), &QShortcut::activated, this,
+                [this, index, grid] {
+                    m_tabs->setCurrentIndex(index);
+                    grid->setFocus();
+                });
     }
     return m_tabs;
 }
@@ -158,7 +158,7 @@ Grid *QueryScreen::buildList(List &list, QWidget *page)
     list.grid = new Grid(list.spec->grid, QStringLiteral("查询结果"), page);
     list.grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     list.grid->showRecords(list.control.Recordset(), list.spec->columns);
-    list.grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // numbers are never cut
+    list.grid->setWhole(0); // numbers are never cut
     list.grid->horizontalHeader()->setStretchLastSection(true);
     keepRoom(*list.grid);
     layout->addWidget(list.grid, 1);
@@ -187,8 +187,7 @@ QWidget *QueryScreen::buildRecord()
         grid->showRecords(m_lines.Recordset(), spec.columns);
         keepRoom(*grid);
         place->addWidget(grid, 1);
-        if (!spec.totals.isEmpty())
-            place->addWidget(new LineTotals(grid, spec.totals, place->parentWidget()));
+        LineTotals::addBelow(grid, place);
     }
     return scroll;
 }
@@ -250,17 +249,15 @@ void QueryScreen::addOptions(QBoxLayout *layout)
             run([this, &option] { option.press(*this); });
         });
     }
-    const auto onKey = [this](int key, const std::function<void()> &action) {
-        auto *shortcut = new QShortcut(QKeySequence(key), m_options);
-        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
-        connect(shortcut, &QShortcut::activated, this, action);
-    };
-    onKey(Qt::Key_Escape, [this] { m_options->hide(); });
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
-        onKey(key, [this] {
-            if (auto *radio = qobject_cast<QRadioButton *>(m_options->focusWidget()))
-                radio->click();
-        });
+    auto *away = addKeys(m_options, {Qt::Key_Escape}, QStringLiteral("收起“%1”").arg(m_spec.options.caption));
+    away->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(away, &QShortcut::activated, m_options, &QWidget::hide);
+    auto *take = addKeys(m_options, {Qt::Key_Return, Qt::Key_Enter}, m_spec.options.caption);
+    take->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(take, &QShortcut::activated, this, [this] {
+        if (auto *radio = qobject_cast<QRadioButton *>(m_options->focusWidget()))
+            radio->click();
+    });
     layout->addWidget(m_options);
     m_options->hide();
 }

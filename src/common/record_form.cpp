@@ -7,7 +7,9 @@
 #include "common/flow_layout.h"
 #include "common/form_parts.h"
 #include "common/globals.h"
+#include "common/pane_splitter.h"
 #include "common/record_list.h"
+#include "common/window_keys.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -16,7 +18,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
-#include <QSplitter>
 #include <QStyle>
 #include <QTabWidget>
 #include <QTimer>
@@ -92,7 +93,7 @@ void RecordForm::build()
 {
     m_content = contentOf(*this);
     auto *outer = new QVBoxLayout(m_content.get());
-    auto *splitter = new QSplitter(m_spec.listBelow ? Qt::Vertical : Qt::Horizontal, m_content.get());
+    auto *splitter = new PaneSplitter(m_spec.listBelow ? Qt::Vertical : Qt::Horizontal, m_content.get());
     m_list = new RecordList(m_spec, *this, splitter);
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
@@ -119,12 +120,11 @@ void RecordForm::build()
                        m_content.get());
     m_panel->chainGrids();
     if (m_lines)
-        connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+Return")), this), &QShortcut::activated, m_lines.get(),
-                &LinesPanel::goToNewLine);
+        connect(addKeys(this, {QKeySequence(QStringLiteral("Ctrl+Return"))}, QStringLiteral("到明细的新行")),
+                &QShortcut::activated, m_lines.get(), &LinesPanel::goToNewLine);
     if (m_spec.listBelow)
         splitter->insertWidget(1, m_list);
-    splitter->setStretchFactor(0, m_spec.listBelow ? 0 : 1);
-    splitter->setStretchFactor(1, 3);
+    splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
     outer->addWidget(splitter, 1);
     buildButtons(outer);
@@ -199,6 +199,7 @@ void RecordForm::setBusy(bool busy, bool adding)
 {
     m_busy = busy;
     m_steps->forget();
+    m_undo->setEnabled(busy);
     for (const char *name : {"CmdOK", "Cmdcancel"})
         m_buttons[name]->setEnabled(busy);
     for (const char *name : {"Cmdadd", "Cmdedit", "Cmddelete", "Cmdreturn"})

@@ -17,6 +17,7 @@
 class QBoxLayout;
 class QLabel;
 class QPushButton;
+class QShortcut;
 
 namespace tradewick
 {
@@ -192,6 +193,7 @@ private:
     RecordList *m_list = nullptr;
     QHash<QString, QPushButton *> m_buttons;
     QHash<QString, ComboField *> m_choices;
+    QShortcut *m_undo = nullptr;
     QLabel *m_state = nullptr;
     QString m_entered, m_textEntered;   // the field that has the focus, until it is left, and what stood there
     QString m_asked;                    // the field that OK asked of, until the handler is through

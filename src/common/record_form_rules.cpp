@@ -144,6 +144,13 @@ QStringList RecordForm::offered(const char *statement)
 void RecordForm::offer(const QString &combo, const char *statement)
 {
     m_panel->offer(combo, firstColumn(statement, {}));
+    const char *beside = m_panel->field(combo).type.offer.beside;
+    if (!beside)
+        return;
+    QHash<QString, QString> names;
+    for (const Row &row : connection()->rows(QString::fromUtf8(beside), {}))
+        names.insert(row.values().first().toString(), row.values().last().toString());
+    m_panel->control(combo).combo()->setBeside(names);
 }
 
 // A country typed for the first time is offered from the next record on.

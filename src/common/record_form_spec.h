@@ -44,6 +44,7 @@ enum class FieldKind { Text, LongText, Date, Combo, Check, Picture };
 struct Offer {
     const char *statement = nullptr;
     QStringList items{};
+    const char *beside = nullptr; // of texts and what stands beside each in the list: a code and its name
 };
 
 struct FieldType {
@@ -55,9 +56,9 @@ namespace field
 {
 inline const FieldType text{}, longText{FieldKind::LongText}, date{FieldKind::Date}, check{FieldKind::Check},
     picture{FieldKind::Picture};
-inline FieldType combo(const char *statement = nullptr)
+inline FieldType combo(const char *statement = nullptr, const char *beside = nullptr)
 {
-    return {FieldKind::Combo, {statement}};
+    return {FieldKind::Combo, {statement, {}, beside}};
 }
 inline FieldType combo(const QStringList &items)
 {
@@ -203,7 +204,6 @@ struct LineGridSpec {
     QStringList enterColumns{}; // that Enter goes through; none: all
     QVector<DropDownSpec> dropDowns{};
     QVector<LineRule> rules{};
-    QStringList totals{};    // columns whose sums stand below the lines
     int page = -1;           // of the tabs, that holds the grid; -1: below the fields
     QString above{};         // a field that begins a frame or a row of its own: the grid stands above that
     bool whileAdding = true; // takes text in Add, else in Edit alone

@@ -2,6 +2,7 @@
 #include "common/edit_steps.h"
 #include "common/field_panel.h"
 #include "common/record_form.h"
+#include "common/window_keys.h"
 
 #include <QShortcut>
 
@@ -13,7 +14,8 @@ void RecordForm::followEdits()
     m_steps = std::make_unique<EditSteps>(records(), m_lines.get());
     connect(m_panel, &FieldPanel::aboutToType, this, [this](const QString &name) { beginEdit({name}); });
     connect(m_panel, &FieldPanel::undoPressed, this, &RecordForm::takeBack);
-    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this, &RecordForm::takeBack);
+    m_undo = addKeys(this, {QKeySequence(QStringLiteral("Ctrl+Z"))}, QStringLiteral("撤回上一次修改"));
+    connect(m_undo, &QShortcut::activated, this, &RecordForm::takeBack);
     connect(&records(), &Recordset::currentChanged, this, [this] { m_steps->forget(); });
 }
 

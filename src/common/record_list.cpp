@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
+#include <utility>
+
 namespace tradewick
 {
 
@@ -57,8 +59,8 @@ RecordList::RecordList(const RecordFormSpec &spec, RecordForm &form, QWidget *pa
         addTree(layout);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grid->showRecords(form.records(), spec.list);
-    m_grid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents); // keys are never cut
-    m_grid->horizontalHeader()->setStretchLastSection(true);                            // names have what room there is
+    m_grid->setWhole(0);                                     // keys are never cut
+    m_grid->horizontalHeader()->setStretchLastSection(true); // names have what room there is
     m_grid->recordsetModel()->setMark([this](int record) { return m_form.waits(record); });
     layout->addWidget(m_grid, 1);
     m_ways.append(m_grid);
@@ -86,19 +88,21 @@ void RecordList::addDateFilter(QBoxLayout *layout)
     auto *picker = new DateField(QDate::currentDate(), this);
     picker->setObjectName(spec.name);
     picker->setAccessibleName(spec.caption);
+    picker->allowNone(QStringLiteral("不限"));
+    m_date = picker;
     label->setBuddy(picker);
     row->addWidget(label);
     row->addWidget(picker, 1);
     addAll(row);
     layout->addLayout(row);
     m_ways.append(picker);
-    connect(picker, &QDateEdit::dateChanged, this, [this, picker, shown = picker->date()](QDate date) mutable {
-        if (m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}})) {
-            shown = date;
+    connect(picker, &QDateEdit::dateChanged, this, [this, picker](QDate date) {
+        const QDate shown = std::exchange(m_shownDate, date);
+        if (m_form.showStatement(m_spec.dateFilter.statement, {{"date", date.toString(Qt::ISODate)}}))
             return;
-        }
+        m_shownDate = shown;
         const QSignalBlocker quiet(picker); // the old records stand there still
-        picker->setDate(shown);
+        shown.isValid() ? picker->setDate(shown) : picker->showNone();
     });
 }
 
@@ -111,7 +115,18 @@ void RecordList::addAll(QBoxLayout *row)
     all->setAccessibleName(QStringLiteral("显示全部记录"));
     row->addWidget(all);
     m_ways.append(all);
-    connect(all, &QPushButton::clicked, this, [this] { m_form.showStatement(m_spec.statement, {}); });
+    connect(all, &QPushButton::clicked, this, [this] {
+        if (m_form.showStatement(m_spec.statement, {}))
+            forgetDate();
+    });
+}
+
+// Other records are shown than those of a date.
+void RecordList::forgetDate()
+{
+    m_shownDate = {};
+    if (m_date)
+        m_date->showNone();
 }
 
 void RecordList::addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter)
@@ -142,6 +157,7 @@ void RecordList::addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter)
             return;
         }
         shown = chosen;
+        forgetDate();
         for (ComboField *other : std::as_const(m_choosing))
             if (other != box)
                 other->showText({});
@@ -168,6 +184,7 @@ void RecordList::addFilter(QBoxLayout *layout, const FilterSpec &filter)
                        }});
         if (shows) {
             shown = typed;
+            forgetDate();
             return;
         }
         const QSignalBlocker quiet(box); // the old records stand there still

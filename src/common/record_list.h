@@ -4,6 +4,7 @@
 #include "common/branch_tree.h"
 #include "common/grid.h"
 
+#include <QDate>
 #include <QWidget>
 
 #include <functional>
@@ -14,6 +15,7 @@ namespace tradewick
 {
 
 class ComboField;
+class DateField;
 class RecordForm;
 
 class RecordList : public QWidget
@@ -39,6 +41,7 @@ public:
 
 private:
     void addDateFilter(QBoxLayout *layout);
+    void forgetDate();
     void addAll(QBoxLayout *row);
     void addChoosingFilter(QBoxLayout *layout, const FilterSpec &filter);
     void addFilter(QBoxLayout *layout, const FilterSpec &filter);
@@ -50,6 +53,8 @@ private:
     Grid *m_grid;
     BranchTree *m_tree = nullptr;
     QVector<QWidget *> m_ways;
+    DateField *m_date = nullptr;
+    QDate m_shownDate;                // whose records are shown; none: those of any date
     QVector<ComboField *> m_choosing; // the filters that are combo boxes
 };
 

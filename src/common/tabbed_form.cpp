@@ -1,6 +1,7 @@
 #include "common/tabbed_form.h"
 
 #include "common/record_form.h"
+#include "common/window_keys.h"
 
 #include <QCloseEvent>
 #include <QShortcut>
@@ -26,7 +27,8 @@ TabbedForm::TabbedForm(const RecordFormSpec &spec, QWidget *mainWindow)
         m_tabs->addTab(form, tab.caption);
         m_tabs->setTabToolTip(index, keys);
         m_forms.append(form);
-        connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this, [this, index] { goTo(index); });
+        connect(addKeys(this, {QKeySequence(keys)}, tab.caption), &QShortcut::activated, this,
+                [this, index] { goTo(index); });
     }
     for (const RecordForm *one : std::as_const(m_forms))
         for (RecordForm *other : std::as_const(m_forms))

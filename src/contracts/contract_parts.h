@@ -13,6 +13,7 @@ inline constexpr const char *companies = "select DISTINCT gsmc from sys_gsmc whe
 inline constexpr const char *departments = "select DISTINCT bmmc from sys_bmsz where not bmmc is null";
 inline constexpr const char *signers = "select DISTINCT name from sys_gzry where not name is null order by name";
 inline constexpr const char *ports = "select DISTINCT gkmc from sys_gksz where not gkmc is null order by gkmc";
+inline constexpr const char *portNames = "select gkmc,gkmc_en from sys_gksz where not gkmc is null";
 // Export contracts that have lines, unless these are marked as done.
 inline constexpr const char *openContracts =
     "select DISTINCT htbh from yy_gw_wxht_b where not htbh is null and (wanch is null or wanch='未完成') order by htbh";

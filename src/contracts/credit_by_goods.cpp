@@ -72,8 +72,7 @@ LinesSpec goods()
                                {"bacp", "H.S.编码"}, {"xyzh", "信用证号"},   {"zzs", "增值税"},
                                {"zsl", "征税率"},    {"yw_cpmc", "英文名称"}},
                    .enterColumns = {"cpbh", "dj", "sl"}, // a product brings no price along
-                   .rules = {amountOfOnePrice()},
-                   .totals = {"sl", "je"}}},
+                   .rules = {amountOfOnePrice()}}},
         .starts = {{"sl", "0"}, {"je", "0"}, {"dj", "0"}, {"sxh", "{#}"}},
         .lookup = {.columns = {{"cpbh", "商品编号"},
                                {"cpmc", "商品名称"},

@@ -64,7 +64,6 @@ LinesSpec contracts()
                                {"xyzh", "信用证号"},
                                {"beizhu", "备注"}},
                    .enterColumns = {"htbh", "beizhu"},
-                   .totals = {"sl", "je"},
                    .title = "合同明细"}},
         .starts = {{"xyzh", "{Text1(0)}"}, {"sl", "0"}, {"je", "0"}},
         .lookup = {.columns = {{"htbh", "合同编号"},

@@ -12,6 +12,8 @@ constexpr int daysOfValidity = 90;
 
 const char *const customers = "select DISTINCT khbh from yy_gwkh_zl where not khbh is null order by khbh";
 
+const char *const customerNames = "select khbh,khmc from yy_gwkh_zl where not khbh is null";
+
 const char *const customer =
     "select isnull(bizh,'')as bizh,isnull(zwdz,'')as zwdz,isnull(fax,'')as fax,isnull(phone,'')as phone "
     ",isnull(dzyx,'')as dzyx,isnull(zffs,'')as zffs,isnull(fkfs,'')as fkfs,isnull(hl,0)as hl,isnull(khmc,'')as "
@@ -39,7 +41,7 @@ QVector<PageSpec> pages()
     return {
         {"合同概况",
          {{"Text1(0)", "htbh", "合同编号："},
-          {"Combo1(0)", "khbh", "客户编号：", field::combo(customers)},
+          {"Combo1(0)", "khbh", "客户编号：", field::combo(customers, customerNames)},
           {"Text1(1)", "gb", "客户国别："},
           {"Text1(2)", "djrq", "签订日期：", field::date},
           {"Text1(3)", "khmc", "客户名称：", field::text, 2},
@@ -61,13 +63,13 @@ QVector<PageSpec> pages()
           {"Text1(15)", "yyqx", "提出异议期限："},
           {"Text1(16)", "jgtk", "价格条款："},
           {"Text1(17)", "wyj", "违约金：按合约总价的"},
-          {"Combo1(4)", "zygk", "装运港口：", field::combo(offers::ports)},
-          {"Combo1(5)", "mdgk", "目的港口：", field::combo(offers::ports)},
+          {"Combo1(4)", "zygk", "装运港口：", field::combo(offers::ports, offers::portNames)},
+          {"Combo1(5)", "mdgk", "目的港口：", field::combo(offers::ports, offers::portNames)},
           {"Text1(18)", "qttk", "其它条款：", field::longText, 2},
           {"Text1(19)", "madol", "唛头：", field::longText},
           {"Text1(20)", "jsfs", "结算方式："},
-          {"Text1(21)", "bzyq", "包装要求："},
-          {"Text1(22)", "jhdz", "装运期限及交货地点："}}},
+          {"Text1(21)", "bzyq", "包装要求：", field::longText},
+          {"Text1(22)", "jhdz", "装运期限及交货地点：", field::text, 3}}},
         {"附属条款", {{"Text1(23)", "fstk", "", field::longText, 3}}},
     };
 }
@@ -88,8 +90,7 @@ LinesSpec goods()
                                {"yw_cpmc", "英文名称"}, {"zzs", "增值税"},     {"zsl", "征税率"}},
                    .enterColumns = {"cpbh", "sl"},
                    // What was typed over a derived value is derived again at once.
-                   .rules = {{{"sl", "jkdj", "jmdj", "je"}, "je", amount}, {{"jkdj", "jmdj", "dj"}, "dj", unitPrice}},
-                   .totals = {"sl", "je"}}},
+                   .rules = {{{"sl", "jkdj", "jmdj", "je"}, "je", amount}, {{"jkdj", "jmdj", "dj"}, "dj", unitPrice}}}},
         .starts = owner +
                   QVector<Preset>{{"jkdj", "0"}, {"je", "0"}, {"sl", "0"}, {"jmdj", "0"}, {"dj", "0"}, {"sxh", "{#}"}},
         .lookup = {.columns = {{"cpbh", "商品编号"},

@@ -13,6 +13,8 @@ constexpr int daysOfValidity = 30;
 
 const char *const suppliers = "select DISTINCT gfbh from yy_gyszl where not gfbh is null order by gfbh";
 
+const char *const supplierNames = "select gfbh,zwmc from yy_gyszl where not gfbh is null";
+
 const char *const supplier =
     "select isnull(tysh,'') as tysh,isnull(khh,'') as khh,isnull(yhzh,'') as yhzh,isnull(bizh,'')as "
     "bizh,isnull(zwdz,'')as zwdz,isnull(fax,'')as fax,isnull(phone,'')as phone ,isnull(dzyx,'')as "
@@ -26,7 +28,7 @@ QVector<PageSpec> pages()
          {{"Text1(0)", "htbh", "合同编号："},
           {"Combo1(0)", "wxht", "外销合同：", field::combo(offers::openContracts)},
           {"Text1(8)", "djrq", "签订日期：", field::date},
-          {"Combo1(1)", "csbh", "厂商编号：", field::combo(suppliers)},
+          {"Combo1(1)", "csbh", "厂商编号：", field::combo(suppliers, supplierNames)},
           {"Text1(1)", "csmc", "厂商名称：", field::text, 2},
           {"Text1(6)", "shi", "厂商地址：", field::text, 3},
           {.name = "Text1(7)", .column = "zheng", .joined = true},
@@ -50,8 +52,8 @@ QVector<PageSpec> pages()
           {"Text1(18)", "bzyq", "包装要求："},
           {"Text1(19)", "yyqx", "提出异议期限："},
           {"Text1(20)", "wyj", "违约金：按合约总价的"},
-          {"Combo1(5)", "zygk", "装运港口：", field::combo(offers::ports)},
-          {"Combo1(6)", "mdgk", "目的港口：", field::combo(offers::ports)},
+          {"Combo1(5)", "zygk", "装运港口：", field::combo(offers::ports, offers::portNames)},
+          {"Combo1(6)", "mdgk", "目的港口：", field::combo(offers::ports, offers::portNames)},
           {"Text1(21)", "jhdz", "交货时间地点：", field::text, 3},
           {"Text1(13)", "qttk", "其它条款：", field::longText, 2},
           {"Text1(14)", "madol", "唛头：", field::longText}}},
@@ -83,8 +85,7 @@ LinesSpec goods()
                                {"zzs", "增值税"},
                                {"zsl", "征税率"}},
                    .enterColumns = {"cpbh", "sl"},
-                   .rules = {amountOfOnePrice()},
-                   .totals = {"sl", "je"}}},
+                   .rules = {amountOfOnePrice()}}},
         // Nothing here ever marks a line as done; other programs do.
         .starts = {{"htbh", "{Text1(0)}"},
                    {"csbh", "{Combo1(1)}"},

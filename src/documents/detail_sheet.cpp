@@ -18,9 +18,12 @@ const char *const ports = "select DISTINCT gkmc from sys_gksz where not gkmc is 
 const char *const openContracts = "select DISTINCT htbh from yy_gw_wxht_b where not htbh is null and (wanch is null or "
                                   "wanch='未完成') order by htbh";
 const char *const suppliers = "select DISTINCT gfbh from yy_gyszl where not gfbh is null order by gfbh";
+const char *const supplierNames = "select gfbh,zwmc from yy_gyszl where not gfbh is null";
+const char *const portNames = "select gkmc,gkmc_en from sys_gksz where not gkmc is null";
 const char *const customsUsed = "select DISTINCT hgmc from yy_mxb_h where not hgmc is null order by hgmc";
 const char *const insurancesUsed = "select DISTINCT bxlb from yy_mxb_h where not bxlb is null order by bxlb";
 const char *const units = "select DISTINCT jldw from sys_jldw where not jldw is null order by jldw";
+const char *const unitNames = "select jldw,beizhu from sys_jldw where not jldw is null";
 const char *const destinationsUsed = "select DISTINCT xfgb from yy_mxb_h where not xfgb is null order by xfgb";
 
 // ---- what a choice fills in ----
@@ -184,7 +187,6 @@ LinesSpec goods()
                              {ofAll, "djz", netWeightOfOne},
                              {ofAll, "dmz", grossWeightOfOne},
                              {ofAll, "djtj", volumeOfOne}},
-                   .totals = {"sl", "jianshu", "zjz", "zmz", "je", "hjtj"},
                    .page = 1}},
         .starts = {{"fpbh", "{Text1(0)}"}, {"dj", "0"}, {"sl", "0"}, {"jianshu", "0"}},
     };
@@ -216,7 +218,7 @@ QVector<PageSpec> pages()
           {.name = "Text1(4)", .column = "bizh", .joined = true},
           {"Text1(5)", "xyzyxq", "证有效期：", field::date},
           {"Text1(6)", "zygk", "装运港口："},
-          {"Combo1(17)", "zkg", "转运港口：", field::combo(ports)},
+          {"Combo1(17)", "zkg", "转运港口：", field::combo(ports, portNames)},
           {"Text1(7)", "mdgk", "目的港口："},
           {"Combo1(4)", "yfzffs", "运费支付：", field::combo({"PREPAID", "COLLECT"})},
           {"Combo1(5)", "fpzy", "分批装运：", allowed},
@@ -234,8 +236,8 @@ QVector<PageSpec> pages()
         {"商 品 信 息",
          {{"Text1(18)", "madol", "唛头", field::longText},
           {"Text1(19)", "tstk", "特殊条款", field::longText, 2},
-          {"Combo1(7)", "dw", "汇总单位：", field::combo(units)},
-          {"Combo1(8)", "b_zdw", "汇总包装单位：", field::combo(units)},
+          {"Combo1(7)", "dw", "汇总单位：", field::combo(units, unitNames)},
+          {"Combo1(8)", "b_zdw", "汇总包装单位：", field::combo(units, unitNames)},
           {.name = "Text1(20)", .column = "yjl", .caption = "佣金率：", .unit = "%"},
           {"Check1", "xsfp", "显示于发票", field::check},
           {"Check2", "xszxd", "显示于装箱单", field::check},
@@ -259,7 +261,7 @@ QVector<PageSpec> pages()
           {"Combo1(12)", "zmxz", "征免性质：", field::combo(QStringList{"一般征税", "免税"}), 1, customs},
           {"Combo1(14)", "sfts", "出口退税：", field::combo(QStringList{"退税", "不退税"}), 1, customs},
           {"Text1(30)", "msqk", "税收征免情况：", field::text, 1, customs},
-          {"Combo1(16)", "cg_csbh", "厂商编号：", field::combo(suppliers), 1, certificates},
+          {"Combo1(16)", "cg_csbh", "厂商编号：", field::combo(suppliers, supplierNames), 1, certificates},
           {"Text1(31)", "cg_csmc", "厂商名称：", field::text, 1, certificates},
           {"Text1(32)", "cg_csdz", "厂商地址：", field::text, 1, certificates},
           {"Text1(33)", "cg_csphone", "电话：", field::text, 1, certificates},

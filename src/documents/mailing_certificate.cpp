@@ -1,10 +1,11 @@
 #include "documents/mailing_certificate.h"
 
+#include "common/window_keys.h"
+
 #include <QFormLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QShortcut>
 
 namespace tradewick
 {
@@ -32,8 +33,7 @@ YY_JdZm_rpt::YY_JdZm_rpt(const Document &certificate, const QString &number, QWi
         auto *button = new QPushButton(caption, this);
         button->setObjectName(name);
         button->setAccessibleName(caption);
-        button->setToolTip(key);
-        connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, button, &QPushButton::click);
+        addKeys(this, key, button);
         connect(button, &QPushButton::clicked, this, action);
         buttons->addWidget(button);
         return button;

@@ -184,6 +184,14 @@ void PageView::keyPressEvent(QKeyEvent *event)
         QAbstractScrollArea::keyPressEvent(event);
 }
 
+QVector<KeyText> PageView::keys() const
+{
+    return {{QStringLiteral("PgUp / PgDn"), QStringLiteral("上一页、下一页")},
+            {QStringLiteral("Home / End"), QStringLiteral("首页、末页")},
+            {QStringLiteral("+ / -"), QStringLiteral("放大、缩小")},
+            {QStringLiteral("0"), QStringLiteral("原大小")}};
+}
+
 bool PageView::handleKey(int key)
 {
     switch (key) {

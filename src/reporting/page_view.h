@@ -1,6 +1,7 @@
 // Pages one below the other, as they become known: zoom, movement and found texts.
 #pragma once
 
+#include "common/window_keys.h"
 #include "reporting/page.h"
 
 #include <QAbstractScrollArea>
@@ -8,7 +9,7 @@
 namespace tradewick
 {
 
-class PageView : public QAbstractScrollArea
+class PageView : public QAbstractScrollArea, public TakesKeys
 {
     Q_OBJECT
 
@@ -43,6 +44,7 @@ public:
 
     // Zooms with + - 0, moves with the page keys, Home and End; false for any other key.
     bool handleKey(int key);
+    QVector<KeyText> keys() const override;
 
 Q_SIGNALS:
     void currentPageChanged(int page);

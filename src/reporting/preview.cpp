@@ -2,6 +2,7 @@
 
 #include "common/dialogs.h"
 #include "common/flow_layout.h"
+#include "common/window_keys.h"
 #include "data/data_error.h"
 #include "reporting/excel_export.h"
 #include "reporting/painter.h"
@@ -108,7 +109,8 @@ ReportPreview::ReportPreview(Report &report, QWidget *parent, Pages pages)
         if (text.isEmpty())
             m_view->findNext({});
     });
-    new QShortcut(QKeySequence(QStringLiteral("Ctrl+F")), this, [this] { askForText(); });
+    connect(addKeys(this, {QKeySequence(QStringLiteral("Ctrl+F"))}, m_sought->accessibleName()), &QShortcut::activated,
+            this, &ReportPreview::askForText);
     m_view->setFocus();
     QTimer::singleShot(0, this, &ReportPreview::layOut);
 }

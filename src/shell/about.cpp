@@ -1,6 +1,7 @@
 #include "shell/about.h"
 
 #include "common/dialogs.h"
+#include "shell/icons.h"
 #include "shell/picture.h"
 
 #include <QHBoxLayout>
@@ -15,7 +16,7 @@ frmAbout::frmAbout(QWidget *parent) : QDialog(parent)
     setObjectName("frmAbout");
     setWindowTitle(QStringLiteral("关于.... "));
     auto *icon = new QLabel(this);
-    icon->setPixmap(commandIcon(brand, 0).pixmap(40));
+    icon->setPixmap(commandIcon(QStringLiteral("brand")).pixmap(40));
     auto *title = new QLabel(productTitle, this);
     title->setObjectName("lblTitle");
     auto *text = new QVBoxLayout;

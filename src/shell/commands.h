@@ -12,6 +12,7 @@ struct Tool {
     QString name;
     QString caption; // empty: a separator
     QString opens;   // form that a click opens, or exitCommand; empty: a click does nothing
+    QString icon{};  // name of its drawing (shell/icons); none for texts and separators
 };
 
 inline const QString exitCommand = QStringLiteral("exit");

@@ -2,8 +2,10 @@
 
 #include "common/dialogs.h"
 #include "common/record_form.h"
+#include "common/window_keys.h"
 #include "data/data_error.h"
 #include "shell/commands.h"
+#include "shell/icons.h"
 #include "shell/open_forms.h"
 #include "shell/picture.h"
 #include "shell/process.h"
@@ -83,11 +85,11 @@ main_FRM::main_FRM() : m_forms(new OpenForms(this))
     startClock();
 }
 
-QAction *main_FRM::addCommand(const Tool &tool, int group)
+QAction *main_FRM::addCommand(const Tool &tool)
 {
     auto *action = new QAction(tool.caption, this);
     action->setObjectName(tool.name);
-    action->setIcon(commandIcon(tool.caption, group));
+    action->setIcon(commandIcon(tool.icon));
     connect(action, &QAction::triggered, this, [this, tool] { execute(tool); });
     m_commands.insert(tool.name, action);
     return action;
@@ -106,14 +108,14 @@ void main_FRM::buildMenus()
             if (tool.caption.isEmpty())
                 menu->addSeparator()->setObjectName(tool.name);
             else
-                menu->addAction(addCommand(tool, number));
+                menu->addAction(addCommand(tool));
         // The heads have no letters for Alt; their places have.
         ++number;
-        auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(number)), this);
+        auto *shortcut = addKeys(this, {QKeySequence(QStringLiteral("Alt+%1").arg(number))}, band.caption);
         connect(shortcut, &QShortcut::activated, this,
                 [this, menu] { menuBar()->setActiveAction(menu->menuAction()); });
     }
-    auto *shortcut = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    auto *shortcut = addKeys(this, {Qt::Key_F10}, menuBar()->accessibleName());
     connect(shortcut, &QShortcut::activated, this,
             [this] { menuBar()->setActiveAction(menuBar()->actions().constFirst()); });
 }
@@ -133,7 +135,7 @@ void main_FRM::buildToolBar()
             m_toolBar->addSeparator();
             continue;
         }
-        QAction *action = addCommand(tool, 0);
+        QAction *action = addCommand(tool);
         m_toolBar->addAction(action);
         QWidget *button = m_toolBar->widgetForAction(action);
         button->setObjectName(tool.name);
@@ -155,13 +157,11 @@ void main_FRM::buildSideBar()
     auto *layout = new QHBoxLayout(content);
     layout->setContentsMargins({});
     m_sideBar = new SideBar("Band8", content);
-    int group = 0;
     for (const Band &band : sideBands()) {
         QList<QAction *> actions;
         for (const Tool &tool : band.tools)
-            actions.append(addCommand(tool, group));
+            actions.append(addCommand(tool));
         m_sideBar->addGroup(band.name, band.caption, actions);
-        ++group;
     }
     m_sideBar->setFixedWidth(m_sideBar->sizeHint().width());
     layout->addWidget(m_sideBar);
@@ -285,15 +285,13 @@ void main_FRM::addWindowKeys()
                 if (tool.opens == form)
                     m_sideBar->markOpen(tool.name, open);
     });
-    const std::pair<QKeySequence, int> keys[] = {{Qt::Key_F6, 1},
-                                                 {Qt::CTRL | Qt::Key_Tab, 1},
-                                                 {Qt::SHIFT | Qt::Key_F6, -1},
-                                                 {Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1}};
-    for (const auto &[key, by] : keys) {
-        auto *shortcut = new QShortcut(key, this);
+    const auto goRound = [this](const QList<QKeySequence> &keys, const QString &does, int by) {
+        auto *shortcut = addKeys(this, keys, does);
         shortcut->setContext(Qt::ApplicationShortcut); // from the forms, too
-        connect(shortcut, &QShortcut::activated, this, [this, by = by] { m_forms->goRound(by); });
-    }
+        connect(shortcut, &QShortcut::activated, this, [this, by] { m_forms->goRound(by); });
+    };
+    goRound({Qt::Key_F6, Qt::CTRL | Qt::Key_Tab}, QStringLiteral("下一个窗口"), 1);
+    goRound({Qt::SHIFT | Qt::Key_F6, Qt::CTRL | Qt::SHIFT | Qt::Key_Tab}, QStringLiteral("上一个窗口"), -1);
 }
 
 void main_FRM::closeEvent(QCloseEvent *event)

@@ -52,7 +52,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    QAction *addCommand(const Tool &tool, int group);
+    QAction *addCommand(const Tool &tool);
     void buildMenus();
     void buildToolBar();
     void buildSideBar();

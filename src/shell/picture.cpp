@@ -1,6 +1,5 @@
 #include "shell/picture.h"
 
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -79,52 +78,6 @@ void Picture::paintEvent(QPaintEvent *)
     const double unit = 1.0 / fontMetrics().height();
     text(40, 98, 48 * unit, productTitle);
     text(42, 130, 22 * unit, brand);
-}
-
-namespace
-{
-
-// Drawn when it is first seen: most commands stand in menus and groups that are closed at start.
-class CommandIcon : public QIconEngine
-{
-public:
-    CommandIcon(const QString &sign, const QColor &color) : m_sign(sign), m_color(color) {}
-
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
-    {
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->setOpacity(mode == QIcon::Disabled ? 0.4 : 1);
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(m_color);
-        painter->drawRoundedRect(rect, rect.width() / 5.0, rect.height() / 5.0);
-        QFont font;
-        font.setPixelSize(qMax(1, rect.height() * 13 / 20));
-        painter->setFont(font);
-        painter->setPen(Qt::white);
-        painter->drawText(rect, Qt::AlignCenter, m_sign);
-    }
-
-    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect({}, size), mode, state);
-        return pixmap;
-    }
-
-    QIconEngine *clone() const override { return new CommandIcon(*this); }
-
-private:
-    QString m_sign;
-    QColor m_color;
-};
-
-} // namespace
-
-QIcon commandIcon(const QString &caption, int group)
-{
-    return QIcon(new CommandIcon(caption.left(1), QColor::fromHsv((160 + group * 52) % 360, 95, 140)));
 }
 
 } // namespace tradewick

@@ -1,7 +1,6 @@
-// The company picture of the splash and the main window, and the small pictures of the commands.
+// The company picture of the splash and the main window.
 #pragma once
 
-#include <QIcon>
 #include <QWidget>
 
 namespace tradewick
@@ -22,8 +21,5 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 };
-
-// A tile with the first letter of the caption; group picks its hue.
-QIcon commandIcon(const QString &caption, int group);
 
 } // namespace tradewick

@@ -1,6 +1,8 @@
 // The side bar: groups of command buttons, one of them unfolded at a time.
 #pragma once
 
+#include "common/window_keys.h"
+
 #include <QScrollArea>
 
 class QAction;
@@ -10,7 +12,7 @@ class QToolButton;
 namespace tradewick
 {
 
-class SideBar : public QScrollArea
+class SideBar : public QScrollArea, public TakesKeys
 {
     Q_OBJECT
 
@@ -23,6 +25,11 @@ public:
     // Marks the button of that name: what it opens is open, or is not any more.
     void markOpen(const QString &name, bool open);
 
+    QVector<KeyText> keys() const override
+    {
+        return {{QStringLiteral("↑ / ↓"), QStringLiteral("上一个、下一个功能")},
+                {QStringLiteral("Enter"), QStringLiteral("打开功能，或展开一组功能")}};
+    }
     QSize sizeHint() const override;
 
 protected:

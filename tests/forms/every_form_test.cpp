@@ -286,7 +286,7 @@ TEST_P(EveryForm, ARecordThatWaitsWaitsByItself)
     if (spec.dateFilter.statement) {
         auto *picker = drive.find<QDateEdit>(spec.dateFilter.name);
         picker->setDate(QDate(2026, 1, 1));
-        EXPECT_EQ(picker->date(), QDate::currentDate());
+        EXPECT_EQ(picker->text(), "不限");
     }
     EXPECT_EQ(form->records().RecordCount(), 3);
     dialogs.shown.clear();
