@@ -224,7 +224,25 @@ void Layout::close(int fromLevel)
 {
     m_openGroups = fromLevel - 1; // no heads over a total that stands on a page of its own
     for (int level = static_cast<int>(m_footers.size()); level >= fromLevel; --level)
-        place(m_footers[level - 1], 0);
+        place(m_footers[level - 1], totalsBehind(level, fromLevel));
+}
+
+// How much room the totals of outer groups take that end with that of a level: they go where it goes, so that none
+// stands on a page without a row. 0 where one page does not hold them all.
+int Layout::totalsBehind(int level, int fromLevel)
+{
+    int room = 0;
+    for (int outer = level - 1, height = 0; outer >= fromLevel; --outer) {
+        prepare(m_footers[outer - 1]);
+        if (m_height > 0)
+            room = height + m_reach;
+        height += m_height;
+    }
+    prepare(m_footers[level - 1]);
+    int together = m_top + m_pageHeader.height() + m_lastRow.height + m_height + room;
+    for (const Band &header : std::as_const(m_headers))
+        together += header.height();
+    return together <= footerTop() ? room : 0;
 }
 
 // Puts a band below the last one, on a new page when it does not fit together with what stands `behind` high below it.
@@ -238,7 +256,7 @@ void Layout::place(const Band &band, int behind)
     const bool divides = !m_growth.isEmpty() && m_height > page;
     // one that fills a page and more may as well begin here, where there is some room
     if (!m_empty && !fits() && !(divides && footerTop() - m_y > page / 3)) {
-        breakBefore(band);
+        breakBefore(band, behind);
         prepare(band);
     }
     // Heads go where their first row goes, but no page is left with nothing else.
@@ -257,11 +275,11 @@ void Layout::place(const Band &band, int behind)
 }
 
 // Goes on to a new page for the band that was prepared. A total takes the last row with it, under the heads of its
-// columns, where both fit there.
-void Layout::breakBefore(const Band &band)
+// columns, where both fit there with what stands `behind` high below it.
+void Layout::breakBefore(const Band &band, int behind)
 {
     const int need = m_height;
-    int together = m_lastRow.height + need;
+    int together = m_lastRow.height + need + behind;
     for (const Band &header : std::as_const(m_headers))
         together += header.height();
     const bool takesRow = band.section->kind == SectionKind::GroupFooter && m_lastRow.items >= 0 &&
