@@ -392,16 +392,21 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
     return {};
 }
 
-bool Layout::isShown(const ReportObject &object, const QString &text) const
+bool Layout::takesRoom(const ReportObject &object, const QString &text) const
 {
     if (!object.visible)
         return false;
-    const bool isText = object.kind == ObjectKind::Label || object.kind == ObjectKind::Field;
-    if (m_context->paper.dataOnly)
-        return isText && (object.pageTotal || (!text.isEmpty() && text != object.text));
-    if (isText)
+    if (object.kind == ObjectKind::Label || object.kind == ObjectKind::Field)
         return !text.isEmpty() || object.pageTotal || object.backColor != 0xffffffff;
     return object.kind != ObjectKind::Image || m_page->images.contains(object.name);
+}
+
+bool Layout::isShown(const ReportObject &object, const QString &text) const
+{
+    if (!m_context->paper.dataOnly || !takesRoom(object, text))
+        return takesRoom(object, text);
+    const bool isText = object.kind == ObjectKind::Label || object.kind == ObjectKind::Field;
+    return isText && (object.pageTotal || (!text.isEmpty() && text != object.text));
 }
 
 // Works out what a band shows for the row at hand, and how high it is with that.
@@ -426,7 +431,8 @@ void Layout::prepare(const Band &band)
     const bool grows = band.section->canGrow && !isPreprinted && m_context->report->overlay != Overlay::Always;
     for (int at = 0; at < objects.size(); ++at) {
         const ReportObject &object = objects[at];
-        if (!isShown(object, m_contents[at].text))
+        // also what a preprinted form has already, so that its pages end where those of the full print do
+        if (!takesRoom(object, m_contents[at].text))
             continue;
         m_reach = qMax(m_reach, qMax(object.y1, object.y2));
         if (object.kind > ObjectKind::Field || m_contents[at].text.isEmpty())

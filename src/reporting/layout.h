@@ -123,6 +123,7 @@ private:
     void prepare(const Band &band);
     void put(const Band &band, int y);
     FormattedBand::Content contentOf(const Band &band, int object) const;
+    bool takesRoom(const ReportObject &object, const QString &text) const;
     bool isShown(const ReportObject &object, const QString &text) const;
     void setMargins();
     void startPage(int need);
