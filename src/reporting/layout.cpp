@@ -352,7 +352,9 @@ void Layout::startPage(int need)
 
 void Layout::finishPage()
 {
-    if (m_lastBand == &m_detail && m_context->closing) {
+    const bool innerTotal =
+        m_lastBand && m_lastBand->section->kind == SectionKind::GroupFooter && m_lastBand->section->level > 1;
+    if ((m_lastBand == &m_detail || innerTotal) && m_context->closing) {
         const ReportObject &line = *m_context->closing;
         const int left = m_context->report->leftMargin + m_context->paper.shift;
         m_page->append({&line, SectionKind::Detail, left + line.x1, m_y, left + line.x2, m_y}, {}, false);
