@@ -1,6 +1,5 @@
 #include "reporting/layout.h"
 
-#include "data/data_error.h"
 #include "reporting/band_parts.h"
 #include "reporting/printed_text.h"
 
@@ -26,42 +25,9 @@ void warnOnce(const QString &report, const QString &field)
     }
 }
 
-constexpr int noSuchColumn = 3265;
 constexpr int leastMargin = 238; // 4.2 mm, what office printers leave white
 
 } // namespace
-
-QString FormattedBand::text(const QString &name) const
-{
-    for (qsizetype at = 0; at < section.objects.size(); ++at)
-        if (section.objects[at].name == name)
-            return m_layout.m_contents[at].text;
-    return {};
-}
-
-void FormattedBand::setText(const QString &name, const QString &text)
-{
-    for (qsizetype at = 0; at < section.objects.size(); ++at)
-        if (section.objects[at].name == name)
-            m_layout.m_contents[at] = {text};
-}
-
-QVariant FormattedBand::value(const QString &column) const
-{
-    if (!m_layout.m_rule.columns.contains(column, Qt::CaseInsensitive))
-        throw DataError(noSuchColumn,
-                        QStringLiteral("报表%1没有声明读取列%2").arg(m_layout.m_context->report->name, column));
-    return m_layout.m_row.value(m_layout.columnOf(column));
-}
-
-void FormattedBand::setPicture(const QString &name, const QString &path)
-{
-    const QImage picture = path.isEmpty() ? QImage() : QImage(path);
-    if (picture.isNull())
-        m_layout.m_page->images.remove(name);
-    else
-        m_layout.m_page->images[name] = picture;
-}
 
 // Neumaier's summation: sums of thousands of amounts stay those of the decimal figures.
 void Layout::Total::add(const QVariant &value)
@@ -258,7 +224,25 @@ void Layout::close(int fromLevel)
 {
     m_openGroups = fromLevel - 1; // no heads over a total that stands on a page of its own
     for (int level = static_cast<int>(m_footers.size()); level >= fromLevel; --level)
-        place(m_footers[level - 1], 0);
+        place(m_footers[level - 1], totalsBehind(level, fromLevel));
+}
+
+// How much room the totals of outer groups take that end with that of a level: they go where it goes, so that none
+// stands on a page without a row. 0 where one page does not hold them all.
+int Layout::totalsBehind(int level, int fromLevel)
+{
+    int room = 0;
+    for (int outer = level - 1, height = 0; outer >= fromLevel; --outer) {
+        prepare(m_footers[outer - 1]);
+        if (m_height > 0)
+            room = height + m_reach;
+        height += m_height;
+    }
+    prepare(m_footers[level - 1]);
+    int together = m_top + m_pageHeader.height() + m_lastRow.height + m_height + room;
+    for (const Band &header : std::as_const(m_headers))
+        together += header.height();
+    return together <= footerTop() ? room : 0;
 }
 
 // Puts a band below the last one, on a new page when it does not fit together with what stands `behind` high below it.
@@ -272,7 +256,7 @@ void Layout::place(const Band &band, int behind)
     const bool divides = !m_growth.isEmpty() && m_height > page;
     // one that fills a page and more may as well begin here, where there is some room
     if (!m_empty && !fits() && !(divides && footerTop() - m_y > page / 3)) {
-        breakBefore(band);
+        breakBefore(band, behind);
         prepare(band);
     }
     // Heads go where their first row goes, but no page is left with nothing else.
@@ -291,11 +275,11 @@ void Layout::place(const Band &band, int behind)
 }
 
 // Goes on to a new page for the band that was prepared. A total takes the last row with it, under the heads of its
-// columns, where both fit there.
-void Layout::breakBefore(const Band &band)
+// columns, where both fit there with what stands `behind` high below it.
+void Layout::breakBefore(const Band &band, int behind)
 {
     const int need = m_height;
-    int together = m_lastRow.height + need;
+    int together = m_lastRow.height + need + behind;
     for (const Band &header : std::as_const(m_headers))
         together += header.height();
     const bool takesRow = band.section->kind == SectionKind::GroupFooter && m_lastRow.items >= 0 &&
@@ -368,7 +352,9 @@ void Layout::startPage(int need)
 
 void Layout::finishPage()
 {
-    if (m_lastBand == &m_detail && m_context->closing) {
+    const bool innerTotal =
+        m_lastBand && m_lastBand->section->kind == SectionKind::GroupFooter && m_lastBand->section->level > 1;
+    if ((m_lastBand == &m_detail || innerTotal) && m_context->closing) {
         const ReportObject &line = *m_context->closing;
         const int left = m_context->report->leftMargin + m_context->paper.shift;
         m_page->append({&line, SectionKind::Detail, left + line.x1, m_y, left + line.x2, m_y}, {}, false);
@@ -408,16 +394,21 @@ FormattedBand::Content Layout::contentOf(const Band &band, int object) const
     return {};
 }
 
-bool Layout::isShown(const ReportObject &object, const QString &text) const
+bool Layout::takesRoom(const ReportObject &object, const QString &text) const
 {
     if (!object.visible)
         return false;
-    const bool isText = object.kind == ObjectKind::Label || object.kind == ObjectKind::Field;
-    if (m_context->paper.dataOnly)
-        return isText && (object.pageTotal || (!text.isEmpty() && text != object.text));
-    if (isText)
+    if (object.kind == ObjectKind::Label || object.kind == ObjectKind::Field)
         return !text.isEmpty() || object.pageTotal || object.backColor != 0xffffffff;
     return object.kind != ObjectKind::Image || m_page->images.contains(object.name);
+}
+
+bool Layout::isShown(const ReportObject &object, const QString &text) const
+{
+    if (!m_context->paper.dataOnly || !takesRoom(object, text))
+        return takesRoom(object, text);
+    const bool isText = object.kind == ObjectKind::Label || object.kind == ObjectKind::Field;
+    return isText && (object.pageTotal || (!text.isEmpty() && text != object.text));
 }
 
 // Works out what a band shows for the row at hand, and how high it is with that.
@@ -442,7 +433,8 @@ void Layout::prepare(const Band &band)
     const bool grows = band.section->canGrow && !isPreprinted && m_context->report->overlay != Overlay::Always;
     for (int at = 0; at < objects.size(); ++at) {
         const ReportObject &object = objects[at];
-        if (!isShown(object, m_contents[at].text))
+        // also what a preprinted form has already, so that its pages end where those of the full print do
+        if (!takesRoom(object, m_contents[at].text))
             continue;
         m_reach = qMax(m_reach, qMax(object.y1, object.y2));
         if (object.kind > ObjectKind::Field || m_contents[at].text.isEmpty())

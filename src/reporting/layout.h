@@ -115,13 +115,15 @@ private:
     void step();
     void open(int fromLevel);
     void close(int fromLevel);
+    int totalsBehind(int level, int fromLevel);
     int changedLevel() const;
     void place(const Band &band, int behind);
-    void breakBefore(const Band &band);
+    void breakBefore(const Band &band, int behind);
     void placeDivided(const Band &band);
     void prepare(const Band &band);
     void put(const Band &band, int y);
     FormattedBand::Content contentOf(const Band &band, int object) const;
+    bool takesRoom(const ReportObject &object, const QString &text) const;
     bool isShown(const ReportObject &object, const QString &text) const;
     void setMargins();
     void startPage(int need);

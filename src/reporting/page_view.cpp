@@ -241,20 +241,22 @@ void PageView::paintEvent(QPaintEvent *event)
         painter.save();
         painter.setClipRect(rect);
         painter.translate(rect.topLeft());
-        markFound(painter, page);
         paintPage(painter, *m_pages[page], pixelsPerTwip());
+        markFound(painter, page);
         markOverflows(painter, page);
         painter.restore();
     }
 }
 
-// Marks below the texts where the sought text stands, the place found last more strongly.
+// Marks where the sought text stands, the place found last more strongly.
 void PageView::markFound(QPainter &painter, int page) const
 {
     if (m_sought.isEmpty())
         return;
     const Page &of = *m_pages[page];
     painter.save();
+    // over coloured cells, too, and what is black stays so
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply);
     const double scale = pixelsPerTwip() * of.context->paper.scale;
     painter.scale(scale, scale);
     for (qsizetype at = 0; at < of.items.size(); ++at) {

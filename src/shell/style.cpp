@@ -21,7 +21,7 @@ QToolBar QLabel { padding: 0 10px; }
 QToolBar QToolButton, #Band8 QToolButton { padding: 4px 8px; border: 1px solid transparent; border-radius: 4px; }
 QToolBar QToolButton:hover, #Band8 QToolButton:hover { background: palette(midlight); }
 QToolBar QToolButton:focus, #Band8 QToolButton:focus { border-color: palette(highlight); }
-QToolBar QToolButton:pressed, #Band8 QToolButton:pressed { background: palette(mid); }
+QToolBar QToolButton:pressed, QToolBar QToolButton:checked, #Band8 QToolButton:pressed { background: palette(mid); }
 #Band8, #sideBarContent { background: palette(base); }
 #Band8 QToolButton:disabled { color: palette(mid); }
 #Band8 QToolButton[open="true"] { background: palette(window); border-left: 3px solid palette(highlight); font-weight: bold; }
