@@ -99,6 +99,17 @@ TEST_F(VerificationForms, NumbersIssuedAndReturnedCountInEveryLotThatHoldsThem)
     EXPECT_EQ(counters(), after);
 }
 
+TEST_F(VerificationForms, NumbersWithLettersCountByTheDigitsThatTheyBeginWith)
+{
+    lot("ABC00009X", "ABC00019X");
+    lot("ABCDEFGHI", "ABC00011X");
+    lot("ABC000010", "ABC000020");
+    issue("ABC000010", "ABC000012");
+    run(Returns, "Cmdadd", {{"Text1(4)", "ABC00011X"}}, "CmdOK");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
+    EXPECT_EQ(counters(), (QStringList{"11 3 8 1", "11 3 8 1", "12 2 10 1"}));
+}
+
 TEST_F(VerificationForms, TellsWhatIsWrongWithANumberAndGoesWhereItIsMended)
 {
     issue("ABC000150", "ABC000160");
