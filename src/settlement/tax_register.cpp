@@ -51,8 +51,11 @@ PickSpec invoicePick()
               .copies = {{"jianshu", "jianshu"}},
               .also =
                   [](RecordForm &form, const Row *first) {
-                      if (first) // a text, in which a number keeps the place of its sign
-                          form.records().Fields("hx_zjje").setValue(u' ' + numberText((*first)["zje"].toDouble()));
+                      if (!first)
+                          return;
+                      const double sum =
+                          (*first)["zje"].toDouble(); // a text, in which a number has the place of its sign
+                      form.records().Fields("hx_zjje").setValue((sum < 0 ? "" : " ") + numberText(sum));
                   }},
              {.statement = taxedGoods, .insert = insertGoods}}};
 }
@@ -112,6 +115,7 @@ LinesSpec goods()
                    .page = 1,
                    .above = "Text1(40)",
                    .whileAdding = false}},
+        .followsChoices = true,
     };
 }
 
