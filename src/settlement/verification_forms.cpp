@@ -292,6 +292,9 @@ RecordFormSpec returns()
                          if (!totals)
                              one.records().Fields("jianshu").setValue(0.0);
                      }}}}};
+    form.onAdd = [](RecordForm &one) { // beside a return without any (Null) no invoice would be offered again
+        one.records().Fields("fpbh").setValue(QStringLiteral(""));
+    };
     form.onNew = countReturned;
     return form;
 }

@@ -223,7 +223,7 @@ TEST_F(VerificationForms, AReturnTakesOverItsInvoiceWhichIsOfferedNoMore)
                             "insert into yy_mxb_b(fpbh,jianshu,je) values('F1',10,1000.5)",
                             "insert into yy_mxb_b(fpbh,jianshu) values('F1',3)"})
         database.connection().Execute(row);
-    run(Issues, "Cmdadd", {}, "CmdOK"); // any OK reads what is offered anew
+    run(Returns, "Cmdadd", {}, "CmdOK"); // any OK reads what is offered anew, that of a void form as well
     const FormDriver drive = on(Returns);
     drive.click("Cmdadd");
     drive.type("Text1(7)", "5");
@@ -233,7 +233,8 @@ TEST_F(VerificationForms, AReturnTakesOverItsInvoiceWhichIsOfferedNoMore)
     drive.click("CmdOK");
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
     const Row row = database.connection()
-                        .rows("select hxdh,htbh,gsmc,bizh,zyqx,bgdh,cpmc,b_zdw,jianshu,hxje from cy_hxd_gsly")
+                        .rows("select hxdh,htbh,gsmc,bizh,zyqx,bgdh,cpmc,b_zdw,jianshu,hxje from cy_hxd_gsly where "
+                              "hxdh<>''")
                         .first();
     QString stored;
     for (const QVariant &value : row.values())
@@ -242,6 +243,10 @@ TEST_F(VerificationForms, AReturnTakesOverItsInvoiceWhichIsOfferedNoMore)
     const auto *invoices = drive.find<QComboBox>("Combo1(2)");
     EXPECT_EQ(invoices->findText("F1"), -1);
     EXPECT_GE(invoices->findText("F2"), 0);
+    drive.click("Cmdedit");
+    drive.type("Combo1(2)", "");
+    drive.click("CmdOK");
+    EXPECT_GE(invoices->findText("F1"), 0);
 }
 
 } // namespace tradewick
