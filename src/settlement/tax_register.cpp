@@ -256,7 +256,7 @@ RecordFormSpec YY_SsPj_DJB()
         .listName = "TDBGrid2",
         .buttons = {{"Fp_Rpt", "商业发票", "Ctrl+P", print("税收票据商业发票")},
                     {"Bgd_rpt", "报关单", "Ctrl+Shift+P", print("税收票据报关单")}},
-        .defaults = {today("djrq")},
+        .defaults = {today("djrq"), {"fpbh", ""}}, // beside a record without any (Null) no invoice would be offered
         .required = {{"Text1(0)", "所有名称不能为空"}},
         .picks = {invoicePick()},
         .lines = goods(),

@@ -275,7 +275,7 @@ RecordFormSpec returns()
     form.list = {{"hXDH", "核销单号"}, {"fpbh", "发票编号"}, {"htbh", "外销合同"},
                  {"djrq", "核销日期"}, {"GSMC", "公司名称"}, {"ldy", "核销员"}};
     form.listName = "TDBGrid2";
-    form.defaults = {today("djrq")};
+    form.defaults = {today("djrq"), {"fpbh", ""}}; // beside a return without any (Null) no invoice would be offered
     form.picks = {{"Combo1(2)",
                    {{.statement = invoice,
                      .copies = {{"htbh", "htbh"},
@@ -292,9 +292,6 @@ RecordFormSpec returns()
                          if (!totals)
                              one.records().Fields("jianshu").setValue(0.0);
                      }}}}};
-    form.onAdd = [](RecordForm &one) { // beside a return without any (Null) no invoice would be offered again
-        one.records().Fields("fpbh").setValue(QStringLiteral(""));
-    };
     form.onNew = countReturned;
     return form;
 }

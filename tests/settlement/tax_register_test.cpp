@@ -113,6 +113,10 @@ TEST_F(TaxRegister, TotalsAreThoseOfTheLinesBeforeTheSave)
     drive.click("cmdxq");
     drive.click("Cmddelete");
     EXPECT_EQ(drive.text("FP_id") + rows("select cpmc from yy_ssdj_b"), "F1of none");
+    drive.click("Cmdadd"); // without an invoice, which leaves the others offered
+    drive.type("Text1(0)", "V1");
+    drive.click("CmdOK");
+    EXPECT_EQ(drive.find<QComboBox>("Combo1(0)")->itemText(0), "F2");
 }
 
 TEST_F(TaxRegister, ASearchNarrowsUntilAnotherOne)
