@@ -93,6 +93,7 @@ TEST_F(VerificationForms, NumbersIssuedAndReturnedCountInEveryLotThatHoldsThem)
     // Neither editing nor deleting moves a counter.
     on(Issues).click("cmdqd");
     run(Issues, "Cmdedit", {{"Text1(16)", "ABC000165"}}, "CmdOK");
+    run(Lots, "Cmdedit", {{"Text1(2)", on(Lots).text("Text1(2)")}}, "CmdOK");
     run(Returns, "Cmdedit", {{"Text1(4)", "ABC000188"}}, "CmdOK");
     EXPECT_EQ(counters(), after);
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
