@@ -15,7 +15,7 @@ const { CaseChangingStream } = require(`${grammar}/models/CaseChangingStream`);
 const bin = 'build/release/bin';
 
 // Functions that the grammar takes for any name; what is not here is not the server's.
-const functions = new Set(['left', 'right', 'year', 'month', 'isnull', 'object_id']);
+const functions = new Set(['left', 'right', 'year', 'month', 'isnull', 'object_id', 'patindex']);
 
 const broken = [
   "select * from sys_gksz order gkbh",

@@ -92,6 +92,8 @@ QVariant RecordForm::filled(const Preset &preset)
 {
     if (preset.daysFromToday)
         return dateText(QDate::currentDate().addDays(*preset.daysFromToday));
+    if (preset.text.isEmpty())
+        return QStringLiteral(""); // which is no Null
     QString whole;
     for (qsizetype at = 0; at < preset.text.size();) {
         const qsizetype close = preset.text[at] == u'{' ? preset.text.indexOf(u'}', at) : -1;

@@ -88,7 +88,7 @@ struct PageSpec {
 };
 
 // A value that a new record or line begins with: a text in which {name} stands for the text of a control, blanks around
-// it cut, and {#} for the number of lines; or a date.
+// it cut, and {#} for the number of lines; or a date. An empty text is stored as such, not as Null.
 struct Preset {
     QString column;
     QString text{};

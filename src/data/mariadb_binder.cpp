@@ -26,6 +26,13 @@ protected:
         }
     }
 
+    // An update in a strict session ends at the first text that is no number.
+    void compare(int, const Operand &left, const Operand &right) override
+    {
+        if (left.kind == ColumnKind::Text && isNumberValue(right))
+            wrap(left, "concat('0',regexp_substr(", ",'^[0-9]*[.]?[0-9]*'))");
+    }
+
     // No collation of that server has Chinese by pinyin: rows that texts order are ordered when they are here. What
     // they are ordered by comes along in hidden columns behind the others where it is not among them.
     void finish() override

@@ -277,6 +277,20 @@ void StatementBinder::comparison(int at)
     compare(at, left, right);
 }
 
+void StatementBinder::compare(int, const Operand &left, const Operand &right)
+{
+    if (left.kind != ColumnKind::Text || !isNumberValue(right))
+        return;
+    QString text;
+    for (int i = left.first; i <= left.last; ++i) {
+        const SqlToken::Kind kind = m_tokens[i].kind;
+        if (kind == SqlToken::Text || kind == SqlToken::Placeholder || kind == SqlToken::Bracketed)
+            return;
+        text += m_tokens[i].text;
+    }
+    wrap(left, "cast('0'+left(", ",patindex('%[^0-9]%'," + text + "+'x')-1) as float)");
+}
+
 void StatementBinder::like(int, const Operand &, const Operand &right)
 {
     m_after[right.last] += QStringLiteral(" escape '") + likeEscape + u'\'';

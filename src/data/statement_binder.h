@@ -35,8 +35,9 @@ protected:
     // when the tables are known.
     virtual void dropWords() {}
     virtual void rewriteWords() {}
-    // At a comparison, like or in; an item of distinct, order by or group by; when all is said.
-    virtual void compare(int /*at*/, const Operand & /*left*/, const Operand & /*right*/) {}
+    // At a comparison, like or in; an item of distinct, order by or group by; when all is said. A text that is compared
+    // with a number counts as the digits it begins with on every engine: one row without any refuses no statement.
+    virtual void compare(int at, const Operand &left, const Operand &right);
     virtual void like(int at, const Operand &left, const Operand &right);
     virtual void membership(int /*at*/) {}
     virtual void collateItem(int /*at*/, bool /*inSelect*/) {}

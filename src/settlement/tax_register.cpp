@@ -51,8 +51,11 @@ PickSpec invoicePick()
               .copies = {{"jianshu", "jianshu"}},
               .also =
                   [](RecordForm &form, const Row *first) {
-                      if (first) // a text, in which a number keeps the place of its sign
-                          form.records().Fields("hx_zjje").setValue(u' ' + numberText((*first)["zje"].toDouble()));
+                      if (!first)
+                          return;
+                      const double sum =
+                          (*first)["zje"].toDouble(); // a text, in which a number has the place of its sign
+                      form.records().Fields("hx_zjje").setValue((sum < 0 ? "" : " ") + numberText(sum));
                   }},
              {.statement = taxedGoods, .insert = insertGoods}}};
 }
@@ -110,6 +113,7 @@ LinesSpec goods()
                    .page = 1,
                    .above = "Text1(40)",
                    .whileAdding = false}},
+        .followsChoices = true,
     };
 }
 
@@ -250,7 +254,7 @@ RecordFormSpec YY_SsPj_DJB()
         .listName = "TDBGrid2",
         .buttons = {{"Fp_Rpt", "商业发票", "Ctrl+P", print("税收票据商业发票")},
                     {"Bgd_rpt", "报关单", "Ctrl+Shift+P", print("税收票据报关单")}},
-        .defaults = {today("djrq")},
+        .defaults = {today("djrq"), {"fpbh", ""}}, // beside a record without any (Null) no invoice would be offered
         .required = {{"Text1(0)", "所有名称不能为空"}},
         .picks = {invoicePick()},
         .lines = goods(),

@@ -126,6 +126,18 @@ void writeCount(RecordForm &form, const QString &start, const QString &end, cons
             records.Fields(column).setValue(double(forms));
 }
 
+// An Edit that merely passes the numbers of a lot leaves it what was not issued yet.
+bool isRangeTyped(RecordForm &form)
+{
+    const Recordset &lots = form.records();
+    const int row = lots.absolutePosition();
+    const auto isTyped = [&](const char *column) {
+        const int at = lots.columnIndex(column);
+        return lots.storedValueAt(row, at).toString() != lots.valueAt(row, at).toString();
+    };
+    return form.isAdding() || lots.isNew(row) || isTyped("start") || isTyped("endh");
+}
+
 bool left(RecordForm &form, const QString &field)
 {
     if (!field.startsWith("Text1("))
@@ -145,7 +157,7 @@ bool left(RecordForm &form, const QString &field)
     }
     if (refusal || !isAsked)
         return false;
-    if (field == lotEnd && form.isBusy())
+    if (field == lotEnd && form.isBusy() && isRangeTyped(form))
         writeCount(form, lotStart, lotEnd, {"gl_fenshu", "sy_fenshu"});
     // Of the range that is shown there, whatever field was left, on whatever tab.
     writeCount(form.beside(Issues), issueStart, issueEnd, {"ly_fenshu"});
@@ -275,7 +287,7 @@ RecordFormSpec returns()
     form.list = {{"hXDH", "核销单号"}, {"fpbh", "发票编号"}, {"htbh", "外销合同"},
                  {"djrq", "核销日期"}, {"GSMC", "公司名称"}, {"ldy", "核销员"}};
     form.listName = "TDBGrid2";
-    form.defaults = {today("djrq")};
+    form.defaults = {today("djrq"), {"fpbh", ""}}; // beside a return without any (Null) no invoice would be offered
     form.picks = {{"Combo1(2)",
                    {{.statement = invoice,
                      .copies = {{"htbh", "htbh"},

@@ -19,8 +19,8 @@ protected:
     QStringList content()
     {
         QStringList rows;
-        // Passing these writes them anew: a number that came back is told and emptied, ranges are counted.
-        const QStringList rewritten = spec.onLeft ? QStringList{"hxdh", "sy_fenshu"} : QStringList();
+        // A number that came back is told when it is passed, and emptied.
+        const QStringList rewritten = spec.onLeft ? QStringList{"hxdh"} : QStringList();
         for (const char *statement : {spec.statement, spec.lines.statement}) {
             if (!statement)
                 continue;

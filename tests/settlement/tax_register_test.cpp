@@ -53,7 +53,7 @@ TEST_F(TaxRegister, TotalsAreThoseOfTheLinesBeforeTheSave)
               "yy_mxb_h(fpbh) values('F3')", "yy_ssdj_b(fpbh,cpmc) values('','of none')",
               "yy_mxb_b(fpbh,xh,cpmc,dj,sl,je,zzs,zsl,jianshu) values('F1',1,'A',5,100,500,17,13,4)",
               "yy_mxb_b(fpbh,xh,cpmc,je) values('F1',2,'B',0.003)",
-              "yy_mxb_b(fpbh,dj,je,zzs,zsl) values('F2',1,250.5,17,13)"});
+              "yy_mxb_b(fpbh,dj,je,zzs,zsl) values('F2',1,-250.5,17,13)"});
     const auto add = [&](const QString &invoice) {
         drive.click("Cmdadd");
         drive.choose("Combo1(0)", invoice);
@@ -67,7 +67,7 @@ TEST_F(TaxRegister, TotalsAreThoseOfTheLinesBeforeTheSave)
         drive.click("CmdOK");
     }
     EXPECT_EQ(rows("select dj,je,suie,sjje from yy_ssdj_b where fpbh='F2'"), "0|0|0|0");
-    EXPECT_EQ(rows("select hx_zjje from yy_ssdj_h order by fpbh") + totals("F3"), " 250.5|--|-|-|-");
+    EXPECT_EQ(rows("select hx_zjje from yy_ssdj_h order by fpbh") + totals("F3"), "-250.5|--|-|-|-");
     add("F1");
     EXPECT_TRUE(invoice->isEditing() && !certificate->isEditing());
     drive.click("CmdOK");
@@ -107,12 +107,22 @@ TEST_F(TaxRegister, TotalsAreThoseOfTheLinesBeforeTheSave)
     drive.type("Combo1(0)", "");
     drive.click("Cmdcancel");
     EXPECT_EQ(rows("select cpmc from yy_ssdj_b where fpbh<>'F2'"), "of none");
+    for (const char *button : {"cmdqd", "cmdnext", "Cmdadd", "Cmdcancel"}) // back where Add began
+        drive.click(button);
+    EXPECT_EQ(drive.text("FP_id"), "F3");
+    drive.click("cmdxq");
+    drive.click("Cmddelete");
+    EXPECT_EQ(drive.text("FP_id") + rows("select cpmc from yy_ssdj_b"), "F1of none");
+    drive.click("Cmdadd"); // without an invoice, which leaves the others offered
+    drive.type("Text1(0)", "V1");
+    drive.click("CmdOK");
+    EXPECT_EQ(drive.find<QComboBox>("Combo1(0)")->itemText(0), "F2");
 }
 
 TEST_F(TaxRegister, ASearchNarrowsUntilAnotherOne)
 {
-    const FormDriver drive = open({"yy_ssdj_h(fpbh,hxdh) values('A1','H1')", "yy_ssdj_h(fpbh,hxdh) values('A2','H2')",
-                                   "yy_ssdj_h(fpbh,hxdh) values('B1','H2')"});
+    const FormDriver drive = open({"yy_ssdj_h(fpbh,hxdh,sj_zclx) values('A1','H1','X')",
+                                   "yy_ssdj_h(fpbh,hxdh) values('A2','H2')", "yy_ssdj_h(fpbh,hxdh) values('B1','H2')"});
     const struct {
         const char *box, *typed, *last, *form;
         int records;
@@ -127,6 +137,11 @@ TEST_F(TaxRegister, ASearchNarrowsUntilAnotherOne)
         EXPECT_EQ(form->records().RecordCount(), step.records) << step.box << step.typed;
         EXPECT_EQ(drive.text("Combo5"), step.form) << step.box << step.typed;
     }
+    drive.click("Cmdedit"); // a choice reads the lines anew
+    database.elsewhere("insert into yy_ssdj_b(fpbh) values('B1')");
+    QTest::keyClick(form.get(), Qt::Key_2, Qt::AltModifier);
+    drive.choose("Combo1(1)", "X");
+    EXPECT_EQ(form->lines().RecordCount(), 1);
 }
 
 TEST_F(TaxRegister, EachButtonPrintsItsPaperOfTheInvoice)

@@ -72,11 +72,12 @@ TEST_F(VerificationForms, NumbersIssuedAndReturnedCountInEveryLotThatHoldsThem)
     EXPECT_EQ(counters(), QStringList{"100 0 100 0"});
     issue("ABC000150", "ABC000160");
     EXPECT_EQ(counters(), QStringList{"100 11 89 0"});
+    EXPECT_EQ(on(Lots).text("T_Sy"), "89");
     run(Returns, "Cmdadd", {{"Text1(4)", "ABC000155"}}, "CmdOK");
     EXPECT_EQ(counters(), QStringList{"100 11 89 1"});
-    // Over two series nothing counts, neither in a lot nor in a range issued.
-    lot("ABC000900", "ABD000100");
-    issue("XBC000195", "XBD000003");
+    // Over two series nothing counts, neither in a lot, whichever of them a number is of, nor in a range issued.
+    lot("ABC000900", "ABD000999");
+    issue("XBC000195", "XBD000203");
     EXPECT_EQ(counters(), (QStringList{"100 11 89 1", "0 0 0 0"}));
     EXPECT_EQ(on(Issues).text("Text1(18)"), "");
     // An issue over the end of one lot into another, and back into the first; numbers that no lot holds.
@@ -84,19 +85,33 @@ TEST_F(VerificationForms, NumbersIssuedAndReturnedCountInEveryLotThatHoldsThem)
     issue("ABC000197", "ABC000202");
     EXPECT_EQ(counters(), (QStringList{"100 14 86 1", "53 5 48 0", "0 0 0 0"}));
     issue("ABC000998", "ABC000999");
-    run(Returns, "Cmdadd", {{"Text1(4)", "ABC000199"}}, "CmdOK");
-    run(Returns, "Cmdadd", {{"Text1(4)", "XYZ000155"}}, "CmdOK");
+    issue("ABD000998", "ABD000999");
+    for (const char *number : {"ABC000199", "ABC000099", "ABC000998", "ABD000998", "XYZ000155"})
+        run(Returns, "Cmdadd", {{"Text1(4)", number}}, "CmdOK");
     const QStringList after{"100 14 86 2", "53 5 48 1", "0 0 0 0"};
     EXPECT_EQ(counters(), after);
     // Neither editing nor deleting moves a counter.
-    run(Issues, "Cmdedit", {{"Text1(16)", "ABC001005"}}, "CmdOK");
+    on(Issues).click("cmdqd");
+    run(Issues, "Cmdedit", {{"Text1(16)", "ABC000165"}}, "CmdOK");
+    run(Lots, "Cmdedit", {{"Text1(2)", on(Lots).text("Text1(2)")}}, "CmdOK");
     run(Returns, "Cmdedit", {{"Text1(4)", "ABC000188"}}, "CmdOK");
     EXPECT_EQ(counters(), after);
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
     on(Issues).click("Cmddelete");
     on(Returns).click("Cmddelete");
-    EXPECT_EQ(database.count("cy_hxd_gshs") * 10 + database.count("cy_hxd_gsly"), 32);
+    EXPECT_EQ(database.count("cy_hxd_gshs") * 10 + database.count("cy_hxd_gsly"), 45);
     EXPECT_EQ(counters(), after);
+}
+
+TEST_F(VerificationForms, NumbersWithLettersCountByTheDigitsThatTheyBeginWith)
+{
+    lot("ABC00009X", "ABC00019X");
+    lot("ABCDEFGHI", "ABC00011X");
+    lot("ABC000010", "ABC000020");
+    issue("ABC000010", "ABC000012");
+    run(Returns, "Cmdadd", {{"Text1(4)", "ABC00011X"}}, "CmdOK");
+    EXPECT_EQ(dialogs.shown, QVector<Shown>());
+    EXPECT_EQ(counters(), (QStringList{"11 3 8 1", "11 3 8 1", "12 2 10 1"}));
 }
 
 TEST_F(VerificationForms, TellsWhatIsWrongWithANumberAndGoesWhereItIsMended)
@@ -209,7 +224,7 @@ TEST_F(VerificationForms, AReturnTakesOverItsInvoiceWhichIsOfferedNoMore)
                             "insert into yy_mxb_b(fpbh,jianshu,je) values('F1',10,1000.5)",
                             "insert into yy_mxb_b(fpbh,jianshu) values('F1',3)"})
         database.connection().Execute(row);
-    run(Issues, "Cmdadd", {}, "CmdOK"); // any OK reads what is offered anew
+    run(Returns, "Cmdadd", {}, "CmdOK"); // any OK reads what is offered anew, that of a void form as well
     const FormDriver drive = on(Returns);
     drive.click("Cmdadd");
     drive.type("Text1(7)", "5");
@@ -219,7 +234,8 @@ TEST_F(VerificationForms, AReturnTakesOverItsInvoiceWhichIsOfferedNoMore)
     drive.click("CmdOK");
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
     const Row row = database.connection()
-                        .rows("select hxdh,htbh,gsmc,bizh,zyqx,bgdh,cpmc,b_zdw,jianshu,hxje from cy_hxd_gsly")
+                        .rows("select hxdh,htbh,gsmc,bizh,zyqx,bgdh,cpmc,b_zdw,jianshu,hxje from cy_hxd_gsly where "
+                              "hxdh<>''")
                         .first();
     QString stored;
     for (const QVariant &value : row.values())
@@ -228,6 +244,10 @@ TEST_F(VerificationForms, AReturnTakesOverItsInvoiceWhichIsOfferedNoMore)
     const auto *invoices = drive.find<QComboBox>("Combo1(2)");
     EXPECT_EQ(invoices->findText("F1"), -1);
     EXPECT_GE(invoices->findText("F2"), 0);
+    drive.click("Cmdedit");
+    drive.type("Combo1(2)", "");
+    drive.click("CmdOK");
+    EXPECT_GE(invoices->findText("F1"), 0);
 }
 
 } // namespace tradewick

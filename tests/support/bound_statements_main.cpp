@@ -31,8 +31,11 @@ QString bound(const QString &statement)
 {
     static const QRegularExpression placeholder(R"(\{([^}]*)\})");
     Values values;
-    for (auto matches = placeholder.globalMatch(statement); matches.hasNext();)
-        values.insert(matches.next().captured(1), QStringLiteral("1"));
+    for (auto matches = placeholder.globalMatch(statement); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        const bool isNumber = match.capturedStart() > 0 && statement[match.capturedStart() - 1] == u'=';
+        values.insert(match.captured(1), isNumber ? QVariant(1) : QVariant(QStringLiteral("1")));
+    }
     return bindStatement(statement, values, Engine::SqlServer, kindsOf).text;
 }
 
