@@ -260,6 +260,16 @@ TEST(Layout, TotalsGoOnWithTheLastRowUnderTheHeads)
         EXPECT_EQ(joined(layOut(templateOf(bands.arg(of.row).arg(of.total).arg(of.total - 300).arg(of.group)),
                                 named(of.rows))),
                   of.pages);
+    // that of the outer group does not fit behind that of the inner one, which goes along
+    const auto nested = templateOf(
+        bands.arg(5000)
+            .arg(3000)
+            .arg(2700)
+            .arg("")
+            .replace("<detail", "<groupHeader level='2' height='0'/><detail")
+            .replace("</detail>", "</detail><groupFooter level='2' height='500'><label name='I' left='0' top='0' "
+                                  "width='900' height='300'>inner</label></groupFooter>"));
+    EXPECT_EQ(joined(layOut(nested, named({"a", "b", "c"}))), "cols a b b | cols c inner sum c");
 }
 
 TEST(Layout, ATableIsClosedWhereAPageEndsBehindOneOfItsRows)
@@ -281,6 +291,15 @@ TEST(Layout, ATableIsClosedWhereAPageEndsBehindOneOfItsRows)
     EXPECT_EQ(closing[0].x2, walls + 800);
     EXPECT_EQ(closing[0].y1, pages[0]->items.first().y1 + 3 * 4000);
     EXPECT_EQ(closing[0].object->weight, 3);
+    // behind the total of an inner group, too
+    const auto grouped = templateOf(
+        "<groupHeader level='1' height='0'/><groupHeader level='2' height='0' groupField='name'/><detail "
+        "height='4000'><line name='A' x1='100' y1='0' x2='100' y2='4000'/><line name='B' x1='900' y1='0' x2='900' "
+        "y2='4000'/></detail><groupFooter level='2' height='1000'><label name='S' left='0' top='0' width='900' "
+        "height='900'>sum</label></groupFooter><groupFooter level='1' height='300'/>");
+    const auto first = layOut(grouped, named({"a", "b", "c", "d"})).first()->items;
+    EXPECT_EQ(first.last().y1, first.first().y1 + 3 * 5000);
+    EXPECT_EQ(first.last().y2, first.last().y1);
 }
 
 TEST(Layout, BandsGrowForTheirTextsAndMoveWhatStandsBelow)
@@ -387,6 +406,13 @@ TEST(Layout, DataOnlyLeavesOutWhatTheFormHasAlready)
         overflowsOf(Layout(boxes, named({"one\ntwo\nthree"}), {{"L_F", "four\nfive\nsix"}}, {}, paper).all());
     ASSERT_EQ(lost.size(), 1);
     EXPECT_EQ(lost[0].object, "L_F");
+
+    // its pages end where those of the full print do, whose boxes take their room
+    const auto boxed = templateOf(
+        "<groupHeader level='1' height='0'/><detail height='5000'><field name='F' left='0' top='0' width='900' "
+        "height='240' dataField='name'/></detail><groupFooter level='1' height='0'><label name='L_F' left='0' top='0' "
+        "width='900' height='240'/><shape name='S' left='0' top='0' width='900' height='9000'/></groupFooter>");
+    EXPECT_EQ(joined(Layout(boxed, named({"a", "b"}), {{"L_F", "sum"}}, {}, paper).all()), "a b | sum");
 }
 
 TEST(Layout, PageStampsFollowTheClockAtEachPage)
