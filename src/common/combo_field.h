@@ -7,6 +7,10 @@
 namespace tradewick
 {
 
+// Of the items in the model's first column the row of the one that begins with the text, whatever its case; -1 where
+// none does, or several, or the text is empty.
+int onlyItemBeginningWith(const QAbstractItemModel &items, const QString &text);
+
 class ComboField : public QComboBox
 {
     Q_OBJECT
@@ -18,6 +22,8 @@ public:
     bool isReadOnly() const { return m_readOnly; }
     // Locked, its text can be read and copied, not changed.
     void setReadOnly(bool readOnly);
+    // Whether Enter makes the only item that begins so out of a text typed; else that text is as good as an item.
+    void setCompletes(bool completes) { m_completes = completes; }
     // Shows a text, an item or not; nobody chose it.
     void showText(const QString &text);
     // A text typed since showText or the last choice that is an item in full counts as chosen; one that was merely
@@ -44,11 +50,11 @@ protected:
 private:
     void choose(int item);
     bool isTyped() const { return m_forgotten || currentText() != m_shown; }
-    int onlyItemBeginningWith(const QString &text) const;
 
     QString m_shown;          // what was shown or chosen last
     bool m_forgotten = false; // even the same text would be another choice
     bool m_readOnly = false;
+    bool m_completes = true;
     bool m_listCloses = false; // what is told as activated comes from the list
 };
 

@@ -120,6 +120,7 @@ std::unique_ptr<FieldControl> FieldControl::make(const FieldSpec &field, const P
     case FieldKind::Combo: {
         auto *combo = new ComboField(parent);
         combo->addItems(field.type.offer.items);
+        combo->setCompletes(!field.type.offer.used);
         combo->setCurrentIndex(-1);
         control = std::make_unique<ComboControl>(combo, typed);
         break;

@@ -44,6 +44,7 @@ enum class FieldKind { Text, LongText, Date, Combo, Check, Picture };
 struct Offer {
     const char *statement = nullptr;
     QStringList items{};
+    bool used = false; // values that the records have: another one is as good, and stays as it is typed
 };
 
 struct FieldType {
@@ -62,6 +63,10 @@ inline FieldType combo(const char *statement = nullptr)
 inline FieldType combo(const QStringList &items)
 {
     return {FieldKind::Combo, {nullptr, items}};
+}
+inline FieldType used(const char *statement)
+{
+    return {FieldKind::Combo, {statement, {}, true}};
 }
 } // namespace field
 
