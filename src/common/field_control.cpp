@@ -64,12 +64,7 @@ public:
     }
     QString text() const override { return m_edit->toPlainText(); }
     void setText(const QString &text) override { m_edit->setPlainText(text); }
-    void setLocked(bool locked) override
-    {
-        m_edit->setReadOnly(locked);
-        m_edit->style()->unpolish(m_edit); // or its ground stays that of before
-        m_edit->style()->polish(m_edit);
-    }
+    void setLocked(bool locked) override { lock(*m_edit, locked); }
 
 private:
     QPlainTextEdit *m_edit;
@@ -108,6 +103,13 @@ private:
 };
 
 } // namespace
+
+void FieldControl::lock(QPlainTextEdit &edit, bool locked)
+{
+    edit.setReadOnly(locked);
+    edit.style()->unpolish(&edit); // or its ground stays that of before
+    edit.style()->polish(&edit);
+}
 
 std::unique_ptr<FieldControl> FieldControl::make(const FieldSpec &field, const PictureSpec &picture, QWidget *parent,
                                                  const Typed &typed)
