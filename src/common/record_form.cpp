@@ -213,7 +213,7 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     for (const ChoiceSpec &choice : std::as_const(m_spec.choices))
         addChoice(row, choice);
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
-        addButton(row, button, [this, &button] { button.press(*this); });
+        addButton(row, button, [this, &button] { !button.ofStored || !tellUnstored() ? button.press(*this) : void(); });
     addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { window()->close(); });
     // Behind the last field comes what ends an Add or Edit, not what would leave the record.
     QWidget *before = m_buttons["CmdOK"];

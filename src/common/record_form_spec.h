@@ -314,6 +314,7 @@ struct ButtonSpec {
     QString name, caption, shortcut;
     std::function<void(RecordForm &form)> press;
     bool whileAdding = false; // enabled in Browse and in Add, else in Browse alone
+    bool ofStored = false; // acts upon what the database has of the record shown: of one that waits it tells so alone
 };
 
 // A box beside the buttons from which the user chooses what one of them does. It takes any other text too.

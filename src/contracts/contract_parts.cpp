@@ -72,10 +72,11 @@ LineRule amountOfOnePrice()
 
 ButtonSpec printing(const QString &name, const QString &caption, const QString &document, const QString &shortcut)
 {
-    return {name, caption, shortcut, [document](RecordForm &form) {
-                if (!form.tellUnstored())
-                    printRecord(document, form.text("Text1(0)"), &form);
-            }};
+    return {.name = name,
+            .caption = caption,
+            .shortcut = shortcut,
+            .press = [document](RecordForm &form) { printRecord(document, form.text("Text1(0)"), &form); },
+            .ofStored = true};
 }
 
 } // namespace tradewick

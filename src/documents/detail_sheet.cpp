@@ -397,7 +397,8 @@ RecordFormSpec YY_DZ_MXB()
         .captions = {"前端", "向前", "向后", "后端", "添加", "删除", "编辑", "确认", "取消", "返回"},
         .choices = {{"Com_Print", "单证打印选项:", choices()}},
         // Enter goes from the choice to what prints it.
-        .buttons = {{"Cmdprint", "打印", "Ctrl+P", print}, {"Save_As", "另存", "Ctrl+Shift+S", saveAs}},
+        .buttons = {{.name = "Cmdprint", .caption = "打印", .shortcut = "Ctrl+P", .press = print, .ofStored = true},
+                    {"Save_As", "另存", "Ctrl+Shift+S", saveAs}},
         .numbering = monthly("FP", "select distinct fpbh from yy_mxb_H where year(djrq)='{year}'and "
                                    "month(djrq)='{month}' order by fpbh"),
         .defaults = {today("djrq"),

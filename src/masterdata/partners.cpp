@@ -45,7 +45,7 @@ RecordFormSpec partnerRegister(const PartnerNaming &own)
                      "登记员:", field::combo("select DISTINCT name from sys_gzry where zhwu like '%文%'")}}}},
         .pairsInRow = 2,
         .captions = {"前端", "向前", "向后", "后端", "新增", "删除", "修改", "确认", "取消", "返回"},
-        .buttons = {{"Cmdprint", "打印", "Ctrl+P", print}},
+        .buttons = {{.name = "Cmdprint", .caption = "打印", .shortcut = "Ctrl+P", .press = print, .ofStored = true}},
         .defaults = {today("djrq")},
         .picks = {{"Combo1(1)",
                    {{"select DISTINCT hl,bzcode from sys_bzsz where bizh='{text}'",

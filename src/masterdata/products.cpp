@@ -95,10 +95,14 @@ RecordFormSpec yy_cpbj()
         .list = {{"cpbh", "商品编号"}, {"cpmc", "商品名称"}},
         .buttons =
             {{.name = "CMd_LC", .caption = "另存", .shortcut = "Ctrl+Shift+S", .press = saveAs, .whileAdding = true},
-             {"Cmdprint", "打印", "Ctrl+P",
-              [](RecordForm &form) { // the whole price list, whatever product is shown
-                  printRecord("商品资料明细表", form.text("Text(0)"), &form, "没有记录，不能打印！");
-              }}},
+             {.name = "Cmdprint",
+              .caption = "打印",
+              .shortcut = "Ctrl+P",
+              .press =
+                  [](RecordForm &form) { // the whole price list, whatever product is shown
+                      printRecord("商品资料明细表", form.text("Text(0)"), &form, "没有记录，不能打印！");
+                  },
+              .ofStored = true}},
         .required = {{"Text(0)", "编号不能为空"}},
         .checks = {isNew("Text(0)", "select * from yy_bzdj where cpbh='{text}'", "商品编码，不能重复，请核对！")},
         .lines = {.statement = "select * from yy_bzdj_b where cpbh='{cpbh}'",

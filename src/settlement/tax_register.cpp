@@ -239,8 +239,12 @@ void addUp(RecordForm &form)
 
 RecordFormSpec YY_SsPj_DJB()
 {
-    const auto print = [](const char *document) {
-        return [document](RecordForm &form) { printRecord(document, form.text("FP_id"), &form); };
+    const auto print = [](const QString &name, const QString &caption, const QString &shortcut, const char *document) {
+        return ButtonSpec{.name = name,
+                          .caption = caption,
+                          .shortcut = shortcut,
+                          .press = [document](RecordForm &form) { printRecord(document, form.text("FP_id"), &form); },
+                          .ofStored = true};
     };
     return {
         .name = "YY_SsPj_DJB",
@@ -250,8 +254,8 @@ RecordFormSpec YY_SsPj_DJB()
         .pairsInRow = 2,
         .list = {{"fpbh", "销货发票号"}, {"fprq", "发票日期"}},
         .listName = "TDBGrid2",
-        .buttons = {{"Fp_Rpt", "商业发票", "Ctrl+P", print("税收票据商业发票")},
-                    {"Bgd_rpt", "报关单", "Ctrl+Shift+P", print("税收票据报关单")}},
+        .buttons = {print("Fp_Rpt", "商业发票", "Ctrl+P", "税收票据商业发票"),
+                    print("Bgd_rpt", "报关单", "Ctrl+Shift+P", "税收票据报关单")},
         .defaults = {today("djrq")},
         .required = {{"Text1(0)", "所有名称不能为空"}},
         .picks = {invoicePick()},

@@ -15,10 +15,14 @@ RecordFormSpec shippingNote(const ShippingNote &note)
         .statement = note.statement,
         .pairsInRow = 3,
         .choices = {{"Combo2", note.choiceCaption, choicesOf(kind)}},
-        .buttons = {{"Cmdprint", "打印", "Ctrl+P",
-                     [kind](RecordForm &form) {
-                         printChoice(kind, form.choice("Combo2"), form.text("Text(0)"), &form);
-                     }}},
+        .buttons = {{.name = "Cmdprint",
+                     .caption = "打印",
+                     .shortcut = "Ctrl+P",
+                     .press =
+                         [kind](RecordForm &form) {
+                             printChoice(kind, form.choice("Combo2"), form.text("Text(0)"), &form);
+                         },
+                     .ofStored = true}},
         .numbering = note.numbering,
         .alsoNumbered = note.lineNumber,
         .defaults = {today("djrq")},
