@@ -146,16 +146,19 @@ void ComboField::showBeside()
         list->setMinimumWidth(width + margin);
 }
 
-int ComboField::onlyItemBeginningWith(const QString &text) const
+int onlyItemBeginningWith(const QAbstractItemModel &items, const QString &text)
 {
+    const auto textOf = [&](int row) { return items.index(row, 0).data().toString(); };
     int only = -1;
-    for (int item = 0; !text.isEmpty() && item < count(); ++item) {
-        if (!itemText(item).startsWith(text, Qt::CaseInsensitive) &&
-            !m_beside.value(itemText(item)).startsWith(text, Qt::CaseInsensitive))
+    const auto besideOf = [&](int row) {
+        return items.index(row, 0).data(besideRole).toString().mid(textOf(row).size() + 1);
+    };
+    for (int row = 0; !text.isEmpty() && row < items.rowCount(); ++row) {
+        if (!textOf(row).startsWith(text, Qt::CaseInsensitive) && !besideOf(row).startsWith(text, Qt::CaseInsensitive))
             continue;
-        if (only >= 0 && itemText(item) != itemText(only))
+        if (only >= 0 && textOf(row) != textOf(only))
             return -1;
-        only = item;
+        only = row;
     }
     return only;
 }
@@ -194,7 +197,7 @@ void ComboField::hidePopup()
 }
 
 // Enter in a list takes what is highlighted there, once, and goes on. In the list of what fits the text typed, where
-// nothing is highlighted, it takes the one item that begins so.
+// nothing is highlighted, it takes the one item that begins so, unless the box is told to leave such a text.
 bool ComboField::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
@@ -204,7 +207,7 @@ bool ComboField::eventFilter(QObject *watched, QEvent *event)
             QMetaObject::invokeMethod(this, &ComboField::enterPressed, Qt::QueuedConnection); // once the list is closed
             if (completer() && list == completer()->popup() && !list->currentIndex().isValid()) {
                 const int exact = findText(currentText(), Qt::MatchFixedString);
-                const int item = exact >= 0 ? exact : onlyItemBeginningWith(currentText());
+                const int item = exact >= 0 || !m_completes ? exact : onlyItemBeginningWith(*model(), currentText());
                 list->hide();
                 if (item >= 0 && isTyped())
                     choose(item);

@@ -8,6 +8,10 @@
 namespace tradewick
 {
 
+// Of the items in the model's first column the row of the one that begins with the text, whatever its case; -1 where
+// none does, or several, or the text is empty.
+int onlyItemBeginningWith(const QAbstractItemModel &items, const QString &text);
+
 class ComboField : public QComboBox
 {
     Q_OBJECT
@@ -22,6 +26,8 @@ public:
     // What is shown beside items in the lists and found there as they are, by item: the names of codes. The text of the
     // box stays the item's. Holds for items that are offered later, too.
     void setBeside(const QHash<QString, QString> &names);
+    // Whether Enter makes the only item that begins so out of a text typed; else that text is as good as an item.
+    void setCompletes(bool completes) { m_completes = completes; }
     // Shows a text, an item or not; nobody chose it.
     void showText(const QString &text);
     // A text typed since showText or the last choice that is an item in full counts as chosen; one that was merely
@@ -49,12 +55,12 @@ private:
     void choose(int item);
     bool isTyped() const { return m_forgotten || currentText() != m_shown; }
     void showBeside();
-    int onlyItemBeginningWith(const QString &text) const;
 
     QHash<QString, QString> m_beside;
     QString m_shown;          // what was shown or chosen last
     bool m_forgotten = false; // even the same text would be another choice
     bool m_readOnly = false;
+    bool m_completes = true;
     bool m_listCloses = false; // what is told as activated comes from the list
 };
 

@@ -82,12 +82,7 @@ public:
     QVector<KeyText> keys() const override { return m_edit->isReadOnly() ? QVector<KeyText>() : QVector{newLine}; }
     QString text() const override { return m_edit->toPlainText(); }
     void setText(const QString &text) override { m_edit->setPlainText(text); }
-    void setLocked(bool locked) override
-    {
-        m_edit->setReadOnly(locked);
-        m_edit->style()->unpolish(m_edit); // or its ground stays that of before
-        m_edit->style()->polish(m_edit);
-    }
+    void setLocked(bool locked) override { lock(*m_edit, locked); }
     bool canUndo() const override { return m_edit->document()->isUndoAvailable(); }
 
 private:
@@ -134,6 +129,13 @@ private:
 
 } // namespace
 
+void FieldControl::lock(QPlainTextEdit &edit, bool locked)
+{
+    edit.setReadOnly(locked);
+    edit.style()->unpolish(&edit); // or its ground stays that of before
+    edit.style()->polish(&edit);
+}
+
 std::unique_ptr<FieldControl> FieldControl::make(const FieldSpec &field, const PictureSpec &picture, QWidget *parent,
                                                  const Typed &typed)
 {
@@ -145,6 +147,7 @@ std::unique_ptr<FieldControl> FieldControl::make(const FieldSpec &field, const P
     case FieldKind::Combo: {
         auto *combo = new ComboField(parent);
         combo->addItems(field.type.offer.items);
+        combo->setCompletes(!field.type.offer.used);
         combo->setCurrentIndex(-1);
         control = std::make_unique<ComboControl>(combo, typed);
         break;

@@ -10,6 +10,8 @@
 #include <functional>
 #include <memory>
 
+class QPlainTextEdit;
+
 namespace tradewick
 {
 
@@ -23,6 +25,8 @@ public:
     static std::unique_ptr<FieldControl> make(const FieldSpec &field, const PictureSpec &picture, QWidget *parent,
                                               const std::function<void(const QVariant &value)> &typed);
     virtual ~FieldControl() = default;
+    // Locks a long text, or unlocks it, and gives it the ground that shows it at once.
+    static void lock(QPlainTextEdit &edit, bool locked);
 
     // What has the focus, and what is laid out: the same but for a picture.
     QWidget *widget() const { return m_widget; }

@@ -1,5 +1,6 @@
 #include "common/grid.h"
 
+#include "common/combo_field.h"
 #include "common/dialogs.h"
 
 #include <QApplication>
@@ -282,7 +283,12 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
     if (const auto *list = qobject_cast<QAbstractItemView *>(watched);
         list && list != this && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) // once the item is taken, if there is one
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) { // once the item is taken, if there is one
+            const QAbstractItemModel *offered = m_editor && m_editor->completer() && !list->currentIndex().isValid()
+                                                    ? m_editor->completer()->model()
+                                                    : nullptr;
+            if (const int only = offered ? onlyItemBeginningWith(*offered, m_editor->text()) : -1; only >= 0)
+                m_editor->setText(offered->index(only, 0).data().toString());
             QMetaObject::invokeMethod(
                 this,
                 [this] {
@@ -290,6 +296,7 @@ bool Grid::eventFilter(QObject *watched, QEvent *event)
                     goOn();
                 },
                 Qt::QueuedConnection);
+        }
     }
     if (event->type() == QEvent::KeyPress && qobject_cast<QLineEdit *>(watched)) {
         if (m_composing)

@@ -45,6 +45,7 @@ struct Offer {
     const char *statement = nullptr;
     QStringList items{};
     const char *beside = nullptr; // of texts and what stands beside each in the list: a code and its name
+    bool used = false;            // values that the records have: another one is as good, and stays as it is typed
 };
 
 struct FieldType {
@@ -63,6 +64,10 @@ inline FieldType combo(const char *statement = nullptr, const char *beside = nul
 inline FieldType combo(const QStringList &items)
 {
     return {FieldKind::Combo, {nullptr, items}};
+}
+inline FieldType used(const char *statement)
+{
+    return {FieldKind::Combo, {statement, {}, true}};
 }
 } // namespace field
 

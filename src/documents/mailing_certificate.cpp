@@ -1,5 +1,6 @@
 #include "documents/mailing_certificate.h"
 
+#include "common/field_control.h"
 #include "common/window_keys.h"
 
 #include <QFormLayout>
@@ -69,7 +70,7 @@ void YY_JdZm_rpt::addField(QFormLayout *layout, const QString &name, const QStri
 void YY_JdZm_rpt::edit()
 {
     for (QPlainTextEdit *field : std::as_const(m_fields))
-        field->setReadOnly(false);
+        FieldControl::lock(*field, false);
     m_fields[title]->setFocus();
     m_fields[title]->selectAll();
 }

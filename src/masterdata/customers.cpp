@@ -16,7 +16,7 @@ RecordFormSpec YY_GWKH_ZL()
          {"Text1(9)", "ywmc", "中文名称:"},
          {"Text1(2)", "zwdz", "*英文地址:"},
          {"Text1(8)", "ywdz", "中文地址:"},
-         {"Combo1(0)", "gb", "国别:", field::combo("select DISTINCT gb from YY_GWKH_ZL where not gb is null")},
+         {"Combo1(0)", "gb", "国别:", field::used("select DISTINCT gb from YY_GWKH_ZL where not gb is null")},
          "币     制:",
          "汇率:",
          "日     期:",

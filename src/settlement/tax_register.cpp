@@ -168,7 +168,7 @@ PageSpec taxCertificate()
     return {
         "税收缴款书",
         {{"Text1(22)", "sj_jksh", "№", field::text, 1, title},
-         {"Combo1(1)", "sj_zclx", "注册类型：", field::combo(kindsUsed), 1, title},
+         {"Combo1(1)", "sj_zclx", "注册类型：", field::used(kindsUsed), 1, title},
          {"Text1(23)", "sj_tfrq", "填发日期：", field::date, 1, title},
          {"Text1(24)", "sj_zsjg", "征收机关：", field::text, 1, title},
          {"Text1(25)", "csmc", name, field::text, 2, payer},

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QCompleter>
 #include <QDate>
 #include <QLabel>
 
@@ -160,6 +161,36 @@ TEST_F(DetailSheet, PackingFollowsWhatWasTypedLast)
         QMetaObject::invokeMethod(drive.control("TDBGrid1_totals"), "text", Q_RETURN_ARG(QString, text),
                                   Q_ARG(QString, column));
         EXPECT_EQ(text, sum) << column.toStdString();
+    }
+}
+
+// Enter completes what a register of units has, in a field and in a cell. A text that was used before completes none.
+TEST_F(DetailSheet, EnterCompletesWhatIsKnownAndLeavesWhatIsNew)
+{
+    addSheet("FP990100009", "");
+    run("update yy_mxb_h set bxlb='ALL RISKS AND WAR RISK'");
+    const FormDriver drive = adding();
+    const auto enter = [&](QWidget *list) {
+        ASSERT_TRUE(list->isVisible());
+        QTest::keyClick(list, Qt::Key_Return);
+        form->activateWindow(); // without a window manager the list that closed has taken that along
+        ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+        QApplication::processEvents();
+    };
+    for (const auto &[tab, field, typed, then] :
+         {std::tuple(Qt::Key_2, "Combo1(7)", "ct", "CTNS"), {Qt::Key_4, "Combo1(15)", "ALL RISKS", "ALL RISKS"}}) {
+        QTest::keyClick(form.get(), tab, Qt::AltModifier);
+        drive.type(field, typed);
+        enter(drive.find<QComboBox>(field)->completer()->popup());
+        EXPECT_EQ(drive.text(field), then);
+    }
+    QTest::keyClick(form.get(), Qt::Key_2, Qt::AltModifier);
+    int row = 0;
+    for (const auto &[typed, then] : {std::pair("ct", "CTNS"), {"c", "c"}}) { // CBM begins so, too
+        goods()->editCell(row, "b_zdw");
+        QTest::keyClicks(goods()->cellEditor(), typed);
+        enter(goods()->cellEditor()->completer()->popup());
+        EXPECT_EQ(cell(row++, "b_zdw"), then);
     }
 }
 

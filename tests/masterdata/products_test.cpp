@@ -104,7 +104,7 @@ TEST_F(Products, CustomersDropDownBelowTheirCell)
     EXPECT_EQ(list->objectName(), "T_down");
     EXPECT_TRUE(list->isVisible());
     EXPECT_EQ(list->model()->index(0, 0).data(), "K1");
-    for (const bool chosen : {true, false}) { // the first key opens the list, Enter goes on with or without an item
+    for (const bool chosen : {true, false}) { // the first key opens the list, Enter takes the only one that begins so
         SCOPED_TRACE(chosen);
         drive.typeCell(grid, 0, "khbh", "");
         grid->setCurrentIndex(cell);
@@ -117,7 +117,7 @@ TEST_F(Products, CustomersDropDownBelowTheirCell)
         QTest::keyClick(list, Qt::Key_Return);
         QApplication::processEvents();
         EXPECT_FALSE(list->isVisible());
-        EXPECT_EQ(cell.data(), chosen ? "K1" : "k");
+        EXPECT_EQ(cell.data(), "K1");
         EXPECT_NE(grid->currentColumn(), "khbh");
     }
 }

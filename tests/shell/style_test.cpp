@@ -1,11 +1,14 @@
 // What the program's style has to show.
 #include "common/field_control.h"
+#include "documents/mailing_certificate.h"
 #include "shell/style.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScreen>
 #include <QTableView>
 #include <QTest>
@@ -36,6 +39,26 @@ TEST(Style, TheFocusShowsOnLockedFieldsAndListsToo)
             layout->itemAt(other)->widget()->setFocus();
             EXPECT_EQ(edge() == highlight, other == i) << control->metaObject()->className();
         }
+    }
+    qApp->setStyleSheet({});
+}
+
+TEST(Style, TextsThatAreUnlockedTogetherAllShowIt)
+{
+    applyStyle(*qApp);
+    YY_JdZm_rpt editor(document("寄单证明"), "FP1", nullptr);
+    editor.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&editor));
+    editor.findChild<QPushButton *>("Cmdedit")->click();
+    for (const QPlainTextEdit *field : editor.findChildren<QPlainTextEdit *>()) {
+        const QColor open = editor.palette().color(QPalette::Base);
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                const QImage screen = editor.screen()->grabWindow(editor.winId()).toImage();
+                return screen.pixelColor(field->geometry().bottomRight() - QPoint(20, 5)) == open;
+            },
+            1000))
+            << field->objectName().toStdString();
     }
     qApp->setStyleSheet({});
 }
