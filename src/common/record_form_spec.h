@@ -67,7 +67,7 @@ inline FieldType combo(const QStringList &items)
 }
 inline FieldType used(const char *statement)
 {
-    return {FieldKind::Combo, {statement, {}, true}};
+    return {FieldKind::Combo, {.statement = statement, .used = true}};
 }
 } // namespace field
 
