@@ -7,6 +7,7 @@
 #include "shell/login.h"
 #include "shell/main_window.h"
 #include "shell/process.h"
+#include "shell/startup.h"
 #include "support/form_driver.h"
 #include "support/scripted_dialogs.h"
 #include "support/test_database.h"
@@ -53,6 +54,7 @@ protected:
         EXPECT_EQ(QProcess::execute(binFolder() + "/tradewick-database",
                                     {"connect", folder.filePath("data_link.mdb"), database.dataSource()}),
                   0);
+        EXPECT_TRUE(OpenDataLink());
         QFile file(MANUAL);
         EXPECT_TRUE(file.open(QFile::ReadOnly));
         text = QString::fromUtf8(file.readAll());
@@ -248,8 +250,16 @@ TEST_F(Manual, NamesWhatStandsOnEachScreen)
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
 }
 
-TEST_F(Manual, TellsWhatEachDocumentIsFor)
+TEST_F(Manual, TellsOfEachMessageAndDocument)
 {
+    QFile program(QApplication::applicationFilePath());
+    ASSERT_TRUE(program.open(QFile::ReadOnly));
+    const QByteArray code = program.readAll();
+    for (const QString &row : chapter("四").split("\n| “").mid(1))
+        for (const QString &part : row.section(" | ", 0, 0).split(QRegularExpression("[“”…]"), Qt::SkipEmptyParts))
+            EXPECT_TRUE(code.contains(part.toUtf8()) ||
+                        code.contains(QByteArray(reinterpret_cast<const char *>(part.utf16()), 2 * part.size())))
+                << part.toStdString();
     QSet<QString> known;
     for (const Document &one : documents())
         known.insert(one.name);
