@@ -1,5 +1,6 @@
 // What docs/manual.md tells a clerk, done in the real main window: each window is opened by its command, has the
 // captions and keys that are named of it, and the shipment's steps do what they say.
+#include "common/window_keys.h"
 #include "papers/papers.h"
 #include "reporting/layout.h"
 #include "reporting/preview.h"
@@ -248,6 +249,27 @@ TEST_F(Manual, NamesWhatStandsOnEachScreen)
             EXPECT_TRUE(there.contains(plain(pair.section("」", 0, 0)), pair.section("`", 1))) << pair.toStdString();
     }
     EXPECT_EQ(dialogs.shown, QVector<Shown>());
+}
+
+TEST_F(Manual, NamesKeysThatTheWindowsTellThemselves)
+{
+    QStringList keys;
+    const auto add = [&](const QWidget &of) {
+        for (const KeyGroup &group : keysOf(of))
+            for (const KeyText &key : group.keys)
+                keys += key.keys.split(" / ");
+    };
+    add(mainWindow);
+    open("【业务查询统计】 → 国外销售合同统计");
+    add(*window);
+    open("单证管理 → 制单明细表");
+    add(*window);
+    for (const char *key : {"Ctrl+N", "Alt+2"}) {
+        press(key);
+        add(*window);
+    }
+    for (const QString &key : all("`([^`]+)`", chapter("三")))
+        EXPECT_TRUE(keys.contains(key)) << key.toStdString();
 }
 
 TEST_F(Manual, TellsOfEachMessageAndDocument)
