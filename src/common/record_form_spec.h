@@ -32,7 +32,7 @@ enum class Failure {
 
 struct FailureGroup {
     Failure next = Failure::Report, previous = Failure::Report, ends = Failure::None, add = Failure::Report,
-            edit = Failure::Report, deleteAndCancel = Failure::Skip, ok = Failure::Report;
+            edit = Failure::Report, ok = Failure::Report;
 };
 inline constexpr FailureGroup failuresOfDocuments{.next = Failure::None};
 
