@@ -62,6 +62,12 @@ private:
     QStringList m_lines;
 };
 
+inline void expectAllUsed(const QMap<QString, bool> &members)
+{
+    for (auto member = members.cbegin(); member != members.cend(); ++member)
+        EXPECT_TRUE(*member) << member.key().toStdString();
+}
+
 inline void expectAgreed(const QString &path, const QStringList &lines)
 {
     if (const QString folder = qEnvironmentVariable("TRADEWICK_DECLARATIONS"); !folder.isEmpty()) {
