@@ -173,15 +173,8 @@ void RecordForm::buildButtons(QBoxLayout *layout)
     addButton(row, {"CmdOK", captions[7], "Ctrl+S"}, [this] { save(); });
     addButton(row, {"Cmdcancel", captions[8], "Alt+C"}, [this] { cancel(); });
     row = group();
-    for (const ChoiceSpec &choice : std::as_const(m_spec.choices)) {
-        ComboField *combo = addChoice(*row, choice, [this] { focusNextChild(); });
-        m_choices.insert(choice.name, combo);
-        if (choice.press)
-            connect(combo, &ComboField::chosen, this, [this, &choice] {
-                beginEdit({});
-                choice.press(*this);
-            });
-    }
+    for (const ChoiceSpec &choice : std::as_const(m_spec.choices))
+        m_choices.insert(choice.name, addChoice(*row, choice, [this] { focusNextChild(); }));
     for (const ButtonSpec &button : std::as_const(m_spec.buttons))
         addButton(row, button, [this, &button] { press(button); });
     addButton(row, {"Cmdreturn", captions[9], "Ctrl+W"}, [this] { window()->close(); });

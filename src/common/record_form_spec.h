@@ -32,7 +32,7 @@ enum class Failure {
 
 struct FailureGroup {
     Failure next = Failure::Report, previous = Failure::Report, ends = Failure::None, add = Failure::Report,
-            edit = Failure::Report, deleteAndCancel = Failure::Skip, ok = Failure::Report;
+            edit = Failure::Report, ok = Failure::Report;
 };
 inline constexpr FailureGroup failuresOfDocuments{.next = Failure::None};
 
@@ -317,11 +317,11 @@ struct ButtonSpec {
     bool ofStored = true;     // acts upon the record as the database has it; one that waits is told instead
 };
 
-// A box beside the buttons from which the user chooses what one of them does. It takes any other text too.
+// A box beside the buttons from which the user chooses what one of them does, which asks RecordForm::choice. It takes
+// any other text too.
 struct ChoiceSpec {
     QString name, caption;
     QStringList items;
-    std::function<void(RecordForm &form)> press{}; // an item was chosen; none: a button asks RecordForm::choice
 };
 
 // Which record a deletion shows.

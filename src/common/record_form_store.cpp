@@ -405,39 +405,39 @@ void RecordForm::cancel()
 {
     if (m_lines)
         m_lines->hideLookup();
-    run(m_spec.failures.deleteAndCancel,
-        {[this] {
-             if (m_spec.onCancel)
-                 m_spec.onCancel(*this);
-         },
-         [this] {
-             if (m_adding && m_spec.cancelDropsLines)
-                 dropLines();
-         },
-         [this] { lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
-         [this] {
-             // What Add began, wherever the clerk stands by now; a record that merely waits is not this Cancel's.
-             int row = m_added ? records().rowOfKey(m_added) : records().absolutePosition();
-             if (m_added && (row < 0 || !records().isNew(row)))
-                 row = records().absolutePosition();
-             m_added = 0;
-             if (row < 0 || row >= records().RecordCount())
-                 return;
-             m_linesFrom.remove(records().keyAt(row));
-             if (m_lines)
-                 m_lines->drop(records().keyAt(row));
-             records().CancelUpdate(row);
-         },
-         [this] {
-             const int left = m_spec.cancelReturns && m_left ? records().rowOfKey(m_left) : -1;
-             m_left = 0;
-             left < 0 ? records().MoveFirst() : records().setAbsolutePosition(left);
-         },
-         [this] {
-             endAdding();
-             Q_EMIT addingEnded();
-             refill();
-         }});
+    run(Failure::Skip, {[this] {
+                            if (m_spec.onCancel)
+                                m_spec.onCancel(*this);
+                        },
+                        [this] {
+                            if (m_adding && m_spec.cancelDropsLines)
+                                dropLines();
+                        },
+                        [this] { lock(true); }, [this] { focusFirst(); }, [this] { setBusy(false); },
+                        [this] {
+                            // What Add began, wherever the clerk stands by now; a record that merely waits is not this
+                            // Cancel's.
+                            int row = m_added ? records().rowOfKey(m_added) : records().absolutePosition();
+                            if (m_added && (row < 0 || !records().isNew(row)))
+                                row = records().absolutePosition();
+                            m_added = 0;
+                            if (row < 0 || row >= records().RecordCount())
+                                return;
+                            m_linesFrom.remove(records().keyAt(row));
+                            if (m_lines)
+                                m_lines->drop(records().keyAt(row));
+                            records().CancelUpdate(row);
+                        },
+                        [this] {
+                            const int left = m_spec.cancelReturns && m_left ? records().rowOfKey(m_left) : -1;
+                            m_left = 0;
+                            left < 0 ? records().MoveFirst() : records().setAbsolutePosition(left);
+                        },
+                        [this] {
+                            endAdding();
+                            Q_EMIT addingEnded();
+                            refill();
+                        }});
     recordMoved();
 }
 
@@ -446,7 +446,7 @@ void RecordForm::deleteRecord()
     if (!m_spec.deleteQuestion.isEmpty() && !dialogs().ask(this, m_spec.deleteQuestion, systemTitle(), OnEnter::No))
         return;
     bool back = false;
-    run(m_spec.failures.deleteAndCancel,
+    run(Failure::Skip,
         {[&] {
              const int row = records().absolutePosition();
              const bool isThere = hasRecord(), isNew = isThere && records().isNew(row);

@@ -21,6 +21,9 @@ QString FormattedBand::text(const QString &name) const
 
 void FormattedBand::setText(const QString &name, const QString &text)
 {
+    if (isCallersName(name) && !m_layout.m_rule.labels.contains(name))
+        throw DataError(noSuchColumn,
+                        QStringLiteral("报表%1没有声明填写标签%2").arg(m_layout.m_context->report->name, name));
     for (qsizetype at = 0; at < section.objects.size(); ++at)
         if (section.objects[at].name == name)
             m_layout.m_contents[at] = {text};
@@ -36,6 +39,9 @@ QVariant FormattedBand::value(const QString &column) const
 
 void FormattedBand::setPicture(const QString &name, const QString &path)
 {
+    if (const ReportObject *image = m_layout.m_context->report->object(name);
+        !image || image->kind != ObjectKind::Image)
+        throw DataError(noSuchColumn, QStringLiteral("报表%1没有图片%2").arg(m_layout.m_context->report->name, name));
     const QImage picture = path.isEmpty() ? QImage() : QImage(path);
     if (picture.isNull())
         m_layout.m_page->images.remove(name);

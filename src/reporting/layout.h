@@ -26,12 +26,14 @@ public:
 
     // Text of an object of the band; the empty text for a name the band lacks.
     QString text(const QString &name) const;
-    // Replaces it for this one time; a name the band lacks is passed over.
+    // Replaces it for this one time; a name the band lacks is passed over. Throws DataError 3265 for a label named as
+    // those of callers that the rule does not declare.
     void setText(const QString &name, const QString &text);
     // The column of the record that the band shows, Null without rows and for a column that the rows lack. Throws
     // DataError 3265 for one that the rule does not declare.
     QVariant value(const QString &column) const;
-    // Shows the picture of a file in an image on this page; one that is missing or unreadable leaves it empty.
+    // Shows the picture of a file in an image on this page; one that is missing or unreadable leaves it empty. Throws
+    // DataError 3265 where the report has no such image.
     void setPicture(const QString &name, const QString &path);
 
 private:

@@ -26,6 +26,11 @@ struct FontSpec {
     bool operator==(const FontSpec &) const = default;
 };
 
+inline bool isCallersName(const QString &label)
+{
+    return label.startsWith(QLatin1String("L_")) || label.startsWith(QLatin1String("LzM_"));
+}
+
 struct ReportObject {
     ObjectKind kind = ObjectKind::Label;
     QString name;
@@ -58,11 +63,7 @@ struct ReportObject {
     // A free label has no text of its own: its text comes from the caller or from the report's code.
     bool isFree() const { return kind == ObjectKind::Label && text.isEmpty(); }
     // Callers write labels of these names, with and without a text of their own; other free labels are the report's.
-    bool isCallersLabel() const
-    {
-        return kind == ObjectKind::Label &&
-               (name.startsWith(QLatin1String("L_")) || name.startsWith(QLatin1String("LzM_")));
-    }
+    bool isCallersLabel() const { return kind == ObjectKind::Label && isCallersName(name); }
     bool isWritable() const { return isFree() || isCallersLabel(); }
     bool operator==(const ReportObject &) const = default;
 };

@@ -335,28 +335,6 @@ TEST_F(Contract, ABadDateIsToldAndStaysForCorrection)
     EXPECT_EQ(dialogs.shown.size(), 1);
 }
 
-TEST_F(Contract, DeleteRemovesHeadAndLinesTogether)
-{
-    const FormDriver drive = open();
-    drive.click("cmdnext");
-    const QString second = drive.text("Text1(0)");
-    drive.click("cmdqd");
-    const QString number = drive.text("Text1(0)");
-    const int heads = database.count("yy_gw_wxht_h");
-    drive.click("Cmddelete");
-    EXPECT_EQ(dialogs.take().text, "是否真的删除当前记录 ？");
-    EXPECT_EQ(storedLines(number), 0);
-    EXPECT_EQ(database.count("yy_gw_wxht_h"), heads - 1);
-    EXPECT_EQ(database.value("select count(*) from yy_gw_wxht_h where htbh='{h}'", {{"h", number}}), 0);
-    EXPECT_EQ(drive.text("Text1(0)"), second);
-    drive.click("cmdmd");
-    const QString last = drive.text("Text1(0)");
-    drive.click("Cmddelete");
-    EXPECT_EQ(storedLines(last), 0);
-    EXPECT_NE(drive.text("Text1(0)"), last);
-    EXPECT_EQ(lines()->model()->rowCount(), storedLines(drive.text("Text1(0)")));
-}
-
 TEST_F(Contract, TheDatePickerFiltersTheList)
 {
     const FormDriver drive = open();

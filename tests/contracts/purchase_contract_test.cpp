@@ -116,11 +116,4 @@ TEST_F(PurchaseContract, PrintsItsAmountInFiguresAndChinese)
     setReportViewer({});
 }
 
-TEST_F(PurchaseContract, TheDayOfSigningFilters)
-{
-    const FormDriver drive = open(YY_CGHT());
-    drive.find<QDateEdit>("DTPicker3")->setDate({2026, 9, 6});
-    EXPECT_EQ(shownKeys(), "C260900001");
-}
-
 } // namespace tradewick

@@ -1,13 +1,7 @@
-// The documents of a shipment against what was agreed of them, to the character: documents.txt, line by line. A change
-// of either shows in the other. TRADEWICK_DECLARATIONS=FOLDER writes the program's own there: it is held against the
-// business's tables before it is kept.
+// The documents of a shipment against what was agreed of them, to the character: documents.txt, line by line.
 #include "papers/papers.h"
 #include "papers/report_table.h"
-
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
+#include "support/agreed_text.h"
 
 #include <utility>
 
@@ -52,17 +46,7 @@ QStringList described()
 
 TEST(DocumentTable, IsToTheCharacterWhatWasAgreed)
 {
-    const QStringList lines = described();
-    if (const QString folder = qEnvironmentVariable("TRADEWICK_DECLARATIONS"); !folder.isEmpty()) {
-        QFile out(QDir(folder).filePath("documents.txt"));
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(lines.join(u'\n').toUtf8() + '\n');
-    }
-    QFile agreed(QStringLiteral(AGREED_DOCUMENTS));
-    ASSERT_TRUE(agreed.open(QIODevice::ReadOnly));
-    const QStringList wanted = QString::fromUtf8(agreed.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    for (int line = 0; line < qMax(wanted.size(), lines.size()); ++line)
-        EXPECT_EQ(lines.value(line).toStdString(), wanted.value(line).toStdString()) << "line " << line + 1;
+    test::expectAgreed(QStringLiteral(AGREED_DOCUMENTS), described());
 }
 
 } // namespace tradewick

@@ -156,44 +156,17 @@ TEST(QueryStatements, StandToTheCharacter)
     } cases[] = {
         {YY_WXHt_cxTjB, "",
          "select * from yy_gw_wxht_h where htbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'order by gsmc"},
-        {YY_WXHt_cxTjB, "Combo3",
-         "select * from yy_gw_wxht_h where htbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'AND khmc "
-         "like'%{Combo3}%'order by gsmc"},
         {YY_WXHt_cxTjB, "+Combo2 Combo3",
          "select * from yy_gw_wxht_h where htbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'and "
          "yxjzrq>='{DTPicker3}' and yxjzrq<='{DTPicker4}'AND gsmc like '%{Combo2}%'AND khmc like'%{Combo3}%'order by "
          "djrq"},
-        {YY_cgHt_CXtjb, "Combo2 Combo3",
-         "select * from yy_gn_cght_h where htbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'AND gsmc like "
-         "'%{Combo2}%'AND csmc like'%{Combo3}%'order by gsmc"},
-        {YY_XYz_CxTj, "Combo2 Combo3 Combo4 Combo5",
-         "select * from yy_xyz_nh where xyzh<>'' and kzrq>='{DTPicker1}' and kzrq<='{DTPicker2}'AND syr like "
-         "'%{Combo2}%'AND khmc like'%{Combo3}%'order by syr"},
         {YY_XYz_CxTj, "+",
          "select * from yy_xyz_nh where xyzh<>'' and kzrq>='{DTPicker1}' and kzrq<='{DTPicker2}'and "
          "xyzyxq>='{DTPicker3}' and xyzyxq<='{DTPicker4}'order by kzrq"},
-        {YY_mxd_CxTj, "Combo2 Combo3 Combo4 Combo5",
-         "select * from yy_mxb_h where fpbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'AND gsmc ='{Combo2}'AND "
-         "khmc ='{Combo3}'AND htbh ='{Combo4}'order by gsmc,fpbh"},
-        {YY_ZsQk_TJB, "Combo1 Combo2 Combo3 Combo4 Combo5",
-         "select * from yy_sstjb_rpt where htbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'AND gsmc like "
-         "'%{Combo1}%'AND csmc like'%{Combo5}%'AND htbh ='{Combo4}'AND  bgdbh ='{Combo2}'AND hxdh ='{Combo3}'\norder "
-         "by htbh,fpbh"},
-        {YY_HxD_LyHs_TJB, "Combo1 Combo2 Combo3 Combo4 Combo5 Text1 Text2",
-         "select * from cy_hxd_gsly where htbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'AND gsmc like "
-         "'%{Combo1}%'AND htbh ='{Combo2}'AND  bgdh ='{Combo3}'AND fpbh ='{Combo4}'AND hxdh ='{Combo5}'order by "
-         "htbh,hxdh"},
         {YY_HxD_LyHs_TJB, "",
          "select * from cy_hxd_gshs where htbh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'order by "
          "htbh,hxdh_st,hxdh_en",
          1},
-        {CY_Pcd_CxTj, "Combo1 Combo2",
-         "select * from cy_pcd_rpt where pcdh<>'' and djrq>='{DTPicker1}' and djrq<='{DTPicker2}'AND pcgs like "
-         "'%{Combo1}%'AND tcgs like'%{Combo2}%'\norder by pcgs"},
-        {YY_DcD_CxTj, "Combo2 Combo3 Combo4 Combo5 Combo6",
-         "select * from cy_dcd_djb_h where djrq>='{DTPicker1}' and djrq<='{DTPicker2}'AND tygs ='{Combo4}'AND cygs "
-         "='{Combo5}'AND htbh ='{Combo2}'AND fpbh ='{Combo3}'AND shr ='{Combo6}'\norder by tygs,fpbh"},
-        {YY_spZl_CXTjB, "", "select * from yy_bzdj_rpt where cpbh<>''order by cplb,cpbh,cpmc,gys_mc"},
         {YY_spZl_CXTjB, "Combo1 Combo2 Combo3 Combo4 Combo5",
          "select * from yy_bzdj_rpt where cpbh<>''AND cpbh like '%{Combo1}%'AND cpmc like'%{Combo2}%'AND "
          "cplb='{Combo3}'AND gysbh='{Combo4}'AND gys_mc like '%{Combo5}%'order by cplb,cpbh,cpmc,gys_mc"},
@@ -211,62 +184,6 @@ TEST(QueryStatements, StandToTheCharacter)
         EXPECT_EQ(findStatement(spec.lists[of.list], fragmentsOf(spec.criteria, criteria), isWithin).toStdString(),
                   of.statement)
             << spec.name.toStdString();
-    }
-}
-
-// Columns of the lists and their heads, captions of the boxes, buttons.
-TEST(QueryCaptions, StandToTheCharacter)
-{
-    const QString contracts =
-        "htbh合同编号 djrq签约日期 gsmc签约公司 %1国外买方 qydd签约地点 yxqsrq有效期自 yxjzrq有效期止/";
-    const struct {
-        QuerySpec (*spec)();
-        QString captions;
-    } cases[] = {
-        {YY_WXHt_cxTjB, contracts.arg("khmc") +
-                            "Combo2签约公司： Combo3国外买方：/CmdPRINT查询列印 Cmd_SPtJ商品统计 Cur_prt当前合同 "
-                            "Option1当前签约公司 Option2当前国外客户 Option3全部商品"},
-        {YY_cgHt_CXtjb, contracts.arg("csmc") + "Combo2签约公司： Combo3国内厂商：/CmdPRINT查询列印 Cur_prt当前合同"},
-        {YY_XYz_CxTj,
-         "xyzh信用证号 kzrq开证日期 kzyh开证行 kzr开证人 htbh合同编号 syr受益人 xyzyxq有效期/Combo2受益公司： "
-         "Combo3国外客户： Combo4合同编号： Combo5信用证号：/CmdPRINT查询列印"},
-        {YY_mxd_CxTj, "fpbh发票号码 djrq登记日期/Combo2签约公司： Combo3国外客户： Combo4合同编号： Combo5发票编号： "
-                      "Com_Print打印选项：/CmdPRINT2打印 CmdPRINT查询列印"},
-        {YY_ZsQk_TJB,
-         "htbh外销合同 fpbh销售发票号 djrq登记日期 cpmc商品名称 gg规格 yanse颜色 dw单位 sl计税数量 je计税金额 "
-         "suie增值税金额 sjje实缴金额 gsmc签约公司 csmc国内厂家/Combo1签约公司名称： Combo5国内厂家名称： "
-         "Combo4外销合同号： Combo2报关单号： Combo3核销单号：/CmdPRINT查询统计表"},
-        {YY_HxD_LyHs_TJB,
-         "hxdh核销单号 fpbh发票编号 htbh外销合同 djrq核销日期 gsmc公司名称 ldy核销员 hxdh_st起始单号 "
-         "hxdh_en终止单号 htbh合同号码 ly_fenshu领用份数 djrq领用日期 hxy领单员 gsmc公司名称/"
-         "Combo1签约公司名称： Combo2外销合同号： Combo3报关单号： Combo4销售发票号： Combo5核销单号： "
-         "Text1年度： Text2月份：/CmdPRINT查询列印 SB_tjb上报统计表"},
-        {CY_Pcd_CxTj,
-         "pcdh派车单号 djrq派车日期 pcgs派车公司 tcgs拖车公司 zhdz装货地点 fpbh发票编号 pcfy拖车费用 "
-         "ghfth柜号/封条号 escg20'柜数 sscg40'柜数 sscgg40'H柜 sswcg45'柜/Combo1派车公司： Combo2拖车公司：/"
-         "CmdPRINT列印查询表 Cur_prt当前派车单"},
-        {YY_DcD_CxTj,
-         "cw_dcdh订舱单号 cygs船务公司/Combo4托运公司： Combo5承运公司： Combo2合同编号： Combo3发票编号： "
-         "Combo6国外客户：/CmdPRINT查询列印 CmdPRINT2打印"},
-        {YY_spZl_CXTjB, "cpbh商品编号 cpmc商品名称 gys_lh厂家件号 cpgg规格 yanse颜色 bacpH.S.编码 dw单位 gys_bizh币种 "
-                        "gys_dj出厂价 gysbh厂家编号 gys_mc厂家名称/Combo1商品编号： Combo2商品名称： Combo3商品类别： "
-                        "Combo4厂家编号： Combo5厂家名称：/CmdPRINT列印查询表"},
-    };
-    for (const auto &of : cases) {
-        const QuerySpec spec = of.spec();
-        QStringList columns, boxes, buttons;
-        for (const QueryListSpec &list : spec.lists)
-            for (const GridColumn &column : list.columns)
-                columns.append(column.column + QString(column.caption).remove(' '));
-        for (const Criterion &one : spec.criteria)
-            boxes.append(one.name + one.caption);
-        for (const ChoiceSpec &one : spec.choices)
-            boxes.append(one.name + one.caption);
-        for (const QueryButton &button : spec.buttons + spec.options.options)
-            if (button.name != "Cmd_Excel")
-                buttons.append(button.name + button.caption);
-        EXPECT_EQ((columns.join(' ') + '/' + boxes.join(' ') + '/' + buttons.join(' ')).toStdString(),
-                  of.captions.toStdString());
     }
 }
 

@@ -32,22 +32,23 @@ TEST(Rule, SeesTheColumnsItDeclaresAndSetsTextsAndPictures)
         "<detail height='5000'><label name='L_gC' left='0' top='0' width='900' height='300'/>"
         "<field name='F' left='0' top='300' width='900' height='300'>initial</field></detail>"
         "<pageFooter height='300'><label name='L_last' left='0' top='0' width='900' height='300'/></pageFooter>");
-    const auto laidOut = [&](const QStringList &columns) {
+    const auto laidOut = [&](const QStringList &columns, const QStringList &labels) {
         return Layout(model,
                       std::make_unique<TestRows>(
                           QStringList{"no", "qbgc", "logo"},
                           QVector<QVariantList>{
                               {1, 1, logo}, {2, 0, logo}, {3, 1, logo}, {4, 1, folder.filePath("none.png")}}),
-                      {}, {}, paperFor(*model), {&certificate, columns})
+                      {}, {}, paperFor(*model), {&certificate, columns, labels})
             .all();
     };
-    const auto pages = laidOut({"logo", "qbgc", "no"});
+    const auto pages = laidOut({"logo", "qbgc", "no"}, {"L_gC", "L_last"});
     ASSERT_EQ(pages.size(), 2);
     EXPECT_EQ(textsOf(*pages[0]), (QStringList{"P", "W", "P", "3"}));
     EXPECT_EQ(textsOf(*pages[1]), (QStringList{"P", "4"}));
     EXPECT_EQ(pages[0]->images["Image1"].pixel(3, 3), qRgb(255, 0, 0));
     EXPECT_TRUE(pages[1]->images.isEmpty());
-    EXPECT_THROW(laidOut({"logo", "no"}), DataError);
+    EXPECT_THROW(laidOut({"logo", "no"}, {"L_gC", "L_last"}), DataError);
+    EXPECT_THROW(laidOut({"logo", "qbgc", "no"}, {"L_gC"}), DataError);
 }
 
 TEST(Rule, LabelsWithATextOfTheirOwnGetItBack)

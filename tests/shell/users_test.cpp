@@ -106,19 +106,4 @@ TEST_F(Users, ANewUserHasNoRightsAndNeedsNoName)
         EXPECT_EQ(user.value(QString("t%1").arg(flag)).toString(), "0") << "off, and not Null, which would leave it on";
 }
 
-TEST_F(Users, DeleteAsksNothing)
-{
-    const FormDriver drive = open();
-    drive.click("cmdnext");
-    drive.click("Cmddelete");
-    EXPECT_EQ(drive.text("Text1(0)"), "carl");
-    EXPECT_EQ(database.count("qb_pass"), 2);
-    drive.click("Cmddelete"); // the last: read again, and on to the row behind the first, or back to it
-    EXPECT_EQ(drive.text("Text1(0)"), "anna");
-    drive.click("Cmddelete");
-    drive.click("Cmddelete");
-    EXPECT_EQ(database.count("qb_pass"), 0);
-    EXPECT_TRUE(dialogs.shown.isEmpty());
-}
-
 } // namespace tradewick

@@ -8,23 +8,6 @@ using namespace test;
 
 using TruckDispatch = ShippingForm;
 
-TEST_F(TruckDispatch, ItsNumbersBeginAgainBehindAThousand)
-{
-    for (const auto &[last, proposed] : {std::pair("", "PC0001"),
-                                         {"PC0009", "PC0010"},
-                                         {"PC0999", "PC1000"},
-                                         {"PC1000", "PC0001"},
-                                         {"PCX", "PC0001"}}) {
-        database.connection().Execute("delete from cy_pcd_rpt");
-        if (*last)
-            insert("cy_pcd_rpt", {{"pcdh", last}});
-        const FormDriver drive = open(CY_Pcd_Djb());
-        drive.click("Cmdadd");
-        EXPECT_EQ(drive.text("Text(0)"), proposed);
-        drive.click("Cmdcancel");
-    }
-}
-
 TEST_F(TruckDispatch, ThreePicksTakeOverWhatTheyFindAsItStands)
 {
     insert("sys_gsmc", {{"gsbh", "1"},
