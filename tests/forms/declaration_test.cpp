@@ -108,10 +108,11 @@ private:
     {
         const auto &[name, column, caption, type, span, group, unit, joined, hidden, starts] = spec;
         const auto &[kind, offer] = type;
-        const auto &[statement, items, beside] = offer;
+        const auto &[statement, items, beside, used] = offer;
         add("field", {name, column, caption, statement, items.join('/'), group, unit},
             {{"kind", unless(FieldKind::Text, kind)},
              {"beside", beside},
+             {"used", when(used)},
              {"span", unless(1, span)},
              {"joined", when(joined)},
              {"hidden", when(hidden)},
