@@ -79,7 +79,10 @@ public:
         edit->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [edit, typed] { typed(edit->toPlainText()); });
     }
-    QVector<KeyText> keys() const override { return m_edit->isReadOnly() ? QVector<KeyText>() : QVector{newLine}; }
+    QVector<KeyText> keys() const override
+    {
+        return m_edit->isReadOnly() ? QVector<KeyText>() : QVector<KeyText>{newLine};
+    }
     QString text() const override { return m_edit->toPlainText(); }
     void setText(const QString &text) override { m_edit->setPlainText(text); }
     void setLocked(bool locked) override { lock(*m_edit, locked); }

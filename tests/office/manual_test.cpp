@@ -211,7 +211,8 @@ TEST_F(Manual, TheShipmentGoesAsItsStepsSay)
                 EXPECT_TRUE(texts.contains(one.captured("on") + numbers.value(one.captured("number"))));
         }
         EXPECT_EQ(done, step.count('`') / 2) << "something is written in another way";
-        EXPECT_EQ(dialogs.shown, QVector<Shown>());
+        for (const Shown &untold : std::exchange(dialogs.shown, {}))
+            ADD_FAILURE() << untold.text.toStdString();
     }
     EXPECT_EQ(findingsIn(database.dataSource()).toStdString(), "");
 }

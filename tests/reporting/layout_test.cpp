@@ -410,10 +410,10 @@ TEST(Layout, DataOnlyLeavesOutWhatTheFormHasAlready)
     // its pages end where those of the full print do, whose boxes take their room
     const auto boxed = templateOf(
         "<groupHeader level='1' height='0'/><detail height='5000'><field name='F' left='0' top='0' width='900' "
-        "height='240' dataField='name'/></detail><groupFooter level='1' height='300'><label name='L_F' left='0' "
+        "height='240' dataField='name'/></detail><groupFooter level='1' height='9000'><label name='L_F' left='0' "
         "top='0' "
         "width='900' height='240'/><shape name='S' left='0' top='0' width='900' height='9000'/></groupFooter>");
-    EXPECT_EQ(joined(Layout(boxed, named({"a", "b"}), {{"L_F", "sum"}}, {}, paper).all()), "a b | sum");
+    EXPECT_EQ(joined(Layout(boxed, named({"a", "b"}), {{"L_F", "sum"}}, {}, paper).all()), "a | b sum");
 }
 
 TEST(Layout, PageStampsFollowTheClockAtEachPage)

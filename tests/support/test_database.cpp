@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 
 namespace tradewick::test
@@ -77,8 +79,14 @@ void makeDemonstration(Connection &connection, const QString &server)
     const QString name = QStringLiteral("tradewick_demonstration");
     ASSERT_TRUE(takeLock(connection, name, 60));
     connection.executeBound({"create database if not exists " + name, {}});
-    if (!hasTables(connection, name))
-        runDatabaseProgram({"copy", original(TestDatabase::Demonstration), databaseOf(server, name)});
+    if (!hasTables(connection, name)) {
+        // made where the server is, for its rows name a picture beside it that has to outlive this test program
+        const QDir folder = QFileInfo(qEnvironmentVariable("TRADEWICK_TEST_SERVER")).absoluteDir();
+        const QString file = folder.filePath(name + ".db");
+        QFile::remove(file);
+        runDatabaseProgram({"demo", file});
+        runDatabaseProgram({"copy", file, databaseOf(server, name)});
+    }
     connection.rows("select release_lock('{name}') as done", {{"name", name}});
 }
 
