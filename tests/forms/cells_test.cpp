@@ -83,7 +83,7 @@ protected:
     const Document &document() const
     {
         return *std::find_if(std::begin(documents), std::end(documents),
-                             [this](const Document &one) { return GetParam().window == one.form; });
+                             [](const Document &one) { return GetParam().window == one.form; });
     }
 };
 
