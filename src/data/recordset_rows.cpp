@@ -123,8 +123,8 @@ void RecordsetRows::read(Connection &connection, const QString &statement, const
 }
 
 // The lines of a document and what a filter leaves are few: identities and rows come together, in one way to the server
-// and back. When there are more, what was read is the first page, and gives false. A file is no way off, and asked twice
-// it would look through a large table twice.
+// and back. When there are more, what was read is the first page, and gives false. A file is no way off, and asked
+// twice it would look through a large table twice.
 bool RecordsetRows::readFew(Connection &connection)
 {
     if (m_few.text.isEmpty())
