@@ -37,6 +37,11 @@ QString placeKey(const QWidget &window)
     return QStringLiteral("windows/%1/place").arg(window.objectName());
 }
 
+QString widthKey(const QObject &panes, const QWidget &window)
+{
+    return QStringLiteral("windows/%1/width").arg(pathOf(&panes, &window));
+}
+
 // A window with a name of ours that holds more when it is larger. The toolkit's own dialogs look after themselves.
 bool isKept(const QWidget &window)
 {
@@ -120,8 +125,7 @@ void KeptLayout::takeBack(QWidget &window)
         }
     }
     for (auto *panes : window.findChildren<PaneSplitter *>()) {
-        const QString key = QStringLiteral("windows/%1/width").arg(pathOf(panes, &window));
-        if (const QByteArray state = userSettings().value(key).toByteArray(); !state.isEmpty())
+        if (const QByteArray state = userSettings().value(widthKey(*panes, window)).toByteArray(); !state.isEmpty())
             panes->takeBack(state);
         connect(panes, &QSplitter::splitterMoved, this, &KeptLayout::paneMoved, Qt::UniqueConnection);
     }
@@ -153,7 +157,7 @@ void KeptLayout::keep()
             kept.setValue(placeKey(*window), window->saveGeometry());
         for (const auto *panes : window->findChildren<PaneSplitter *>())
             if (panes->isMoved())
-                kept.setValue(QStringLiteral("windows/%1/width").arg(pathOf(panes, window)), panes->saveState());
+                kept.setValue(widthKey(*panes, *window), panes->saveState());
     }
 }
 

@@ -360,9 +360,14 @@ void printSheet(const QString &choice, const QString &number, QWidget *parent)
     QString chosen = choice;
     if (!choices().contains(chosen))
         return;
-    if (chosen == taxInvoice && dialogs().ask(parent, QStringLiteral("是否套打？否，则正常打印。"),
-                                              RecordForm::systemTitle(), OnEnter::Yes, MessageIcon::Information))
-        chosen = taxInvoiceOverlay;
+    if (chosen == taxInvoice) {
+        const auto isOverlay = dialogs().choose(parent, QStringLiteral("是否套打？否，则正常打印。"),
+                                                RecordForm::systemTitle(), MessageIcon::Information);
+        if (!isOverlay)
+            return;
+        if (*isOverlay)
+            chosen = taxInvoiceOverlay;
+    }
     if (chosen == certificate && !number.trimmed().isEmpty()) {
         auto *editor = new YY_JdZm_rpt(document(chosen), number, parent);
         editor->setAttribute(Qt::WA_DeleteOnClose);

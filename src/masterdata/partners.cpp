@@ -11,9 +11,10 @@ RecordFormSpec partnerRegister(const PartnerNaming &own)
 {
     const auto print = [own](RecordForm &form) {
         const QString key = form.text("Text1(0)");
-        const bool one =
-            key.trimmed().isEmpty() || dialogs().ask(&form, own.question, RecordForm::systemTitle(), OnEnter::Yes);
-        printRecord(one ? own.one : own.all, key, &form);
+        const std::optional<bool> one =
+            key.trimmed().isEmpty() ? true : dialogs().choose(&form, own.question, RecordForm::systemTitle());
+        if (one)
+            printRecord(*one ? own.one : own.all, key, &form);
     };
     return {
         .pages = {{"",

@@ -156,10 +156,14 @@ bool ReportPreview::begin(QPainter &painter, QPrinter &printer)
 bool ReportPreview::printOn(QPrinter &printer)
 {
     Paper paper = paperOf(printer.pageLayout(), false);
-    if (!isOverlay() && !fitsAcross(m_report.model(), paper.width, paper.height) &&
-        dialogs().ask(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption(),
-                      OnEnter::Yes))
-        paper = paperOf(printer.pageLayout(), true);
+    if (!isOverlay() && !fitsAcross(m_report.model(), paper.width, paper.height)) {
+        const auto isSmaller =
+            dialogs().choose(this, QStringLiteral("纸张宽度小于报表宽度，是否缩小以适合纸张？"), m_report.caption());
+        if (!isSmaller)
+            return false;
+        if (*isSmaller)
+            paper = paperOf(printer.pageLayout(), true);
+    }
     QVector<PagePtr> pages = m_view->pages();
     if (pages.isEmpty())
         return false;

@@ -477,6 +477,9 @@ TEST_F(DetailSheet, TheDocumentToPrintIsChosen)
                   (QVector<Shown>{{"是否套打？否，则正常打印。", "系统提示", MessageIcon::Information},
                                   {"没有当前记录，不能打印！", "系统提示", MessageIcon::Critical}}));
     }
+    dialogs.isClosed = true; // neither
+    drive.click("Cmdprint");
+    EXPECT_EQ(dialogs.shown.size(), 1);
 }
 
 TEST_F(DetailSheet, TheMailingCertificateIsPrintedAsItWasEdited)

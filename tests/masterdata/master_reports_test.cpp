@@ -227,6 +227,11 @@ TEST_F(MasterReports, PrintButtonsAskWhichReportIsMeant)
             EXPECT_EQ(shown, QStringList{yes ? form.one : form.all});
             shown.clear();
         }
+        dialogs.isClosed = true; // neither
+        driver.click("Cmdprint");
+        EXPECT_EQ(std::exchange(shown, {}).size(), form.question ? 0 : 1);
+        EXPECT_EQ(std::exchange(dialogs.shown, {}), asked);
+        dialogs.isClosed = false;
         driver.click("Cmdadd");
         EXPECT_FALSE(driver.enabled("Cmdprint"));
         driver.click("Cmdcancel");

@@ -256,7 +256,13 @@ TEST_F(PreviewTest, PrintsRangeCopiesAndPaperAndRemembersThem)
         printer.setPrintRange(QPrinter::PageRange);
         printer.setFromTo(2, 3);
     };
-    click("print"); // a sheet narrower than the template: asked, and made to fit
+    asked.isClosed = true;
+    QFile::remove(path);
+    click("print"); // a sheet narrower than the template: asked, and nothing printed without an answer
+    EXPECT_EQ(asked.take().text, "纸张宽度小于报表宽度，是否缩小以适合纸张？");
+    EXPECT_FALSE(QFile::exists(path));
+    asked.isClosed = false;
+    click("print"); // and made to fit
     EXPECT_EQ(asked.take().text, "纸张宽度小于报表宽度，是否缩小以适合纸张？");
     QStringList pages = pdfText(path).split('\f', Qt::SkipEmptyParts);
     ASSERT_EQ(pages.size(), 2);
